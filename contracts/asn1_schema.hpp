@@ -1,0 +1,188 @@
+// Compiles ASN.1 definitions, written as a table that reads like the standard, into the type records that AsnOpenNew
+// and AsnOpenFromMem take. Everything happens at compile time: counts, links, tags and kinds are computed, and a name
+// that resolves to nothing does not compile. C++20.
+//
+//   constexpr Row kRows[] = {
+//       Sequence("BasicConstraints"),
+//           Component("cA", Boolean, Optional),
+//           Component("pathLenConstraint", Integer, Optional),
+//   };
+//   constexpr auto kRecords = compile(kRows);
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "contracts/asn1.h"
+
+namespace ketra::schema {
+
+enum class Kind : uint8_t {
+  Boolean = 0x01,
+  Integer = 0x02,
+  Octets = 0x03,
+  BitString = 0x10,
+  Objid = 0x11,
+  Open = 0x12,
+  Choice = 0x13,
+  Sequence = 0x14,
+  SequenceOf = 0x16,
+  SetOf = 0x17,
+  Enumerated = 0x18,
+};
+
+constexpr uint32_t classOf(Kind kind) {
+  switch (kind) {
+    case Kind::BitString:
+    case Kind::Objid: return 0x18;
+    case Kind::Sequence: return 0x11;
+    case Kind::Open: return 0x12;
+    case Kind::Choice: return 0x13;
+    case Kind::SequenceOf:
+    case Kind::SetOf: return 0x15;
+    default: return 0x10;
+  }
+}
+
+// A type that is defined on the spot: its kind and universal tag octet (0 for CHOICE and open types).
+struct BuiltIn {
+  Kind kind;
+  uint8_t tag;
+};
+inline constexpr BuiltIn Boolean{Kind::Boolean, 0x01};
+inline constexpr BuiltIn Integer{Kind::Integer, 0x02};
+inline constexpr BuiltIn BitString{Kind::BitString, 0x03};
+inline constexpr BuiltIn OctetString{Kind::Octets, 0x04};
+inline constexpr BuiltIn ObjectIdentifier{Kind::Objid, 0x06};
+inline constexpr BuiltIn Enumerated{Kind::Enumerated, 0x0A};
+inline constexpr BuiltIn OpenType{Kind::Open, 0x00};
+constexpr BuiltIn Octets(uint8_t universalTag) { return {Kind::Octets, universalTag}; }
+
+// A type that is defined by another row. `occurrence` tells equal names apart, by position from 1.
+struct Reference {
+  const char *name = nullptr;
+  unsigned occurrence = 1;
+  constexpr Reference() = default;
+  constexpr Reference(const char *typeName) : name(typeName) {}
+  constexpr Reference(const char *typeName, unsigned position) : name(typeName), occurrence(position) {}
+};
+constexpr Reference Second(const char *name) { return {name, 2}; }
+
+// The tag a row gives to its element in place of the type's own, or around it.
+struct Tag {
+  uint8_t octet = 0;
+  bool isExplicit = false;
+};
+constexpr Tag Context(uint8_t number) { return {static_cast<uint8_t>(0x80 + number), false}; }
+constexpr Tag Explicit(uint8_t number) { return {static_cast<uint8_t>(0xA0 + number), true}; }
+constexpr Tag Universal(uint8_t number) { return {number, false}; }
+
+enum Presence : bool { Mandatory = false, Optional = true };
+
+struct Row {
+  const char *name = nullptr;
+  bool isComponent = false;
+  bool isBuiltIn = false;
+  BuiltIn builtIn{};
+  Reference reference{};
+  Tag tag{};
+  Presence presence = Mandatory;
+};
+
+constexpr Row Defined(const char *name, Kind kind, uint8_t tag) {
+  return {.name = name, .isBuiltIn = true, .builtIn = {kind, tag}};
+}
+constexpr Row Sequence(const char *name) { return Defined(name, Kind::Sequence, 0x30); }
+constexpr Row SequenceOf(const char *name) { return Defined(name, Kind::SequenceOf, 0x30); }
+constexpr Row SetOf(const char *name) { return Defined(name, Kind::SetOf, 0x31); }
+constexpr Row Choice(const char *name) { return Defined(name, Kind::Choice, 0x00); }
+constexpr Row Type(const char *name, BuiltIn type) { return Defined(name, type.kind, type.tag); }
+constexpr Row Type(const char *name, Reference type, Tag tag = {}) {
+  return {.name = name, .reference = type, .tag = tag};
+}
+
+constexpr Row Component(const char *name, Tag tag, Reference type, Presence presence = Mandatory) {
+  return {.name = name, .isComponent = true, .reference = type, .tag = tag, .presence = presence};
+}
+constexpr Row Component(const char *name, Reference type, Presence presence = Mandatory) {
+  return Component(name, Tag{}, type, presence);
+}
+constexpr Row Component(const char *name, Tag tag, BuiltIn type, Presence presence = Mandatory) {
+  return {.name = name, .isComponent = true, .isBuiltIn = true, .builtIn = type, .tag = tag, .presence = presence};
+}
+constexpr Row Component(const char *name, BuiltIn type, Presence presence = Mandatory) {
+  return Component(name, Tag{}, type, presence);
+}
+// The member of the SEQUENCE OF or SET OF in the row before.
+constexpr Row Element(Reference type) { return Component(nullptr, type); }
+constexpr Row Element(BuiltIn type) { return Component(nullptr, type); }
+
+// The array ends with a terminator record.
+inline constexpr AsnType kTerminator{0x00FFFFFF, 0, 0, 0, nullptr};
+
+namespace detail {
+
+// Reached only when a table is wrong: not constexpr, so the table does not compile.
+void badSchema(const char *why);
+
+template <std::size_t N>
+consteval std::size_t find(const Row (&rows)[N], Reference reference) {
+  unsigned seen = 0;
+  for (std::size_t i = 0; i < N; ++i) {
+    if (!rows[i].isComponent && std::string_view(rows[i].name) == reference.name && ++seen == reference.occurrence) {
+      return i;
+    }
+  }
+  badSchema("no row defines this type");
+  return N;
+}
+
+// Kind and tag octet with which an element of row `i` is encoded.
+template <std::size_t N>
+consteval BuiltIn resolve(const Row (&rows)[N], std::size_t i) {
+  const BuiltIn own = rows[i].isBuiltIn ? rows[i].builtIn : resolve(rows, find(rows, rows[i].reference));
+  const Tag tag = rows[i].tag;
+  if (tag.octet == 0) return own;
+  if (tag.isExplicit) return {own.kind, tag.octet};
+  if (own.tag == 0) badSchema("a CHOICE or open type takes an EXPLICIT tag only");
+  return {own.kind, static_cast<uint8_t>(tag.octet | (own.tag & 0x20))};
+}
+
+}  // namespace detail
+
+template <std::size_t N>
+consteval std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
+  std::array<AsnType, N + 1> records{};
+  for (std::size_t i = 0; i < N; ++i) {
+    const Row &row = rows[i];
+    const BuiltIn type = detail::resolve(rows, i);
+    uint32_t components = 0;
+    if (!row.isComponent) {
+      while (i + 1 + components < N && rows[i + 1 + components].isComponent) ++components;
+    }
+    const bool isList = row.isBuiltIn && (type.kind == Kind::SequenceOf || type.kind == Kind::SetOf);
+    if (isList && components != 1) detail::badSchema("a list has exactly one element row");
+    records[i] = {
+        .descriptor = static_cast<uint32_t>(type.tag) << 24 | 1u << 16 | classOf(type.kind) << 8 |
+                      static_cast<uint32_t>(type.kind),
+        .flags = (row.tag.octet != 0 ? ASN_FLAG_OWN_TAG : 0) | (row.tag.isExplicit ? ASN_FLAG_EXPLICIT : 0) |
+                 (row.presence == Optional ? ASN_FLAG_OPTIONAL : 0),
+        .count = components,
+        .link = row.isBuiltIn ? 0
+                              : static_cast<int32_t>(detail::find(rows, row.reference)) - static_cast<int32_t>(i),
+        .name = row.name,
+    };
+  }
+  records[N] = kTerminator;
+  return records;
+}
+
+// The record of a type by name, in rows and records of one module.
+template <std::size_t N>
+consteval std::size_t indexOf(const Row (&rows)[N], const char *name) {
+  return detail::find(rows, name);
+}
+
+}  // namespace ketra::schema

@@ -1,0 +1,85 @@
+/* What the runtime offers beyond the operations that libketra calls: Extensions objects from and to their encoding,
+ * bounded memory, readable error traces, times and identifiers as text. The house rules of contracts/asn1.h hold. */
+#ifndef KETRA_RUNTIME_H
+#define KETRA_RUNTIME_H
+
+#include "contracts/asn1.h"
+#include "contracts/certificate.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Errors ------------------------------------------------------------------------------------------------------ */
+
+/* Empties a block: code, count and dropped, nothing else. */
+KETRA_RUNTIME_API void AsnErrorReset(AsnErrorBlock *err);
+
+typedef struct AsnErrorMeaning {
+  uint32_t code;
+  const char *meaning;
+} AsnErrorMeaning;
+
+/* Renders code and trace as lines that a person can read, innermost failure first; what is not printable is escaped.
+ * `meanings` (may be null) explains codes of other components. Writes at most `size` octets, NUL included, and returns
+ * the length of the whole text without the NUL, so a call with size 0 measures. */
+KETRA_RUNTIME_API uint32_t AsnErrorText(const AsnErrorBlock *err, const AsnErrorMeaning *meanings,
+                                        uint32_t meaningCount, char *text, uint32_t size);
+
+/* ---- Memory pool ------------------------------------------------------------------------------------------------- */
+
+/* Bounds the octets that the pool holds from the system, its own record included; 0 lifts the bound. An allocation
+ * that would exceed it fails with AsnMemError_Limit; what is already held stays. */
+KETRA_RUNTIME_API int32_t AsnMemObjectSetLimit(AsnMemObject pool, uint64_t octets, AsnErrorBlock *err);
+/* Live allocations of the pool: octets as they were asked for, and blocks. */
+KETRA_RUNTIME_API int32_t AsnMemObjectUsage(AsnMemObject pool, uint64_t *octets, uint32_t *blocks, AsnErrorBlock *err);
+
+/* ---- Extensions object ------------------------------------------------------------------------------------------- */
+
+KETRA_RUNTIME_API int32_t KetraObjectCreate(KetraObject *object, AsnErrorBlock *err);
+/* Releases the object and its pool; a null object succeeds without effect. */
+KETRA_RUNTIME_API int32_t KetraObjectDestroy(KetraObject object, AsnErrorBlock *err);
+/* Replaces the contents of the object by the members of an Extensions SEQUENCE (RFC 5280 4.1), which is copied. An
+ * identifier that occurs twice, or an empty SEQUENCE, is refused; on failure the object is unchanged. An explicit
+ * critical FALSE is kept as {0, present}. */
+KETRA_RUNTIME_API int32_t KetraObjectSetPduBER(KetraObject object, const AsnEncodedData *encoding, AsnErrorBlock *err);
+/* Encodes the extensions, in their order, as one Extensions SEQUENCE in the object's pool; the caller frees it there
+ * or leaves it to the object's end. Criticality is written only when it is TRUE. An object without extensions has no
+ * encoding (KetraObjectError_Empty). */
+KETRA_RUNTIME_API int32_t KetraObjectGetPduDER(KetraObject object, AsnEncodedData *encoding, AsnErrorBlock *err);
+/* Number of extensions. */
+KETRA_RUNTIME_API int32_t KetraObjectCalExt(KetraObject object, uint32_t *count, AsnErrorBlock *err);
+/* The extension at an index from 0, in encoding order, as KetraObjectSearchExtpByObjid finds it. */
+KETRA_RUNTIME_API int32_t KetraObjectGetExtpByIndex(KetraObject object, uint32_t index,
+                                                    const KetraExtension **extension, AsnErrorBlock *err);
+/* Removes an extension; those behind it move up by one index. */
+KETRA_RUNTIME_API int32_t KetraObjectDeleteExt(KetraObject object, const Objid *objid, AsnErrorBlock *err);
+/* The object's pool: to bound it, and to free what typed gets put there. */
+KETRA_RUNTIME_API int32_t KetraObjectGetMemObject(KetraObject object, AsnMemObject *pool, AsnErrorBlock *err);
+
+/* ---- Times and identifiers --------------------------------------------------------------------------------------- */
+
+/* ISO 8601, "2026-01-31T23:59:59Z" or with up to six digits of fraction. The text form needs 28 octets, NUL included. */
+KETRA_RUNTIME_API int32_t GtimeFromText(const char *text, Gtime *time, AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t GtimeToText(const Gtime *time, char *text, uint32_t size, AsnErrorBlock *err);
+/* Seconds since 1970-01-01T00:00:00Z and microseconds 0 to 999999 after that second. */
+KETRA_RUNTIME_API int32_t GtimeFromUnix(int64_t seconds, uint32_t microseconds, Gtime *time, AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t GtimeToUnix(const Gtime *time, int64_t *seconds, uint32_t *microseconds, AsnErrorBlock *err);
+
+/* "2.5.29.19" into the pool. */
+KETRA_RUNTIME_API int32_t ObjidFromText(AsnMemObject pool, const char *text, Objid *objid, AsnErrorBlock *err);
+/* Writes at most `size` octets, NUL included, and sets `length` (may be null) to the length of the whole text without
+ * the NUL; a text that does not fit is an error (AsnError_Range) that still sets `length`. */
+KETRA_RUNTIME_API int32_t ObjidToText(const Objid *objid, char *text, uint32_t size, uint32_t *length,
+                                      AsnErrorBlock *err);
+
+/* ---- Schema ------------------------------------------------------------------------------------------------------ */
+
+/* SEQUENCE OF open type: opens any list, so that it can be walked member by member. */
+extern KETRA_RUNTIME_API const AsnType AsnType_SequenceOfAny[];
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
