@@ -97,6 +97,7 @@ constexpr Row Defined(const char *name, Kind kind, uint8_t tag) {
 constexpr Row Sequence(const char *name) { return Defined(name, Kind::Sequence, 0x30); }
 constexpr Row SequenceOf(const char *name) { return Defined(name, Kind::SequenceOf, 0x30); }
 constexpr Row SetOf(const char *name) { return Defined(name, Kind::SetOf, 0x31); }
+// An alternative that is itself an untagged CHOICE is never found when decoding.
 constexpr Row Choice(const char *name) { return Defined(name, Kind::Choice, 0x00); }
 constexpr Row Type(const char *name, BuiltIn type) { return Defined(name, type.kind, type.tag); }
 constexpr Row Type(const char *name, Reference type, Tag tag = {}) {
@@ -145,6 +146,9 @@ consteval BuiltIn resolve(const Row (&rows)[N], std::size_t i) {
   const BuiltIn own = rows[i].isBuiltIn ? rows[i].builtIn : resolve(rows, find(rows, rows[i].reference));
   const Tag tag = rows[i].tag;
   if (tag.octet == 0) return own;
+  if (rows[i].isBuiltIn && own.kind == Kind::Octets && own.tag != 0x04) {
+    badSchema("a tagged string or time refers to a row of its own, which keeps its universal tag");
+  }
   if (tag.isExplicit) return {own.kind, tag.octet};
   if (own.tag == 0) badSchema("a CHOICE or open type takes an EXPLICIT tag only");
   return {own.kind, static_cast<uint8_t>(tag.octet | (own.tag & 0x20))};

@@ -1,0 +1,46 @@
+#include "core/frames.h"
+
+namespace ketra::detail {
+
+int32_t beginSet(const Operation &op, const Extension &extension, AsnObject *work, AsnValue *value) {
+  if (op.failed(AsnObjectCreate(work, op.err()), "Call AsnObjectCreate")) return -1;
+  if (op.failed(AsnOpenNew(*work, schema::record(extension.type), value, op.err()), "Call AsnOpenNew")) {
+    return abandon(*work, nullptr, -1);
+  }
+  return 0;
+}
+
+// Closes and destroys: the work object must be gone without complaint before anything is stored.
+int32_t finishGet(const Operation &op, AsnObject work, AsnValue value) {
+  if (op.failed(AsnClose(work, value, op.err()), "Call AsnClose")) return abandon(work, nullptr, -1);
+  return op.failed(AsnObjectDestroy(work, op.err()), "Call AsnObjectDestroy") ? -1 : 0;
+}
+
+int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &extension, int32_t critical,
+                  AsnObject work, AsnValue value) {
+  AsnEncodedData encoding{nullptr, 0};
+  const int32_t encoded =
+      AsnMUtilEncodeDER(extensions->pool, work, value, extension.encodePath, &encoding, op.err());
+  if (op.failed(encoded, "Call AsnMUtilEncodeDER")) return abandon(work, value, -1);
+  if (finishGet(op, work, value) != 0) return -1;
+  const int32_t stored = ketraObjectSsetExt(extensions, extension.objid, &encoding, critical, op.err());
+  return op.failed(stored, "Call ketraObjectSsetExt") ? stored : 0;
+}
+
+int32_t beginGet(const Operation &op, KetraObject extensions, const Extension &extension, AsnObject *work,
+                 AsnValue *value) {
+  AsnEncodedData encoding{nullptr, 0};
+  // A failed lookup has said all there is to say.
+  const int32_t found = ketraObjectSgetValueByObjid(extensions, extension.objid, &encoding, op.err());
+  if (found != 0) return found;
+  if (op.failed(AsnObjectCreate(work, op.err()), "Call AsnObjectCreate")) return -1;
+  if (op.failed(AsnOpenFromMem(*work, schema::record(extension.type), &encoding, value, op.err()),
+                "Call AsnOpenFromMem")) {
+    return abandon(*work, nullptr, -1);
+  }
+  uint32_t unused = 0;
+  if (op.failed(AsnDecode(*work, *value, 0, &unused, op.err()), "Call AsnDecode")) return abandon(*work, *value, -1);
+  return 0;
+}
+
+}  // namespace ketra::detail

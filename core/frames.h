@@ -1,0 +1,60 @@
+// The two sequences of steps that typed operations follow: one for every set, one for every get and count. An extension
+// puts in what is its own as callables that return 0, -1 or a callee's result; the frames alone know the order of the
+// steps and what is released after each failure.
+#pragma once
+
+#include "core/extension_access.h"
+#include "core/operation.h"
+#include "schema/schema.h"
+
+namespace ketra {
+
+struct Extension {
+  const Objid *objid;      // the export itself, so that callers can use the same object
+  schema::Entry type;      // of the value
+  const char *encodePath;  // "/" or null: both name the whole value
+};
+
+// Drops the work object on a failure path and passes the result on.
+inline int32_t abandon(AsnObject work, AsnValue value, int32_t result) {
+  AsnMUtilErrorFinishAsn(work, value);
+  return result;
+}
+
+namespace detail {
+
+int32_t beginSet(const Operation &op, const Extension &extension, AsnObject *work, AsnValue *value);
+int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &extension, int32_t critical,
+                  AsnObject work, AsnValue value);
+int32_t beginGet(const Operation &op, KetraObject extensions, const Extension &extension, AsnObject *work,
+                 AsnValue *value);
+int32_t finishGet(const Operation &op, AsnObject work, AsnValue value);
+
+}  // namespace detail
+
+// `check()` judges the caller's structure before anything is made; `fill(work, value)` writes it into a new value.
+template <class Check, class Fill>
+int32_t setFrame(const Operation &op, KetraObject extensions, const void *structure, const Extension &extension,
+                 int32_t critical, Check &&check, Fill &&fill) {
+  if (op.misses(extensions, structure)) return -1;
+  if (const int32_t result = check(); result != 0) return result;
+  AsnObject work = nullptr;
+  AsnValue value = nullptr;
+  if (detail::beginSet(op, extension, &work, &value) != 0) return -1;
+  if (const int32_t result = fill(work, value); result != 0) return abandon(work, value, result);
+  return detail::finishSet(op, extensions, extension, critical, work, value);
+}
+
+// `read(work, value)` takes what it wants from the decoded value of the stored extension.
+template <class Read>
+int32_t getFrame(const Operation &op, KetraObject extensions, const void *structure, const Extension &extension,
+                 Read &&read) {
+  if (op.misses(extensions, structure)) return -1;
+  AsnObject work = nullptr;
+  AsnValue value = nullptr;
+  if (const int32_t result = detail::beginGet(op, extensions, extension, &work, &value); result != 0) return result;
+  if (const int32_t result = read(work, value); result != 0) return abandon(work, value, result);
+  return detail::finishGet(op, work, value);
+}
+
+}  // namespace ketra

@@ -1,0 +1,49 @@
+// The content octets of scalar types: rules, and conversion to and from the interface's values.
+#pragma once
+
+#include "runtime/asn1/tlv.h"
+#include "runtime/asn1/type.h"
+
+namespace ketra::asn1 {
+
+// Checks primitive content against the rules of its type; what is well formed but does not fit the interface passes.
+bool checkContent(const AsnType *type, const uint8_t *content, uint32_t length, Fault &fault);
+bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault);  // X.690 8.3
+
+// ---- OBJECT IDENTIFIER (X.690 8.19) ----
+bool checkObjid(const uint8_t *content, uint32_t length, Fault &fault);
+// Number of arcs in well formed content.
+uint32_t countArcs(const uint8_t *content, uint32_t length);
+// Writes that many arcs; false when one exceeds 32 bits.
+bool readArcs(const uint8_t *content, uint32_t length, uint32_t *arcs);
+bool checkArcs(const Objid &objid, Text &reason);  // X.660 7.6
+uint64_t measureArcs(const Objid &objid);
+void writeArcs(const Objid &objid, uint8_t *content);
+
+// ---- GeneralizedTime (X.680 46, X.690 11.7) ----
+enum class TimeForm { Valid, OutOfRange, Malformed };
+TimeForm readTime(const uint8_t *content, uint32_t length, int64_t *microseconds, Text &reason);
+inline constexpr uint32_t kTimeLength = 22;  // "YYYYMMDDHHMMSS.ffffffZ"
+// DER form; returns the length, at most kTimeLength.
+uint32_t writeTime(int64_t microseconds, uint8_t *content);
+
+inline constexpr int64_t kMicrosecondsPerSecond = 1'000'000;
+inline constexpr int64_t kDaysInTenThousandYears = 3'652'425;
+inline constexpr int64_t kTimeEnd = kDaysInTenThousandYears * 86'400 * kMicrosecondsPerSecond;
+
+inline int64_t microsecondsOf(const Gtime &time) {
+  return static_cast<int64_t>(static_cast<uint64_t>(static_cast<uint32_t>(time.high)) << 32 | time.low);
+}
+inline Gtime gtimeOf(int64_t microseconds) {
+  const auto word = static_cast<uint64_t>(microseconds);
+  return {static_cast<int32_t>(static_cast<uint32_t>(word >> 32)), static_cast<uint32_t>(word)};
+}
+inline bool isTime(const Gtime &time) { return microsecondsOf(time) >= 0 && microsecondsOf(time) < kTimeEnd; }
+
+// ---- BIT STRING (X.690 8.6) ----
+// Content octets of a bit string, bits beyond its length zeroed; `content` has 1 + (bits + 7) / 8 octets.
+void writeBits(const uint8_t *octets, uint32_t bits, uint8_t *content);
+// Bits up to the last one that is set (X.690 11.2.2).
+uint32_t trimBits(const uint8_t *octets, uint32_t bits);
+
+}  // namespace ketra::asn1

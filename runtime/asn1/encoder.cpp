@@ -1,0 +1,268 @@
+#include "runtime/asn1/encoder.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "runtime/asn1/content.h"
+
+namespace ketra::asn1 {
+namespace {
+
+// Octets that grow towards lower addresses: contents come before the lengths that count them.
+class BackwardBuffer {
+ public:
+  explicit BackwardBuffer(Arena &arena) : arena_(arena) {}
+
+  uint64_t size() const { return size_; }
+  uint8_t *begin() { return end_ - size_; }
+
+  // Room for `count` more octets; null without memory.
+  uint8_t *prepend(uint64_t count) {
+    if (count > capacity_ - size_ && !grow(count)) return nullptr;
+    size_ += count;
+    return end_ - size_;
+  }
+
+ private:
+  bool grow(uint64_t count) {
+    const uint64_t capacity = std::max<uint64_t>({128, 2 * capacity_, size_ + count});
+    auto *memory = capacity <= SIZE_MAX / 2 ? arena_.makeArray<uint8_t>(static_cast<std::size_t>(capacity)) : nullptr;
+    if (memory == nullptr) return false;
+    uint8_t *end = memory + capacity;
+    if (size_ > 0) std::memcpy(end - size_, begin(), static_cast<std::size_t>(size_));
+    capacity_ = capacity;
+    end_ = end;
+    return true;
+  }
+
+  Arena &arena_;
+  uint8_t *end_ = nullptr;
+  uint64_t size_ = 0;
+  uint64_t capacity_ = 0;
+};
+
+class Encoder {
+ public:
+  Encoder(const Call &call, Arena &arena, Rules rules) : call_(call), arena_(arena), rules_(rules), buffer_(arena) {}
+
+  bool run(const Node *root);
+  const uint8_t *encoding() { return buffer_.begin(); }
+  uint32_t length() const { return static_cast<uint32_t>(buffer_.size()); }
+
+ private:
+  struct Frame {
+    const Node *node;
+    uint32_t next;  // children before this index are still to be written
+    uint64_t sizeAtEnd;
+  };
+
+  bool begin(const Node *node);
+  bool writeChild(Frame &frame);
+  bool finish(const Frame &frame);
+  bool writeScalar(const Node *node);
+  bool writeTime(const Node *node);
+  bool writeOpen(const Node *node);
+  bool writeTags(const Node *node, uint64_t sizeAtEnd);
+  bool writeHeader(uint8_t tag, uint64_t sizeAtEnd);
+  bool sortMembers(const Frame &frame);
+  bool put(const uint8_t *octets, uint32_t count);
+  bool failMemory() { return call_.fail(AsnError_OutOfMemory, "the system has no memory to encode") == 0; }
+
+  const Call &call_;
+  Arena &arena_;
+  Rules rules_;
+  BackwardBuffer buffer_;
+  const Node *root_ = nullptr;
+  uint32_t depth_ = 0;
+  Frame frames_[ASN_MAX_NESTING];
+};
+
+bool Encoder::run(const Node *root) {
+  root_ = root;
+  if (!begin(root)) return false;
+  while (depth_ > 0) {
+    Frame &frame = frames_[depth_ - 1];
+    if (frame.next > 0) {
+      if (!writeChild(frame)) return false;
+    } else {
+      --depth_;
+      if (!finish(frame)) return false;
+    }
+  }
+  if (buffer_.size() <= UINT32_MAX) return true;
+  call_.fail(AsnError_TooLong, "the encoding would exceed 4294967295 octets");
+  return false;
+}
+
+// A scalar is written; a constructed value is entered, to be written from its last child on.
+bool Encoder::begin(const Node *node) {
+  if (!hasChildren(kindOf(node->record))) return writeScalar(node);
+  if (depth_ == ASN_MAX_NESTING) {
+    call_.fail(AsnError_Nesting, Text() << "nested deeper than " << uint32_t{ASN_MAX_NESTING} << " levels");
+    return false;
+  }
+  frames_[depth_++] = {node, childPlaces(node), buffer_.size()};
+  return true;
+}
+
+bool Encoder::writeChild(Frame &frame) {
+  const Node *node = frame.node;
+  const Node *child = node->children[--frame.next];
+  if (child != nullptr) return begin(child);
+  if (kindOf(node->record) == Kind::Choice) {
+    call_.fail(AsnError_Incomplete, Text() << nameOf(node->record) << " has no alternative");
+    return false;
+  }
+  const AsnType *component = definitionOf(node->record) + 1 + frame.next;
+  if (isOptional(component)) return true;
+  call_.fail(AsnError_Incomplete,
+             Text() << "component " << nameOf(component) << " of " << nameOf(node->record) << " is missing");
+  return false;
+}
+
+bool Encoder::finish(const Frame &frame) {
+  if (rules_ == Rules::Der && kindOf(frame.node->record) == Kind::SetOf && !sortMembers(frame)) return false;
+  return writeTags(frame.node, frame.sizeAtEnd);
+}
+
+bool Encoder::writeScalar(const Node *node) {
+  if (!node->isSet) {
+    call_.fail(AsnError_Incomplete, Text() << nameOf(node->record) << " has no value");
+    return false;
+  }
+  const uint64_t sizeAtEnd = buffer_.size();
+  bool written = false;
+  switch (kindOf(node->record)) {
+    case Kind::Open: written = writeOpen(node); break;
+    case Kind::Boolean: {
+      const uint8_t octet = node->content[0] != 0 ? 0xFF : 0x00;
+      written = put(&octet, 1);
+      break;
+    }
+    case Kind::BitString:
+      written = put(node->content, node->length);
+      if (written && node->length > 1) {  // bits beyond the last are zero (X.690 11.2.1)
+        uint8_t &last = buffer_.begin()[node->length - 1];
+        last = static_cast<uint8_t>(last & (0xFFu << node->content[0]));
+      }
+      break;
+    default:
+      written = contentOf(node->record) == Content::Time ? writeTime(node) : put(node->content, node->length);
+  }
+  return written && writeTags(node, sizeAtEnd);
+}
+
+bool Encoder::writeTime(const Node *node) {
+  int64_t time = 0;
+  Text reason;
+  if (readTime(node->content, node->length, &time, reason) != TimeForm::Valid) {
+    call_.fail(AsnError_Range, Text() << reason.c_str() << " (" << nameOf(node->record) << ")");
+    return false;
+  }
+  uint8_t content[kTimeLength];
+  return put(content, asn1::writeTime(time, content));
+}
+
+bool Encoder::writeOpen(const Node *node) {
+  const uint8_t *octets = node->content;
+  uint32_t length = node->length;
+  if (rules_ == Rules::Der) {
+    Fault fault;
+    Lengths lengths = checkLengths(octets, length, fault);
+    if (lengths == Lengths::Other && !rewriteLengths(arena_, octets, length, &octets, &length, fault)) {
+      lengths = Lengths::Malformed;
+    }
+    if (lengths == Lengths::Malformed) {
+      call_.fail(fault.code, Text() << fault.text.c_str() << " (" << nameOf(node->record) << ")");
+      return false;
+    }
+  }
+  return put(octets, length);
+}
+
+// The node's own tag, and the EXPLICIT tags around it.
+bool Encoder::writeTags(const Node *node, uint64_t sizeAtEnd) {
+  uint8_t explicitTags[8];
+  std::size_t count = 0;
+  const AsnType *type = node->record;
+  for (; isExplicit(type); type = wrappedType(type)) {
+    if (count == std::size(explicitTags)) {
+      call_.fail(AsnError_Nesting, "more than 8 EXPLICIT tags around one value");
+      return false;
+    }
+    explicitTags[count++] = tagOf(type);
+  }
+  if (tagOf(type) != 0 && kindOf(type) != Kind::Open && kindOf(type) != Kind::Choice) {
+    if (!writeHeader(tagOf(type), sizeAtEnd)) return false;
+  }
+  if (node == root_ && !node->isRoot) return true;  // an element stands without the tag that its component adds
+  while (count > 0) {
+    if (!writeHeader(explicitTags[--count], sizeAtEnd)) return false;
+  }
+  return true;
+}
+
+bool Encoder::writeHeader(uint8_t tag, uint64_t sizeAtEnd) {
+  const uint64_t length = buffer_.size() - sizeAtEnd;
+  if (length > UINT32_MAX) {
+    call_.fail(AsnError_TooLong, "the encoding would exceed 4294967295 octets");
+    return false;
+  }
+  uint8_t octets[6];
+  uint8_t *const end = octets + sizeof octets;
+  const uint32_t count = writeLength(end, static_cast<uint32_t>(length)) + 1;
+  *(end - count) = tag;
+  return put(end - count, count);
+}
+
+// SET OF members in ascending order of their encodings (X.690 11.6).
+bool Encoder::sortMembers(const Frame &frame) {
+  const uint32_t count = frame.node->length;
+  const auto length = static_cast<std::size_t>(buffer_.size() - frame.sizeAtEnd);
+  if (count < 2) return true;
+  auto *members = arena_.makeArray<AsnEncodedData>(count);
+  if (members == nullptr) return failMemory();
+  Fault fault;
+  const uint8_t *p = buffer_.begin();
+  for (uint32_t i = 0; i < count; ++i) {
+    const uint8_t *end = skipValue(p, buffer_.begin() + length, fault);
+    members[i] = {p, static_cast<uint32_t>(end - p)};
+    p = end;
+  }
+  const auto before = [](const AsnEncodedData &a, const AsnEncodedData &b) {
+    const int order = std::memcmp(a.octets, b.octets, std::min(a.length, b.length));
+    return order != 0 ? order < 0 : a.length < b.length;
+  };
+  if (std::is_sorted(members, members + count, before)) return true;
+  std::sort(members, members + count, before);
+  auto *sorted = arena_.makeArray<uint8_t>(length);
+  if (sorted == nullptr) return failMemory();
+  uint8_t *out = sorted;
+  for (uint32_t i = 0; i < count; ++i) {
+    std::memcpy(out, members[i].octets, members[i].length);
+    out += members[i].length;
+  }
+  std::memcpy(buffer_.begin(), sorted, length);
+  return true;
+}
+
+bool Encoder::put(const uint8_t *octets, uint32_t count) {
+  if (count == 0) return true;
+  uint8_t *to = buffer_.prepend(count);
+  if (to == nullptr) return failMemory();
+  std::memcpy(to, octets, count);
+  return true;
+}
+
+}  // namespace
+
+bool encode(const Call &call, Arena &arena, const Node *node, Rules rules, const uint8_t **encoding,
+            uint32_t *length) {
+  Encoder encoder(call, arena, rules);
+  if (!encoder.run(node)) return false;
+  *encoding = encoder.encoding();
+  *length = encoder.length();
+  return true;
+}
+
+}  // namespace ketra::asn1

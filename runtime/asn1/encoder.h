@@ -1,0 +1,12 @@
+#pragma once
+
+#include "runtime/asn1/node.h"
+
+namespace ketra::asn1 {
+
+enum class Rules : uint8_t { Der, Ber };
+
+// Encodes a value (with all its tags) or an element (of an EXPLICIT component, what its tag wraps) into the arena.
+bool encode(const Call &call, Arena &arena, const Node *node, Rules rules, const uint8_t **encoding, uint32_t *length);
+
+}  // namespace ketra::asn1

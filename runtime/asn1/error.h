@@ -1,0 +1,71 @@
+// How the runtime reports: one code and one entry per failed operation, made where the fault is found.
+#pragma once
+
+#include <charconv>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#include "contracts/asn1.h"
+
+namespace ketra::asn1 {
+
+// A message under construction. It never fails: what does not fit is left out.
+class Text {
+ public:
+  Text() { buffer_[0] = '\0'; }
+
+  Text &operator<<(std::string_view part) {
+    const std::size_t n = part.size() < room() ? part.size() : room();
+    std::memcpy(buffer_ + size_, part.data(), n);
+    size_ += n;
+    buffer_[size_] = '\0';
+    return *this;
+  }
+  Text &operator<<(uint64_t number) { return append(number, 10); }
+  Text &operator<<(uint32_t number) { return append(number, 10); }
+  Text &operator<<(int32_t number) {
+    if (number < 0) *this << "-";
+    return append(number < 0 ? -static_cast<int64_t>(number) : number, 10);
+  }
+  Text &hex(uint32_t number) {
+    *this << "0x";
+    return append(number, 16);
+  }
+
+  const char *c_str() const { return buffer_; }
+
+ private:
+  std::size_t room() const { return sizeof buffer_ - 1 - size_; }
+  template <class Number>
+  Text &append(Number number, int base) {
+    char digits[24];
+    const auto end = std::to_chars(digits, digits + sizeof digits, number, base).ptr;
+    return *this << std::string_view(digits, static_cast<std::size_t>(end - digits));
+  }
+
+  char buffer_[ASN_TRACE_MESSAGE];
+  std::size_t size_ = 0;
+};
+
+inline constexpr char kRuntimeModule[] = "ASN1";
+inline constexpr char kPoolModule[] = "ASN1-MEM";
+inline constexpr char kCheckModule[] = "ASN1-CHECK";
+inline constexpr char kUtilityModule[] = "ASN1-MUTIL";
+
+// One call of an exported operation: under which name it reports, and where to.
+struct Call {
+  const char *module;
+  const char *function;
+  AsnErrorBlock *err;
+
+  // Sets the code, appends the entry, returns -1.
+  [[gnu::cold]] int32_t fail(uint32_t code, const char *message, const void *value = nullptr,
+                             uint32_t valueLength = 0) const;
+  [[gnu::cold]] int32_t fail(uint32_t code, const Text &message, const void *value = nullptr,
+                             uint32_t valueLength = 0) const {
+    return fail(code, message.c_str(), value, valueLength);
+  }
+};
+
+}  // namespace ketra::asn1

@@ -1,0 +1,15 @@
+// Element paths (contracts/asn1.h). Resolving allocates nothing; making allocates only what is missing.
+#pragma once
+
+#include "runtime/asn1/node.h"
+
+namespace ketra::asn1 {
+
+// The element at the path, or null when it is absent; false after a failure, which has been reported. A scalar that
+// was made but never set is absent.
+bool findElement(const Call &call, Node *base, const char *path, Node **element, const AsnType **type);
+
+// The element at the path, made with everything that is missing on the way; null after a failure.
+Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path);
+
+}  // namespace ketra::asn1

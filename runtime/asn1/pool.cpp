@@ -1,0 +1,348 @@
+#include "runtime/asn1/pool.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <new>
+
+#include "ketra_runtime.h"
+#include "runtime/asn1/poison.h"
+
+namespace ketra::asn1 {
+namespace {
+
+constexpr std::size_t kAlignment = 8;
+constexpr std::size_t kLargestSmall = 16 * 1024;  // from here on a block is the system's own
+constexpr std::size_t kFirstGrowth = 1024;
+
+struct Header {
+  uint32_t size;  // as it was asked for
+  uint32_t mark;
+};
+
+struct alignas(kAlignment) Chunk {
+  Chunk *next;
+  std::byte *end;  // the chunk's blocks lie between the end of this record and here
+  std::byte *begin() { return reinterpret_cast<std::byte *>(this + 1); }
+};
+
+struct FreeBlock {
+  FreeBlock *next;
+};
+
+// A block of the system's own, in a bucket of the pool's table by its address.
+struct alignas(kAlignment) LargeBlock {
+  LargeBlock *next;
+  Header header;
+  std::byte *memory() { return reinterpret_cast<std::byte *>(this + 1); }
+};
+
+// Size classes: 8, 16, ... 128, then four per doubling, up to kLargestSmall.
+constexpr std::size_t kFineClasses = 16;
+constexpr std::size_t kClasses = kFineClasses + 4 * 7;
+
+constexpr std::size_t classOf(std::size_t size) {
+  if (size <= 128) return size == 0 ? 0 : (size - 1) / 8;
+  const auto log = static_cast<std::size_t>(std::bit_width(size - 1)) - 1;  // 7 for 129..256
+  return kFineClasses + 4 * (log - 7) + ((size - 1) >> (log - 2) & 3);
+}
+constexpr std::size_t sizeOf(std::size_t sizeClass) {
+  if (sizeClass < kFineClasses) return 8 * (sizeClass + 1);
+  const std::size_t step = sizeClass - kFineClasses;
+  return (std::size_t{128} << step / 4) / 4 * (5 + step % 4);
+}
+static_assert(classOf(1) == 0 && classOf(128) == 15 && classOf(129) == 16 && classOf(kLargestSmall) == kClasses - 1);
+static_assert(sizeOf(16) == 160 && sizeOf(kClasses - 1) == kLargestSmall && classOf(sizeOf(30)) == 30);
+
+struct FreeLists {
+  FreeBlock *heads[kClasses];
+};
+
+}  // namespace
+}  // namespace ketra::asn1
+
+using namespace ketra::asn1;
+
+struct alignas(kAlignment) AsnMemObjectRecord {
+  Chunk *chunks;         // newest first; the last one lies in the pool's own request
+  std::byte *next;       // unused memory of the newest chunk
+  FreeLists *freeLists;  // made by the first free that needs them
+  LargeBlock **large;    // table of buckets, a power of two of them; null while there is no large block
+  uint64_t held;         // from the system
+  uint64_t limit;        // 0 = none
+  uint64_t liveOctets;
+  uint32_t liveBlocks;
+  uint32_t largeCount;
+  uint32_t bucketBits;
+};
+
+namespace ketra::asn1 {
+namespace {
+
+// Differs from block to block and pool to pool, so that stale or foreign memory does not pass for a live block.
+uint32_t liveMark(AsnMemObject pool, const void *memory) {
+  const auto mixed = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(memory)) * 0x9E3779B97F4A7C15u ^
+                     static_cast<uint64_t>(reinterpret_cast<uintptr_t>(pool)) * 0xC2B2AE3D27D4EB4Fu;
+  return static_cast<uint32_t>(mixed >> 32) | 1;
+}
+
+std::size_t bucketOf(AsnMemObject pool, const void *memory) {
+  const uint64_t mixed = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(memory)) * 0x9E3779B97F4A7C15u;
+  return pool->bucketBits == 0 ? 0 : static_cast<std::size_t>(mixed >> (64 - pool->bucketBits));
+}
+
+void *fromSystem(AsnMemObject pool, uint64_t size, const Call &call) {
+  if (pool->limit != 0 && size > pool->limit - std::min(pool->limit, pool->held)) {
+    call.fail(AsnMemError_Limit, Text() << size << " octets more would exceed the limit of " << pool->limit
+                                        << " octets; " << pool->held << " are held");
+    return nullptr;
+  }
+  void *memory = size <= SIZE_MAX ? std::malloc(static_cast<std::size_t>(size)) : nullptr;
+  if (memory == nullptr) {
+    call.fail(AsnMemError_OutOfMemory, Text() << "the system has no " << size << " octets");
+    return nullptr;
+  }
+  pool->held += size;
+  return memory;
+}
+
+// Zeroed memory for the pool's own tables; their absence is no error of the caller's.
+void *tableFromSystem(AsnMemObject pool, std::size_t size) {
+  void *memory = fromSystem(pool, size, Call{kPoolModule, "", nullptr});
+  if (memory != nullptr) std::memset(memory, 0, size);
+  return memory;
+}
+
+// A new chunk as large as everything held so far, so their number stays logarithmic; less under a limit.
+bool grow(AsnMemObject pool, std::size_t needed, const Call &call) {
+  const uint64_t least = sizeof(Chunk) + needed;
+  uint64_t size = std::max<uint64_t>({least, kFirstGrowth, pool->held});
+  if (pool->limit != 0 && size > pool->limit - std::min(pool->limit, pool->held)) size = least;
+  size = (size + kAlignment - 1) / kAlignment * kAlignment;
+  auto *chunk = static_cast<Chunk *>(fromSystem(pool, size, call));
+  if (chunk == nullptr) return false;
+  chunk->next = pool->chunks;
+  chunk->end = reinterpret_cast<std::byte *>(chunk) + size;
+  pool->chunks = chunk;
+  pool->next = chunk->begin();
+  poison(pool->next, static_cast<std::size_t>(chunk->end - pool->next));
+  return true;
+}
+
+void *start(AsnMemObject pool, std::byte *memory, uint32_t size) {
+  unpoison(memory, size);
+  Header *header = reinterpret_cast<Header *>(memory) - 1;
+  unpoison(header, sizeof *header);
+  *header = {size, liveMark(pool, memory)};
+  poison(header, sizeof *header);
+  pool->liveOctets += size;
+  ++pool->liveBlocks;
+  return memory;
+}
+
+// Twice as many buckets once the lists grow; without memory for them the old ones serve on, only slower.
+void growTable(AsnMemObject pool) {
+  const uint32_t bits = pool->large == nullptr ? 4 : pool->bucketBits + 2;
+  auto **table = static_cast<LargeBlock **>(tableFromSystem(pool, sizeof(LargeBlock *) << bits));
+  if (table == nullptr) return;
+  const std::size_t oldSize = pool->large == nullptr ? 0 : std::size_t{1} << pool->bucketBits;
+  pool->bucketBits = bits;
+  for (std::size_t i = 0; i < oldSize; ++i) {
+    for (LargeBlock *block = pool->large[i]; block != nullptr;) {
+      LargeBlock *const next = block->next;
+      LargeBlock *&bucket = table[bucketOf(pool, block->memory())];
+      block->next = bucket;
+      bucket = block;
+      block = next;
+    }
+  }
+  std::free(pool->large);
+  pool->held -= oldSize * sizeof(LargeBlock *);
+  pool->large = table;
+}
+
+void *allocateLarge(AsnMemObject pool, uint32_t size, const Call &call) {
+  if (pool->large == nullptr || pool->largeCount >= std::size_t{2} << pool->bucketBits) growTable(pool);
+  if (pool->large == nullptr) {
+    call.fail(AsnMemError_OutOfMemory, "the system has no memory for the table of large blocks");
+    return nullptr;
+  }
+  auto *block = static_cast<LargeBlock *>(fromSystem(pool, sizeof(LargeBlock) + uint64_t{size}, call));
+  if (block == nullptr) return nullptr;
+  LargeBlock *&bucket = pool->large[bucketOf(pool, block->memory())];
+  block->next = bucket;
+  bucket = block;
+  block->header = {size, 0};
+  ++pool->largeCount;
+  pool->liveOctets += size;
+  ++pool->liveBlocks;
+  return block->memory();
+}
+
+void *allocateSmall(AsnMemObject pool, uint32_t size, const Call &call) {
+  const std::size_t sizeClass = classOf(size);
+  if (pool->freeLists != nullptr && pool->freeLists->heads[sizeClass] != nullptr) {
+    FreeBlock *block = pool->freeLists->heads[sizeClass];
+    unpoison(block, sizeof *block);
+    pool->freeLists->heads[sizeClass] = block->next;
+    poison(block, sizeof *block);
+    return start(pool, reinterpret_cast<std::byte *>(block), size);
+  }
+  const std::size_t needed = sizeof(Header) + sizeOf(sizeClass);
+  if (static_cast<std::size_t>(pool->chunks->end - pool->next) < needed && !grow(pool, needed, call)) return nullptr;
+  std::byte *memory = pool->next + sizeof(Header);
+  pool->next += needed;
+  return start(pool, memory, size);
+}
+
+// Frees a large block; false when the pool has none at this address.
+bool freeLarge(AsnMemObject pool, const void *memory) {
+  if (pool->large == nullptr) return false;
+  LargeBlock **link = &pool->large[bucketOf(pool, memory)];
+  while (*link != nullptr && (*link)->memory() != memory) link = &(*link)->next;
+  LargeBlock *block = *link;
+  if (block == nullptr) return false;
+  *link = block->next;
+  --pool->largeCount;
+  --pool->liveBlocks;
+  pool->liveOctets -= block->header.size;
+  pool->held -= sizeof(LargeBlock) + uint64_t{block->header.size};
+  std::free(block);
+  return true;
+}
+
+// The header of a live block in one of the chunks, or null. Reads only memory that the pool holds.
+Header *liveHeader(AsnMemObject pool, const void *memory) {
+  const auto *at = static_cast<const std::byte *>(memory);
+  for (Chunk *chunk = pool->chunks; chunk != nullptr; chunk = chunk->next) {
+    const std::byte *used = chunk == pool->chunks ? pool->next : chunk->end;
+    if (at < chunk->begin() + sizeof(Header) || at >= used) continue;
+    if ((at - chunk->begin()) % static_cast<std::ptrdiff_t>(kAlignment) != 0) return nullptr;
+    auto *header = reinterpret_cast<Header *>(const_cast<std::byte *>(at)) - 1;
+    unpoison(header, sizeof *header);
+    return header->mark == liveMark(pool, memory) ? header : nullptr;
+  }
+  return nullptr;
+}
+
+void freeSmall(AsnMemObject pool, Header *header, std::byte *memory) {
+  const std::size_t sizeClass = classOf(header->size);
+  --pool->liveBlocks;
+  pool->liveOctets -= header->size;
+  header->mark = 0;
+  const std::size_t size = sizeOf(sizeClass);
+  if (memory + size == pool->next) {  // the newest block: take it back whole
+    pool->next = reinterpret_cast<std::byte *>(header);
+    poison(header, sizeof *header + size);
+    return;
+  }
+  if (pool->freeLists == nullptr) {
+    // Without memory for the lists, the block waits for the pool's end.
+    pool->freeLists = static_cast<FreeLists *>(tableFromSystem(pool, sizeof(FreeLists)));
+    if (pool->freeLists == nullptr) return;
+  }
+  auto *block = reinterpret_cast<FreeBlock *>(memory);
+  unpoison(block, sizeof *block);
+  block->next = pool->freeLists->heads[sizeClass];
+  pool->freeLists->heads[sizeClass] = block;
+  poison(header, sizeof *header + size);
+}
+
+}  // namespace
+
+int32_t createPool(std::size_t size, AsnMemObject *pool, const Call &call) {
+  void *memory = std::malloc(size);
+  if (memory == nullptr) {
+    return call.fail(AsnMemError_OutOfMemory, Text() << "the system has no " << uint64_t{size} << " octets");
+  }
+  auto *record = new (memory) AsnMemObjectRecord{};
+  auto *chunk = reinterpret_cast<Chunk *>(record + 1);
+  chunk->next = nullptr;
+  chunk->end = static_cast<std::byte *>(memory) + size;
+  record->chunks = chunk;
+  record->next = chunk->begin();
+  record->held = size;
+  poison(record->next, static_cast<std::size_t>(chunk->end - record->next));
+  *pool = record;
+  return 0;
+}
+
+int32_t allocate(AsnMemObject pool, uint32_t size, void **memory, AsnErrorBlock *err) {
+  const Call call{kPoolModule, "AsnMemObjectMalloc", err};
+  void *block = size > kLargestSmall ? allocateLarge(pool, size, call) : allocateSmall(pool, size, call);
+  if (block == nullptr) return -1;
+  *memory = block;
+  return 0;
+}
+
+int32_t duplicate(AsnMemObject pool, const void *octets, uint32_t size, void **copy, AsnErrorBlock *err) {
+  if (allocate(pool, size, copy, err) != 0) return -1;
+  if (size > 0) std::memcpy(*copy, octets, size);
+  return 0;
+}
+
+}  // namespace ketra::asn1
+
+int32_t AsnMemObjectCreate(AsnMemObject *pool, AsnErrorBlock *err) {
+  const Call call{kPoolModule, __func__, err};
+  if (pool == nullptr) return call.fail(AsnMemError_NullParameter, "no place for the pool");
+  return createPool(kSmallPool, pool, call);
+}
+
+int32_t AsnMemObjectMalloc(AsnMemObject pool, uint32_t size, void **memory, AsnErrorBlock *err) {
+  if (pool == nullptr || memory == nullptr) {
+    return Call{kPoolModule, __func__, err}.fail(AsnMemError_NullParameter, "no pool or no place for the memory");
+  }
+  return allocate(pool, size, memory, err);
+}
+
+int32_t AsnMemObjectFree(AsnMemObject pool, const void *memory, AsnErrorBlock *err) {
+  const Call call{kPoolModule, __func__, err};
+  if (pool == nullptr) return call.fail(AsnMemError_NullParameter, "no pool");
+  if (memory == nullptr) return 0;
+  if (Header *header = liveHeader(pool, memory)) {
+    freeSmall(pool, header, static_cast<std::byte *>(const_cast<void *>(memory)));
+    return 0;
+  }
+  if (freeLarge(pool, memory)) return 0;
+  return call.fail(AsnMemError_NotOwned, "the pointer is no live allocation of this pool");
+}
+
+int32_t AsnMemObjectDestroy(AsnMemObject pool, AsnErrorBlock *err) {
+  if (pool == nullptr) return Call{kPoolModule, __func__, err}.fail(AsnMemError_NullParameter, "no pool");
+  if (pool->large != nullptr) {
+    for (std::size_t i = 0; i < std::size_t{1} << pool->bucketBits; ++i) {
+      while (LargeBlock *block = pool->large[i]) {
+        pool->large[i] = block->next;
+        std::free(block);
+      }
+    }
+    std::free(pool->large);
+  }
+  std::free(pool->freeLists);
+  Chunk *chunk = pool->chunks;
+  while (chunk->next != nullptr) {
+    Chunk *const next = chunk->next;
+    unpoison(chunk, static_cast<std::size_t>(chunk->end - reinterpret_cast<std::byte *>(chunk)));
+    std::free(chunk);
+    chunk = next;
+  }
+  unpoison(chunk, static_cast<std::size_t>(chunk->end - reinterpret_cast<std::byte *>(chunk)));
+  std::free(pool);
+  return 0;
+}
+
+int32_t AsnMemObjectSetLimit(AsnMemObject pool, uint64_t octets, AsnErrorBlock *err) {
+  if (pool == nullptr) return Call{kPoolModule, __func__, err}.fail(AsnMemError_NullParameter, "no pool");
+  pool->limit = octets;
+  return 0;
+}
+
+int32_t AsnMemObjectUsage(AsnMemObject pool, uint64_t *octets, uint32_t *blocks, AsnErrorBlock *err) {
+  if (pool == nullptr || octets == nullptr || blocks == nullptr) {
+    return Call{kPoolModule, __func__, err}.fail(AsnMemError_NullParameter, "no pool or no place for the usage");
+  }
+  *octets = pool->liveOctets;
+  *blocks = pool->liveBlocks;
+  return 0;
+}

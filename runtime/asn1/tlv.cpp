@@ -1,0 +1,245 @@
+#include "runtime/asn1/tlv.h"
+
+#include <cstring>
+
+namespace ketra::asn1 {
+namespace {
+
+// Moves `q` behind the identifier octets of the high-tag-number form (X.690 8.1.2.4).
+bool skipTagNumber(const uint8_t *&q, const uint8_t *end, Fault &fault) {
+  const uint8_t *start = q;
+  uint32_t number = 0;
+  do {
+    if (q == end) {
+      fault.set(AsnError_Truncated, q) << "the encoding ends inside a tag";
+      return false;
+    }
+    if (number > UINT32_MAX >> 7 || (q == start && *q == 0x80)) {
+      fault.set(AsnError_Tag, q) << (q == start ? "the tag number is padded" : "the tag number exceeds 32 bits");
+      return false;
+    }
+    number = number << 7 | (*q & 0x7Fu);
+  } while ((*q++ & 0x80) != 0);
+  if (number < 31) {
+    fault.set(AsnError_Tag, start) << "tag number " << number << " in the form for high tag numbers";
+    return false;
+  }
+  return true;
+}
+
+bool readLength(const uint8_t *&q, const uint8_t *end, Header &header, Fault &fault) {
+  const uint8_t *at = q;
+  const uint8_t first = *q++;
+  header.indefinite = first == 0x80;
+  header.der = !header.indefinite;
+  header.length = first < 0x80 ? first : 0;
+  if (first < 0x80) return true;
+  if (header.indefinite) {
+    if (header.constructed()) return true;
+    fault.set(AsnError_Length, at) << "indefinite length of a primitive encoding";
+    return false;
+  }
+  if (first == 0xFF) {
+    fault.set(AsnError_Length, at) << "reserved length octet 0xFF";
+    return false;
+  }
+  const unsigned count = first & 0x7F;
+  if (end - q < static_cast<std::ptrdiff_t>(count)) {
+    fault.set(AsnError_Truncated, at) << "the encoding ends inside a length of " << count << " octets";
+    return false;
+  }
+  uint64_t length = 0;
+  for (unsigned i = 0; i < count && length <= UINT32_MAX; ++i) length = length << 8 | q[i];
+  if (length > UINT32_MAX) {
+    fault.set(AsnError_Truncated, at) << "a length beyond 32 bits; " << uint64_t(end - q - count) << " octets are left";
+    return false;
+  }
+  header.der = q[0] != 0 && length >= 0x80;
+  header.length = static_cast<uint32_t>(length);
+  q += count;
+  return true;
+}
+
+}  // namespace
+
+bool readHeaderSlow(const uint8_t *p, const uint8_t *end, Header &header, Fault &fault) {
+  if (p == end) {
+    fault.set(AsnError_Truncated, p) << "the encoding ends where a value is needed";
+    return false;
+  }
+  header.identifier = *p;
+  const uint8_t *q = p + 1;
+  if ((*p & 0x1F) == 0x1F && !skipTagNumber(q, end, fault)) return false;
+  if (q == end) {
+    fault.set(AsnError_Truncated, q) << "the encoding ends where a length is needed";
+    return false;
+  }
+  if (!readLength(q, end, header, fault)) return false;
+  header.size = static_cast<uint32_t>(q - p);
+  if (header.length > end - q) {
+    fault.set(AsnError_Truncated, p) << "a length of " << header.length << " octets where " << uint64_t(end - q)
+                                     << " are left";
+    return false;
+  }
+  return true;
+}
+
+namespace {
+
+// The header of a value; EOC octets are none.
+bool readValueHeader(const uint8_t *p, const uint8_t *end, Header &header, Fault &fault) {
+  if (!readHeader(p, end, header, fault)) return false;
+  if (header.identifier != 0) return true;
+  fault.set(AsnError_EndOfContents, p) << "end-of-contents octets where a value is needed";
+  return false;
+}
+
+// Visits every encoding inside one complete encoding, outermost first: visit(p, header, depth).
+template <class Visit>
+bool walk(const uint8_t *octets, uint32_t length, Fault &fault, Visit &&visit) {
+  struct Level {
+    const uint8_t *end;
+    bool indefinite;
+  } levels[ASN_MAX_NESTING];
+  uint32_t depth = 0;
+  const uint8_t *p = octets;
+  const uint8_t *end = octets + length;
+  do {
+    const uint8_t *bound = depth == 0 ? end : levels[depth - 1].end;
+    if (depth > 0 && levels[depth - 1].indefinite && isEndOfContents(p, bound)) {
+      p += 2;
+      --depth;
+      continue;
+    }
+    if (depth > 0 && !levels[depth - 1].indefinite && p == bound) {
+      --depth;
+      continue;
+    }
+    Header header;
+    if (!readValueHeader(p, bound, header, fault)) return false;
+    visit(p, header, depth);
+    p += header.size;
+    if (!header.constructed()) {
+      p += header.length;
+    } else if (depth == ASN_MAX_NESTING) {
+      fault.set(AsnError_Nesting, p) << "nested deeper than " << uint32_t{ASN_MAX_NESTING} << " levels";
+      return false;
+    } else {
+      levels[depth++] = {header.indefinite ? bound : p + header.length, header.indefinite};
+    }
+  } while (depth > 0);
+  if (p == end) return true;
+  fault.set(AsnError_Trailing, p) << uint64_t(end - p) << " octets after the end of the value";
+  return false;
+}
+
+}  // namespace
+
+const uint8_t *skipValue(const uint8_t *p, const uint8_t *end, Fault &fault) {
+  Header header;
+  if (!readValueHeader(p, end, header, fault)) return nullptr;
+  p += header.size + std::size_t{header.length};
+  for (uint32_t open = header.indefinite ? 1 : 0; open > 0;) {
+    if (isEndOfContents(p, end)) {
+      p += 2;
+      --open;
+      continue;
+    }
+    if (p == end) {
+      fault.set(AsnError_EndOfContents, p) << "the end-of-contents octets are missing";
+      return nullptr;
+    }
+    if (!readValueHeader(p, end, header, fault)) return nullptr;
+    p += header.size + std::size_t{header.length};
+    if (header.indefinite) ++open;
+  }
+  return p;
+}
+
+bool isComplete(const uint8_t *octets, uint32_t length, Fault &fault) {
+  const uint8_t *end = skipValue(octets, octets + length, fault);
+  if (end == nullptr) return false;
+  if (end == octets + length) return true;
+  fault.set(AsnError_Trailing, end) << uint64_t(octets + length - end) << " octets after the end of the value";
+  return false;
+}
+
+Lengths checkLengths(const uint8_t *octets, uint32_t length, Fault &fault) {
+  bool der = true;
+  const bool wellFormed = walk(octets, length, fault,
+                               [&](const uint8_t *, const Header &header, uint32_t) { der = der && header.der; });
+  if (!wellFormed) return Lengths::Malformed;
+  return der ? Lengths::Der : Lengths::Other;
+}
+
+uint32_t writeLength(uint8_t *end, uint32_t length) {
+  if (length < 0x80) {
+    end[-1] = static_cast<uint8_t>(length);
+    return 1;
+  }
+  uint32_t count = 0;
+  for (; length > 0; length >>= 8) end[-1 - static_cast<int>(count++)] = static_cast<uint8_t>(length);
+  end[-1 - static_cast<int>(count)] = static_cast<uint8_t>(0x80 | count);
+  return count + 1;
+}
+
+// Writes backwards, innermost values first: when a constructed value's turn comes, its content is there.
+bool rewriteLengths(Arena &arena, const uint8_t *octets, uint32_t length, const uint8_t **rewritten,
+                    uint32_t *rewrittenLength, Fault &fault) {
+  struct Item {
+    uint32_t offset;
+    uint32_t depth;
+  };
+  std::size_t count = 0;
+  if (!walk(octets, length, fault, [&](const uint8_t *, const Header &, uint32_t) { ++count; })) return false;
+  auto *items = arena.makeArray<Item>(count);
+  // An indefinite form needs 3 octets, a definite one at most 5.
+  const uint64_t room = length + 2 * uint64_t{count};
+  auto *buffer = room <= SIZE_MAX / 2 ? arena.makeArray<uint8_t>(static_cast<std::size_t>(room)) : nullptr;
+  if (items == nullptr || buffer == nullptr) {
+    fault.set(AsnError_OutOfMemory, octets) << "the system has no memory to rewrite an encoding";
+    return false;
+  }
+  count = 0;
+  walk(octets, length, fault, [&](const uint8_t *p, const Header &, uint32_t depth) {
+    items[count++] = {static_cast<uint32_t>(p - octets), depth};
+  });
+
+  uint8_t *const end = buffer + room;
+  uint8_t *out = end;
+  uint8_t *contentEnd[ASN_MAX_NESTING + 1];
+  for (uint32_t last = 0; count > 0; --count) {
+    const Item &item = items[count - 1];
+    for (uint32_t depth = last; depth <= item.depth; ++depth) contentEnd[depth] = out;
+    last = item.depth;
+    const uint8_t *p = octets + item.offset;
+    Header header;
+    if (!readHeader(p, octets + length, header, fault)) return false;
+    if (!header.constructed()) {
+      out -= header.length;
+      std::memcpy(out, p + header.size, header.length);
+    }
+    const auto content = static_cast<uint64_t>(contentEnd[item.depth] - out);
+    if (content > UINT32_MAX) {
+      fault.set(AsnError_TooLong, p) << "the encoding would exceed 4294967295 octets";
+      return false;
+    }
+    out -= writeLength(out, static_cast<uint32_t>(content));
+    uint32_t identifiers = 1;
+    if ((*p & 0x1F) == 0x1F) {
+      while ((p[identifiers] & 0x80) != 0) ++identifiers;
+      ++identifiers;
+    }
+    out -= identifiers;
+    std::memcpy(out, p, identifiers);
+  }
+  if (end - out > static_cast<std::ptrdiff_t>(UINT32_MAX)) {
+    fault.set(AsnError_TooLong, octets) << "the encoding would exceed 4294967295 octets";
+    return false;
+  }
+  *rewritten = out;
+  *rewrittenLength = static_cast<uint32_t>(end - out);
+  return true;
+}
+
+}  // namespace ketra::asn1

@@ -1,0 +1,336 @@
+// The program from outside: what it prints and its exit status.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <string>
+
+namespace {
+
+using Json = nlohmann::json;
+
+std::string sample(const std::string &name) {
+  return KETRA_SAMPLES "/" + name;
+}
+
+std::string readAll(const std::string &path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A directory of this process for inputs, gone at its end.
+class Directory {
+ public:
+  Directory() : path_(testing::TempDir() + "ketra-program-" + std::to_string(getpid())) {
+    std::filesystem::create_directory(path_);
+  }
+  ~Directory() { std::filesystem::remove_all(path_); }
+  std::string write(const std::string &name, const std::string &content) const {
+    std::ofstream(path_ + "/" + name, std::ios::binary) << content;
+    return path_ + "/" + name;
+  }
+
+ private:
+  std::string path_;
+};
+
+std::string file(const std::string &content, const std::string &name = "input") {
+  static const Directory directory;
+  return directory.write(name, content);
+}
+
+struct Result {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+std::string quote(const std::string &argument) {
+  return "'" + argument + "'";
+}
+
+// `arguments` as the shell reads them.
+Result run(const std::string &arguments) {
+  const std::string err = file("", "stderr");
+  const std::string command = quote(KETRA_PROGRAM) + " " + arguments + " 2>" + quote(err);
+  std::FILE *pipe = popen(command.c_str(), "r");
+  Result result;
+  char part[4096];
+  for (std::size_t n; (n = std::fread(part, 1, sizeof part, pipe)) > 0;) result.out.append(part, n);
+  const int status = pclose(pipe);
+  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + status;
+  result.err = readAll(err);
+  return result;
+}
+
+Result showJson(const std::string &path) {
+  return run("show --json " + quote(path));
+}
+
+std::string lastLine(const std::string &text) {
+  const std::size_t end = text.find_last_not_of('\n');
+  return text.substr(text.rfind('\n', end) + 1, end - text.rfind('\n', end));
+}
+
+std::string octets(const std::string &hex) {
+  std::string out;
+  for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
+    out += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+  }
+  return out;
+}
+
+// DER of a PEM sample.
+std::string der(const std::string &name) {
+  constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  const std::string pem = readAll(sample(name));
+  const std::size_t begin = pem.find('\n');
+  const std::string body = pem.substr(begin, pem.find("-----END") - begin);
+  std::string out;
+  unsigned bits = 0;
+  unsigned count = 0;
+  for (const char c : body) {
+    const std::size_t digit = kDigits.find(c);
+    if (digit == kDigits.npos) continue;
+    bits = bits << 6 | static_cast<unsigned>(digit);
+    count += 6;
+    if (count >= 8) out += static_cast<char>(bits >> (count -= 8));
+  }
+  return out;
+}
+
+// A sample in which `from`, which must be there, is replaced by `to` of the same length.
+std::string patched(const std::string &name, const std::string &from, const std::string &to) {
+  std::string content = der(name);
+  const std::size_t at = content.find(octets(from));
+  EXPECT_NE(at, content.npos) << from;
+  EXPECT_EQ(from.size(), to.size());
+  if (at != content.npos) content.replace(at, from.size() / 2, octets(to));
+  return file(content);
+}
+
+const Json &extension(const Json &object, const std::string &identifier) {
+  for (const Json &extension : object.at("extensions")) {
+    if (extension.value("identifier", "") == identifier) return extension;
+  }
+  static const Json kNone;
+  return kNone;
+}
+
+// Extensions of the CA sample as they stand: identifier, critical, extnValue.
+const std::string kBasicConstraints = "0603551d130101ff040830060101ff020101";
+const std::string kSubjectKeyId = "0603551d0e041604140102030405060708090a0b0c0d0e0f1011121314";
+
+TEST(Show, SamplesAsJson) {
+  const Result ca = showJson(sample("ca.pem"));
+  EXPECT_EQ(ca.status, 0) << ca.err;
+  const Json objects = Json::parse(ca.out);
+  ASSERT_EQ(objects.size(), 1u);
+  EXPECT_EQ(objects[0]["kind"], "certificate");
+  EXPECT_EQ(objects[0]["serialNumber"], "1001");
+  EXPECT_EQ(extension(objects[0], "2.5.29.19"), Json::parse(R"({"name": "basicConstraints", "identifier": "2.5.29.19",
+      "critical": true, "value": {"cA": true, "pathLenConstraint": 1}})"));
+  EXPECT_EQ(extension(objects[0], "2.5.29.15")["value"], Json::parse(R"({"usage": ["keyCertSign", "cRLSign"]})"));
+  EXPECT_EQ(extension(objects[0], "2.5.29.14")["value"]["keyIdentifier"], "0102030405060708090a0b0c0d0e0f1011121314");
+  EXPECT_EQ(extension(objects[0], "2.5.29.54")["hex"], "020102");
+  for (const Json &each : objects[0]["extensions"]) EXPECT_TRUE(each.contains("name")) << each;
+}
+
+TEST(Show, EntriesOfACrl) {
+  const Result result = showJson(sample("crl.pem"));
+  EXPECT_EQ(result.status, 0) << result.err;
+  const Json crl = Json::parse(result.out)[0];
+  EXPECT_EQ(crl["kind"], "CRL");
+  EXPECT_EQ(crl["thisUpdate"], "2026-03-01T00:00:00Z");
+  EXPECT_EQ(crl["revoked"], 4);
+  EXPECT_EQ(extension(crl, "2.5.29.20")["name"], "cRLNumber");
+  ASSERT_EQ(crl["entries"].size(), 3u);  // the first entry has no extensions
+  EXPECT_EQ(crl["entries"][0]["entry"], 2);
+  EXPECT_EQ(crl["entries"][0]["serialNumber"], "2002");
+  EXPECT_EQ(extension(crl["entries"][0], "2.5.29.21")["name"], "reasonCode");
+}
+
+TEST(Show, Text) {
+  const Result result = run("show " + quote(sample("end-entity.pem")) + " " + quote(sample("crl.pem")));
+  EXPECT_EQ(result.status, 0) << result.err;
+  for (const char *line : {
+           "#1: certificate, serialNumber 1002\n",
+           "\n  basicConstraints 2.5.29.19 critical\n    cA: (absent)\n    pathLenConstraint: (absent)\n",
+           "\n    usage: digitalSignature, keyAgreement, decipherOnly\n",
+           "\n  1.3.6.1.4.1.32473.4.1\n    hex: 0c17",
+           "\n  entry 2, serialNumber 2002, revocationDate 2026-02-02T00:00:00Z\n    reasonCode 2.5.29.21\n",
+       }) {
+    EXPECT_NE(result.out.find(line), std::string::npos) << line << result.out;
+  }
+}
+
+TEST(Check, Samples) {
+  const Result result = run("check " + quote(sample("ca.pem")) + " " + quote(sample("crl.pem")));
+  EXPECT_EQ(result.status, 0) << result.out << result.err;
+  EXPECT_EQ(lastLine(result.out).substr(0, 36), "1 certificates, 1 CRLs, 20 extensions");
+}
+
+// A valid extension that is not as the library writes it: named with its reason, and not a fault.
+TEST(Check, ReEncoded) {
+  struct Case {
+    const char *sample;
+    std::string from, to, reason;
+  };
+  const Case cases[] = {
+      {"ca.pem", kBasicConstraints, "0603551d130101ff04083006010101020101", "contents are not DER"},
+      {"ca.pem", kBasicConstraints, "0603551d130101ff040830830000030101ff", "lengths are not DER"},
+      {"ca.pem", kBasicConstraints, "0603551d13010100040830060101ff020101", "critical FALSE is written out"},
+      {"ca.pem", kSubjectKeyId, "0603551d0e0416241404120102030405060708090a0b0c0d0e0f101112", "in segments"},
+      {"end-entity.pem", "0303078880", "03030688c0", "bit 9 has no name"},
+  };
+  for (const Case &c : cases) {
+    const Result result = run("check " + quote(patched(c.sample, c.from, c.to)));
+    EXPECT_EQ(result.status, 0) << result.out << result.err;
+    EXPECT_NE(result.out.find("re-encoded: "), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find(c.reason), std::string::npos) << result.out;
+    EXPECT_NE(lastLine(result.out).find(", 1 re-encoded, 0 refused, 0 rejected, "), std::string::npos) << result.out;
+  }
+}
+
+TEST(Check, ExtnValueInSegmentsIsTheSameValue) {
+  const std::string path =
+      patched("ca.pem", kSubjectKeyId, "0603551d0e2416040404100102040e030405060708090a0b0c0d0e0f10");
+  const Result result = run("check " + quote(path));
+  EXPECT_EQ(result.status, 0) << result.out;
+  EXPECT_NE(lastLine(result.out).find(", 0 re-encoded, 0 refused, 0 rejected, "), std::string::npos) << result.out;
+  EXPECT_EQ(extension(Json::parse(showJson(path).out)[0], "2.5.29.14")["value"]["keyIdentifier"],
+            "0102030405060708090a0b0c0d0e0f10");
+}
+
+TEST(Hostile, MalformedExtensionDoesNotHideTheOthers) {
+  const std::string path = patched("ca.pem", kBasicConstraints, "0603551d130101ff040830060102ff020101");
+  const Result show = showJson(path);
+  EXPECT_EQ(show.status, 1);
+  const Json certificate = Json::parse(show.out)[0];
+  EXPECT_FALSE(extension(certificate, "2.5.29.19")["error"]["trace"].empty());
+  EXPECT_EQ(extension(certificate, "2.5.29.19")["hex"], "30060102ff020101");
+  EXPECT_EQ(extension(certificate, "2.5.29.15")["value"]["usage"].size(), 2u);
+
+  const Result check = run("check " + quote(path));
+  EXPECT_EQ(check.status, 1);
+  EXPECT_NE(check.out.find("#1 basicConstraints: rejected\n"), std::string::npos) << check.out;
+  EXPECT_NE(lastLine(check.out).find(", 1 rejected, "), std::string::npos) << check.out;
+}
+
+TEST(Hostile, MemberThatIsNoExtension) {
+  const std::string path = patched("ca.pem", kBasicConstraints, "0503" + kBasicConstraints.substr(4));
+  const Result show = showJson(path);
+  EXPECT_EQ(show.status, 1);
+  const Json certificate = Json::parse(show.out)[0];
+  EXPECT_EQ(certificate["extensions"][0]["number"], 1);
+  EXPECT_TRUE(certificate["extensions"][0].contains("error"));
+  EXPECT_EQ(certificate["extensions"].size(), 10u);
+}
+
+TEST(Hostile, RepeatedIdentifier) {
+  const std::string path = patched("ca.pem", "0603551d36", "0603551d24");  // a second policyConstraints
+  const Result show = showJson(path);
+  EXPECT_EQ(show.status, 1);
+  const Json extensions = Json::parse(show.out)[0]["extensions"];
+  EXPECT_TRUE(extensions.back().value("repeated", false));
+  EXPECT_EQ(extensions.size(), 10u);
+  EXPECT_NE(run("show " + quote(path)).out.find("policyConstraints 2.5.29.36 REPEATED"), std::string::npos);
+  const Result check = run("check " + quote(path));
+  EXPECT_EQ(check.status, 1);
+  EXPECT_NE(check.out.find("the identifier is repeated"), std::string::npos);
+}
+
+TEST(Hostile, DamagedObjects) {
+  const std::string ca = der("ca.pem");
+  const std::string pem = readAll(sample("ca.pem"));
+  const std::string inputs[] = {
+      "",
+      "nothing of the kind",
+      "0",
+      ca.substr(0, 1),
+      ca.substr(0, 100),
+      ca.substr(0, ca.size() - 1),
+      octets("3003020101"),
+      octets("30848000000002"),
+      pem.substr(0, pem.size() / 2),
+      "-----BEGIN CERTIFICATE-----\n*\n-----END CERTIFICATE-----\n",
+      "-----BEGIN CERTIFICATE-----\nAAA\n-----END CERTIFICATE-----\n",
+      "-----BEGIN X509 CRL-----\n" + pem.substr(pem.find('\n')),
+  };
+  for (const std::string &input : inputs) {
+    const Result show = showJson(file(input));
+    EXPECT_EQ(show.status, 1) << show.out << show.err;
+    ASSERT_TRUE(Json::accept(show.out)) << show.out;
+    EXPECT_FALSE(Json::parse(show.out)[0]["error"]["trace"].empty()) << show.out;
+    const Result check = run("check " + quote(file(input)));
+    EXPECT_EQ(check.status, 1);
+    EXPECT_EQ(lastLine(check.out),
+              "0 certificates, 0 CRLs, 0 extensions: 0 identical, 0 re-encoded, 0 refused, 0 rejected, 0 unknown");
+  }
+}
+
+TEST(Hostile, TextCannotForgeLines) {
+  const std::string label = "A\x1b[2J\xe2\x80\xae\xff";
+  const std::string path = file("-----BEGIN " + label + "-----\n-----END " + label + "-----\n" + der("ca.pem"),
+                                "name\nforged: line\xe2\x80\xae");
+  for (const char *form : {"show ", "show --json ", "check "}) {
+    const Result result = run(form + quote(path));
+    EXPECT_EQ(result.status, 0) << result.out;
+    EXPECT_EQ(result.out.find("\nforged"), std::string::npos);
+    for (const char c : result.out) EXPECT_TRUE(c == '\n' || (c >= ' ' && c <= '~'));
+  }
+  const Json objects = Json::parse(showJson(path).out);
+  EXPECT_EQ(objects[0]["note"], R"(skipped the PEM block "A\x1b[2J\u{202e}\xff")");
+  EXPECT_EQ(objects[1]["kind"], "certificate");
+}
+
+TEST(Container, MixturesAndStandardInput) {
+  const std::string ca = der("ca.pem");
+  const std::string pem = readAll(sample("ca.pem"));
+  const std::string trusted = std::regex_replace(pem, std::regex("CERTIFICATE"), "TRUSTED CERTIFICATE");
+  const std::string mixed =
+      file(ca + der("crl.pem") + "\n 0 s:commentary\n" + pem + "0 more\n" + trusted + readAll(sample("crl.pem")) + ca);
+  const Result result = run("show --json - < " + quote(mixed));
+  EXPECT_EQ(result.status, 0) << result.out;
+  std::string kinds;
+  for (const Json &object : Json::parse(result.out)) kinds += object.value("kind", "?").substr(0, 2) + " ";
+  EXPECT_EQ(kinds, "ce CR ce ce CR ce ");
+
+  const Result trailing = run("check " + quote(file(ca + "junk")));
+  EXPECT_EQ(trailing.status, 1);
+  EXPECT_NE(trailing.out.find("4 octets at the end"), std::string::npos) << trailing.out;
+}
+
+TEST(CommandLine, Statuses) {
+  EXPECT_EQ(run("--version").status, 0);
+  EXPECT_FALSE(run("--version").out.empty());
+  EXPECT_EQ(run("--help").status, 0);
+  for (const char *wrong : {"", "show", "check", "frobnicate", "show --yaml x", "check --json x"}) {
+    EXPECT_EQ(run(wrong).status, 2) << wrong;
+  }
+  const Result missing = run("show --json /nonexistent " + quote(sample("ca.pem")) + " /");
+  EXPECT_EQ(missing.status, 2);
+  EXPECT_EQ(Json::parse(missing.out).size(), 1u);
+  EXPECT_NE(missing.err.find("/nonexistent"), std::string::npos);
+  EXPECT_EQ(run("show " + quote(sample("ca.pem")) + " >/dev/full").status, 2);
+}
+
+TEST(World, CertificatesOfTheSystem) {
+  const std::string bundle = "/etc/ssl/certs/ca-certificates.crt";
+  const std::string pem = readAll(bundle);
+  if (pem.empty()) GTEST_SKIP() << bundle << " is not on this machine";
+  std::size_t count = 0;
+  for (std::size_t at = 0; (at = pem.find("-----BEGIN CERTIFICATE", at)) != pem.npos; ++at) ++count;
+  const Result result = run("check " + bundle);
+  EXPECT_EQ(result.status, 0) << result.out;
+  EXPECT_EQ(lastLine(result.out).find(std::to_string(count) + " certificates, 0 CRLs, "), 0u) << result.out;
+  EXPECT_NE(lastLine(result.out).find(" 0 refused, 0 rejected, "), std::string::npos) << result.out;
+}
+
+}  // namespace
