@@ -120,11 +120,11 @@ typedef struct AsnType {
 enum { ASN_TRACE_ENTRIES = 24, ASN_TRACE_MESSAGE = 128, ASN_TRACE_VALUE = 16 };
 
 typedef struct AsnTraceEntry {
-  const char *module;                  /* string literals of the recording component */
-  const char *function;                /* */
-  char message[ASN_TRACE_MESSAGE];     /* NUL-terminated copy, shortened to fit */
-  const void *value;                   /* the offending value as given, or null; never dereferenced later */
-  uint32_t valueLength;                /* its length in octets */
+  const char *module;                   /* string literals of the recording component */
+  const char *function;                 /* */
+  char message[ASN_TRACE_MESSAGE];      /* NUL-terminated copy, shortened to fit */
+  const void *value;                    /* the offending value as given, or null; never dereferenced later */
+  uint32_t valueLength;                 /* its length in octets */
   uint8_t valueOctets[ASN_TRACE_VALUE]; /* copy of its first octets */
 } AsnTraceEntry;
 
@@ -137,7 +137,7 @@ typedef struct AsnErrorBlock {
 } AsnErrorBlock;
 
 /* X(name, code, meaning), one list per component. */
-#define ASN_RUNTIME_ERROR_LIST(X)                                                                        \
+#define ASN_RUNTIME_ERROR_LIST(X)                                                                       \
   X(AsnError_NullParameter, 0x02100002, "a required handle, structure or out-parameter is null")        \
   X(AsnError_OutOfMemory, 0x02100001, "the system could not supply memory for a work object")           \
   X(AsnError_Path, 0x02100010, "an element path is malformed or names no component of its type")        \
@@ -169,16 +169,16 @@ typedef struct AsnErrorBlock {
   X(AsnMemError_Limit, 0x02200003, "the pool's limit is reached")                         \
   X(AsnMemError_NotOwned, 0x02200004, "the pointer is no live allocation of the pool")
 
-#define ASN_CHECK_ERROR_LIST(X)                                                            \
-  X(AsnCheckError_NullParameter, 0x02300002, "the structure to check is null")             \
-  X(AsnCheckError_Pointer, 0x02300003, "a null pointer with a length other than 0")        \
-  X(AsnCheckError_Option, 0x02300004, "a presence flag other than 0 and 1")                \
-  X(AsnCheckError_Boolean, 0x02300005, "a boolean other than 0 and 1")                     \
-  X(AsnCheckError_Objid, 0x02300006, "arcs that no object identifier has")                 \
+#define ASN_CHECK_ERROR_LIST(X)                                                     \
+  X(AsnCheckError_NullParameter, 0x02300002, "the structure to check is null")      \
+  X(AsnCheckError_Pointer, 0x02300003, "a null pointer with a length other than 0") \
+  X(AsnCheckError_Option, 0x02300004, "a presence flag other than 0 and 1")         \
+  X(AsnCheckError_Boolean, 0x02300005, "a boolean other than 0 and 1")              \
+  X(AsnCheckError_Objid, 0x02300006, "arcs that no object identifier has")          \
   X(AsnCheckError_Time, 0x02300007, "a time outside the years 0000 to 9999")
 
-#define ASN_MUTIL_ERROR_LIST(X)                                                \
-  X(AsnMUtilError_NullParameter, 0x02400002, "a required parameter is null")   \
+#define ASN_MUTIL_ERROR_LIST(X)                                              \
+  X(AsnMUtilError_NullParameter, 0x02400002, "a required parameter is null") \
   X(AsnMUtilError_Pointer, 0x02400003, "a null pointer with a length other than 0")
 
 #define ASN_ERROR_CONSTANT(name, code, meaning) name = code,

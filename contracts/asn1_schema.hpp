@@ -58,7 +58,9 @@ inline constexpr BuiltIn OctetString{Kind::Octets, 0x04};
 inline constexpr BuiltIn ObjectIdentifier{Kind::Objid, 0x06};
 inline constexpr BuiltIn Enumerated{Kind::Enumerated, 0x0A};
 inline constexpr BuiltIn OpenType{Kind::Open, 0x00};
-constexpr BuiltIn Octets(uint8_t universalTag) { return {Kind::Octets, universalTag}; }
+constexpr BuiltIn Octets(uint8_t universalTag) {
+  return {Kind::Octets, universalTag};
+}
 
 // A type that is defined by another row. `occurrence` tells equal names apart, by position from 1.
 struct Reference {
@@ -68,16 +70,24 @@ struct Reference {
   constexpr Reference(const char *typeName) : name(typeName) {}
   constexpr Reference(const char *typeName, unsigned position) : name(typeName), occurrence(position) {}
 };
-constexpr Reference Second(const char *name) { return {name, 2}; }
+constexpr Reference Second(const char *name) {
+  return {name, 2};
+}
 
 // The tag a row gives to its element in place of the type's own, or around it.
 struct Tag {
   uint8_t octet = 0;
   bool isExplicit = false;
 };
-constexpr Tag Context(uint8_t number) { return {static_cast<uint8_t>(0x80 + number), false}; }
-constexpr Tag Explicit(uint8_t number) { return {static_cast<uint8_t>(0xA0 + number), true}; }
-constexpr Tag Universal(uint8_t number) { return {number, false}; }
+constexpr Tag Context(uint8_t number) {
+  return {static_cast<uint8_t>(0x80 + number), false};
+}
+constexpr Tag Explicit(uint8_t number) {
+  return {static_cast<uint8_t>(0xA0 + number), true};
+}
+constexpr Tag Universal(uint8_t number) {
+  return {number, false};
+}
 
 enum Presence : bool { Mandatory = false, Optional = true };
 
@@ -94,12 +104,22 @@ struct Row {
 constexpr Row Defined(const char *name, Kind kind, uint8_t tag) {
   return {.name = name, .isBuiltIn = true, .builtIn = {kind, tag}};
 }
-constexpr Row Sequence(const char *name) { return Defined(name, Kind::Sequence, 0x30); }
-constexpr Row SequenceOf(const char *name) { return Defined(name, Kind::SequenceOf, 0x30); }
-constexpr Row SetOf(const char *name) { return Defined(name, Kind::SetOf, 0x31); }
+constexpr Row Sequence(const char *name) {
+  return Defined(name, Kind::Sequence, 0x30);
+}
+constexpr Row SequenceOf(const char *name) {
+  return Defined(name, Kind::SequenceOf, 0x30);
+}
+constexpr Row SetOf(const char *name) {
+  return Defined(name, Kind::SetOf, 0x31);
+}
 // An alternative that is itself an untagged CHOICE is never found when decoding.
-constexpr Row Choice(const char *name) { return Defined(name, Kind::Choice, 0x00); }
-constexpr Row Type(const char *name, BuiltIn type) { return Defined(name, type.kind, type.tag); }
+constexpr Row Choice(const char *name) {
+  return Defined(name, Kind::Choice, 0x00);
+}
+constexpr Row Type(const char *name, BuiltIn type) {
+  return Defined(name, type.kind, type.tag);
+}
 constexpr Row Type(const char *name, Reference type, Tag tag = {}) {
   return {.name = name, .reference = type, .tag = tag};
 }
@@ -117,8 +137,12 @@ constexpr Row Component(const char *name, BuiltIn type, Presence presence = Mand
   return Component(name, Tag{}, type, presence);
 }
 // The member of the SEQUENCE OF or SET OF in the row before.
-constexpr Row Element(Reference type) { return Component(nullptr, type); }
-constexpr Row Element(BuiltIn type) { return Component(nullptr, type); }
+constexpr Row Element(Reference type) {
+  return Component(nullptr, type);
+}
+constexpr Row Element(BuiltIn type) {
+  return Component(nullptr, type);
+}
 
 // The array ends with a terminator record.
 inline constexpr AsnType kTerminator{0x00FFFFFF, 0, 0, 0, nullptr};
@@ -129,7 +153,7 @@ namespace detail {
 void badSchema(const char *why);
 
 template <std::size_t N>
-consteval std::size_t find(const Row (&rows)[N], Reference reference) {
+constexpr std::size_t find(const Row (&rows)[N], Reference reference) {
   unsigned seen = 0;
   for (std::size_t i = 0; i < N; ++i) {
     if (!rows[i].isComponent && std::string_view(rows[i].name) == reference.name && ++seen == reference.occurrence) {
@@ -142,7 +166,7 @@ consteval std::size_t find(const Row (&rows)[N], Reference reference) {
 
 // Kind and tag octet with which an element of row `i` is encoded.
 template <std::size_t N>
-consteval BuiltIn resolve(const Row (&rows)[N], std::size_t i) {
+constexpr BuiltIn resolve(const Row (&rows)[N], std::size_t i) {
   const BuiltIn own = rows[i].isBuiltIn ? rows[i].builtIn : resolve(rows, find(rows, rows[i].reference));
   const Tag tag = rows[i].tag;
   if (tag.octet == 0) return own;
@@ -174,8 +198,7 @@ consteval std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
         .flags = (row.tag.octet != 0 ? ASN_FLAG_OWN_TAG : 0) | (row.tag.isExplicit ? ASN_FLAG_EXPLICIT : 0) |
                  (row.presence == Optional ? ASN_FLAG_OPTIONAL : 0),
         .count = components,
-        .link = row.isBuiltIn ? 0
-                              : static_cast<int32_t>(detail::find(rows, row.reference)) - static_cast<int32_t>(i),
+        .link = row.isBuiltIn ? 0 : static_cast<int32_t>(detail::find(rows, row.reference)) - static_cast<int32_t>(i),
         .name = row.name,
     };
   }
@@ -185,7 +208,7 @@ consteval std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
 
 // The record of a type by name, in rows and records of one module.
 template <std::size_t N>
-consteval std::size_t indexOf(const Row (&rows)[N], const char *name) {
+constexpr std::size_t indexOf(const Row (&rows)[N], const char *name) {
   return detail::find(rows, name);
 }
 

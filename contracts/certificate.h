@@ -13,9 +13,9 @@ typedef struct KetraObjectRecord *KetraObject; /* Extensions object */
 
 /* The visible head of an Extensions object; nobody but the two libraries touches it. */
 struct KetraObjectRecord {
-  AsnMemObject pool;      /* everything the object holds, and what typed gets allocate, lives here */
-  uintptr_t reserved[5];  /* the certificate library's own */
-  void *structuredCache;  /* head of libketra's cache chain; null when the object is created */
+  AsnMemObject pool;     /* everything the object holds, and what typed gets allocate, lives here */
+  uintptr_t reserved[5]; /* the certificate library's own */
+  void *structuredCache; /* head of libketra's cache chain; null when the object is created */
 };
 
 /* One extension (X.509 8, RFC 5280 4.1): what KetraObjectSetExt takes and KetraObjectSearchExtpByObjid finds. */
@@ -26,11 +26,11 @@ typedef struct KetraExtension {
   AsnEncodedData value;   /* the content of extnValue: one encoding of the extension's type */
 } KetraExtension;
 
-#define KETRA_CERTIFICATE_ERROR_LIST(X)                                                                          \
-  X(KetraObjectError_NullParameter, 0x02500002, "a required object, structure or out-parameter is null")       \
-  X(KetraObjectError_Index, 0x02500003, "no extension has this index")                                         \
-  X(KetraObjectError_Absent, 0x02500004, "no extension has this identifier")                                   \
-  X(KetraObjectError_Duplicate, 0x02500005, "an identifier occurs twice (RFC 5280 4.2)")                       \
+#define KETRA_CERTIFICATE_ERROR_LIST(X)                                                                  \
+  X(KetraObjectError_NullParameter, 0x02500002, "a required object, structure or out-parameter is null") \
+  X(KetraObjectError_Index, 0x02500003, "no extension has this index")                                   \
+  X(KetraObjectError_Absent, 0x02500004, "no extension has this identifier")                             \
+  X(KetraObjectError_Duplicate, 0x02500005, "an identifier occurs twice (RFC 5280 4.2)")                 \
   X(KetraObjectError_Empty, 0x02500006, "an extension without value octets, or an Extensions without members")
 
 enum { KETRA_CERTIFICATE_ERROR_LIST(ASN_ERROR_CONSTANT) KetraObjectErrorListEnd = 0 };

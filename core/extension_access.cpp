@@ -27,8 +27,7 @@ int32_t ketraObjectSsetExt(KetraObject extensions, const Objid *objid, const Asn
 
 int32_t ketraObjectSgetCritical(KetraObject extensions, const Objid *objid, int32_t *critical, AsnErrorBlock *err) {
   const KetraExtension *extension = nullptr;
-  const int32_t result =
-      find(Operation(__func__, err), extensions, objid, KetraError_CriticalAbsent, &extension);
+  const int32_t result = find(Operation(__func__, err), extensions, objid, KetraError_CriticalAbsent, &extension);
   if (result == 0) *critical = extension->criticalOption == 1 ? extension->critical : 0;
   return result;
 }
@@ -36,8 +35,7 @@ int32_t ketraObjectSgetCritical(KetraObject extensions, const Objid *objid, int3
 int32_t ketraObjectSgetValueByObjid(KetraObject extensions, const Objid *objid, AsnEncodedData *value,
                                     AsnErrorBlock *err) {
   const KetraExtension *extension = nullptr;
-  const int32_t result =
-      find(Operation(__func__, err), extensions, objid, KetraError_ExtensionAbsent, &extension);
+  const int32_t result = find(Operation(__func__, err), extensions, objid, KetraError_ExtensionAbsent, &extension);
   if (result == 0) *value = extension->value;
   return result;
 }

@@ -24,15 +24,17 @@ int32_t ketraObjectSgetValueByObjid(KetraObject extensions, const Objid *objid, 
 
 enum class CacheKind : uint32_t { AuthorityKeyId = 1, SubjectKeyId = 2, PrivateKeyUsagePeriod = 3, InvalidityDate = 4 };
 
+struct CachedPeriod {
+  GtimeOpt notBefore;
+  GtimeOpt notAfter;
+};
+
 struct CacheEntry {
   CacheKind kind;
   union {
     AsnOctOpt keyIdentifier;  // AuthorityKeyId
     AsnOct subjectKeyId;
-    struct {
-      GtimeOpt notBefore;
-      GtimeOpt notAfter;
-    } period;
+    CachedPeriod period;  // PrivateKeyUsagePeriod
     Gtime invalidityDate;
     uint32_t words[10];
   };

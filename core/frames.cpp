@@ -19,8 +19,7 @@ int32_t finishGet(const Operation &op, AsnObject work, AsnValue value) {
 int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &extension, int32_t critical,
                   AsnObject work, AsnValue value) {
   AsnEncodedData encoding{nullptr, 0};
-  const int32_t encoded =
-      AsnMUtilEncodeDER(extensions->pool, work, value, extension.encodePath, &encoding, op.err());
+  const int32_t encoded = AsnMUtilEncodeDER(extensions->pool, work, value, extension.encodePath, &encoding, op.err());
   if (op.failed(encoded, "Call AsnMUtilEncodeDER")) return abandon(work, value, -1);
   if (finishGet(op, work, value) != 0) return -1;
   const int32_t stored = ketraObjectSsetExt(extensions, extension.objid, &encoding, critical, op.err());

@@ -22,7 +22,8 @@ class Operation {
 
   // Records that a callee failed, when it did; its code stays.
   bool failed(int32_t result, Literal message) const {
-    if (result == 0) [[likely]] return false;
+    if (result == 0) [[likely]]
+      return false;
     record(message.text, nullptr, 0);
     return true;
   }
@@ -37,7 +38,8 @@ class Operation {
   // Whether a handle, structure or place for a result is null; the caller then returns -1.
   template <class... Pointers>
   bool misses(Pointers... pointers) const {
-    if (((pointers != nullptr) && ...)) [[likely]] return false;
+    if (((pointers != nullptr) && ...)) [[likely]]
+      return false;
     reject(KetraError_NullParameter, "None parameter");
     return true;
   }

@@ -73,8 +73,7 @@ KETRA_API int32_t KetraObjectSgetExtKeyUsageCritical(KetraObject extensions, int
 KETRA_API int32_t KetraObjectSgetCertPoliciesCritical(KetraObject extensions, int32_t *critical, AsnErrorBlock *err);
 KETRA_API int32_t KetraObjectSgetSubjectAltNameCritical(KetraObject extensions, int32_t *critical, AsnErrorBlock *err);
 KETRA_API int32_t KetraObjectSgetIssuerAltNameCritical(KetraObject extensions, int32_t *critical, AsnErrorBlock *err);
-KETRA_API int32_t KetraObjectSgetNameConstraintsCritical(KetraObject extensions, int32_t *critical,
-                                                         AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetNameConstraintsCritical(KetraObject extensions, int32_t *critical, AsnErrorBlock *err);
 KETRA_API int32_t KetraObjectSgetPolicyConstraintsCritical(KetraObject extensions, int32_t *critical,
                                                            AsnErrorBlock *err);
 KETRA_API int32_t KetraObjectSgetCRLDistributionPointsCritical(KetraObject extensions, int32_t *critical,

@@ -49,9 +49,15 @@ class Error : public std::exception {
     std::string message;
   };
 
-  uint32_t code() const noexcept { return code_; }
-  const std::vector<Entry> &trace() const noexcept { return trace_; }  // innermost failure first
-  const char *what() const noexcept override { return text_.c_str(); }
+  uint32_t code() const noexcept {
+    return code_;
+  }
+  const std::vector<Entry> &trace() const noexcept {
+    return trace_;
+  }  // innermost failure first
+  const char *what() const noexcept override {
+    return text_.c_str();
+  }
 
  private:
   uint32_t code_;
@@ -102,12 +108,22 @@ inline uint32_t length(View view) {
   throw Error(err);
 }
 
-inline AsnEncodedData encoded(View view) { return {view.data(), length(view)}; }
-inline AsnOct octets(View view) { return {view.data(), length(view)}; }
-inline View view(const AsnEncodedData &data) { return {data.octets, data.length}; }
+inline AsnEncodedData encoded(View view) {
+  return {view.data(), length(view)};
+}
+inline AsnOct octets(View view) {
+  return {view.data(), length(view)};
+}
+inline View view(const AsnEncodedData &data) {
+  return {data.octets, data.length};
+}
 
-inline AsnBoolOpt optional(const std::optional<bool> &value) { return {value.value_or(false) ? 1 : 0, value ? 1 : 0}; }
-inline AsnIntOpt optional(const std::optional<int32_t> &value) { return {value.value_or(0), value ? 1 : 0}; }
+inline AsnBoolOpt optional(const std::optional<bool> &value) {
+  return {value.value_or(false) ? 1 : 0, value ? 1 : 0};
+}
+inline AsnIntOpt optional(const std::optional<int32_t> &value) {
+  return {value.value_or(0), value ? 1 : 0};
+}
 inline std::optional<bool> optional(const AsnBoolOpt &value) {
   return value.option == 1 ? std::optional<bool>(value.value != 0) : std::nullopt;
 }
@@ -218,10 +234,14 @@ struct KeyUsage {
   };
   static const std::vector<Bit> &bits() {
     static const std::vector<Bit> kBits = {
-        {"digitalSignature", &KeyUsage::digitalSignature}, {"nonRepudiation", &KeyUsage::nonRepudiation},
-        {"keyEncipherment", &KeyUsage::keyEncipherment},   {"dataEncipherment", &KeyUsage::dataEncipherment},
-        {"keyAgreement", &KeyUsage::keyAgreement},         {"keyCertSign", &KeyUsage::keyCertSign},
-        {"cRLSign", &KeyUsage::cRLSign},                   {"encipherOnly", &KeyUsage::encipherOnly},
+        {"digitalSignature", &KeyUsage::digitalSignature},
+        {"nonRepudiation", &KeyUsage::nonRepudiation},
+        {"keyEncipherment", &KeyUsage::keyEncipherment},
+        {"dataEncipherment", &KeyUsage::dataEncipherment},
+        {"keyAgreement", &KeyUsage::keyAgreement},
+        {"keyCertSign", &KeyUsage::keyCertSign},
+        {"cRLSign", &KeyUsage::cRLSign},
+        {"encipherOnly", &KeyUsage::encipherOnly},
         {"decipherOnly", &KeyUsage::decipherOnly},
     };
     return kBits;
@@ -328,9 +348,7 @@ class Extensions {
   template <class T>
   void set(const T &value, bool critical) {
     static_assert(ExtensionTraits<T>::kCallerSetsCritical, "the criticality of this extension is fixed");
-    detail::run([&](AsnErrorBlock *err) {
-      return ExtensionTraits<T>::set(handle(), critical ? 1 : 0, value, err);
-    });
+    detail::run([&](AsnErrorBlock *err) { return ExtensionTraits<T>::set(handle(), critical ? 1 : 0, value, err); });
   }
 
   template <class T>
@@ -419,8 +437,8 @@ class Extensions {
 
   static std::optional<RawExtension> raw(const KetraExtension *extension) {
     if (extension == nullptr) return std::nullopt;
-    return RawExtension{ObjectIdentifier(extension->objid),
-                        extension->criticalOption == 1 && extension->critical != 0, detail::view(extension->value)};
+    return RawExtension{ObjectIdentifier(extension->objid), extension->criticalOption == 1 && extension->critical != 0,
+                        detail::view(extension->value)};
   }
 
   bool erase(const Objid &objid) {

@@ -4,18 +4,18 @@
 #define KETRA_ERRORS_H
 
 /* X(name, code, function, reason, meaning) */
-#define KETRA_ERROR_LIST(X)                                                                                  \
-  X(KetraError_NullParameter, 0x01460F02, "any", "None parameter",                                         \
-    "a required handle, structure or out-parameter is null")                                               \
-  X(KetraError_CriticalAbsent, 0x0146F104, "ketraObjectSgetCritical", "None extension",                    \
-    "the extension is not in the Extensions object")                                                       \
-  X(KetraError_ExtensionAbsent, 0x0146F204, "ketraObjectSgetValueByObjid", "None extension",               \
-    "the extension is not in the Extensions object")                                                       \
-  X(KetraError_SetBasicConstraintsPathLen, 0x01464852, "KetraObjectSsetBasicConstraints", "pathLen",       \
-    "pathLenConstraint is present and negative")                                                           \
-  X(KetraError_GetBasicConstraintsPathLen, 0x0146B952, "KetraObjectSgetBasicConstraints", "pathLen",       \
-    "the stored pathLenConstraint is negative")                                                            \
-  X(KetraError_SetKeyUsageBitLength, 0x0146203A, "KetraObjectSsetKeyUsage", "bitlength",                   \
+#define KETRA_ERROR_LIST(X)                                                                          \
+  X(KetraError_NullParameter, 0x01460F02, "any", "None parameter",                                   \
+    "a required handle, structure or out-parameter is null")                                         \
+  X(KetraError_CriticalAbsent, 0x0146F104, "ketraObjectSgetCritical", "None extension",              \
+    "the extension is not in the Extensions object")                                                 \
+  X(KetraError_ExtensionAbsent, 0x0146F204, "ketraObjectSgetValueByObjid", "None extension",         \
+    "the extension is not in the Extensions object")                                                 \
+  X(KetraError_SetBasicConstraintsPathLen, 0x01464852, "KetraObjectSsetBasicConstraints", "pathLen", \
+    "pathLenConstraint is present and negative")                                                     \
+  X(KetraError_GetBasicConstraintsPathLen, 0x0146B952, "KetraObjectSgetBasicConstraints", "pathLen", \
+    "the stored pathLenConstraint is negative")                                                      \
+  X(KetraError_SetKeyUsageBitLength, 0x0146203A, "KetraObjectSsetKeyUsage", "bitlength",             \
     "more than nine key usage bits")
 
 #define KETRA_ERROR_CONSTANT(name, code, function, reason, meaning) name = code,

@@ -59,7 +59,8 @@ KETRA_RUNTIME_API int32_t KetraObjectGetMemObject(KetraObject object, AsnMemObje
 
 /* ---- Times and identifiers --------------------------------------------------------------------------------------- */
 
-/* ISO 8601, "2026-01-31T23:59:59Z" or with up to six digits of fraction. The text form needs 28 octets, NUL included. */
+/* ISO 8601, "2026-01-31T23:59:59Z" or with up to six digits of fraction. The text form needs 28 octets, NUL included.
+ */
 KETRA_RUNTIME_API int32_t GtimeFromText(const char *text, Gtime *time, AsnErrorBlock *err);
 KETRA_RUNTIME_API int32_t GtimeToText(const Gtime *time, char *text, uint32_t size, AsnErrorBlock *err);
 /* Seconds since 1970-01-01T00:00:00Z and microseconds 0 to 999999 after that second. */

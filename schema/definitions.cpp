@@ -185,8 +185,10 @@ constexpr Row kRows[] = {
 
 constexpr auto kRecords = compile(kRows);
 
-constexpr const AsnType *named(std::size_t index) { return &kRecords[index]; }
-#define ENTRY(name) named(indexOf(kRows, name))
+constexpr const AsnType *named(std::size_t index) {
+  return &kRecords[index];
+}
+#define ENTRY(name) named(indexOf(kRows, name))  // a name that no row defines does not compile
 
 }  // namespace
 

@@ -4,9 +4,13 @@
 namespace ketra::asn1 {
 namespace {
 
-Call check(const char *function, AsnErrorBlock *err) { return {kCheckModule, function, err}; }
+Call check(const char *function, AsnErrorBlock *err) {
+  return {kCheckModule, function, err};
+}
 
-int32_t failNull(const Call &call) { return call.fail(AsnCheckError_NullParameter, "no structure to check"); }
+int32_t failNull(const Call &call) {
+  return call.fail(AsnCheckError_NullParameter, "no structure to check");
+}
 
 int32_t checkPointer(const Call &call, const void *octets, uint32_t length) {
   if (octets != nullptr || length == 0) return 0;
@@ -27,8 +31,7 @@ int32_t checkEncoding(const Call &call, const AsnEncodedData &encoding) {
   if (encoding.octets == nullptr) return call.fail(AsnCheckError_Pointer, "no encoding");
   Fault fault;
   if (isComplete(encoding.octets, encoding.length, fault)) return 0;
-  return call.fail(fault.code,
-                   Text() << fault.text.c_str() << " at offset " << uint64_t(fault.at - encoding.octets));
+  return call.fail(fault.code, Text() << fault.text.c_str() << " at offset " << uint64_t(fault.at - encoding.octets));
 }
 
 // An optional value: the flag is 0 or 1, and only a present value is looked at.
@@ -39,8 +42,8 @@ int32_t checkOptional(const Call &call, const Optional *optional, Check &&checkV
     case 0: return 0;
     case 1: return checkValue(call, optional->value);
     default:
-      return call.fail(AsnCheckError_Option, Text() << "a presence flag of " << optional->option,
-                       &optional->option, static_cast<uint32_t>(sizeof optional->option));
+      return call.fail(AsnCheckError_Option, Text() << "a presence flag of " << optional->option, &optional->option,
+                       static_cast<uint32_t>(sizeof optional->option));
   }
 }
 

@@ -35,8 +35,8 @@ bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault) {
     fault.set(AsnError_Integer, content) << "INTEGER content is 0 octets";
     return false;
   }
-  const bool padded = length > 1 && ((content[0] == 0x00 && content[1] < 0x80) ||
-                                     (content[0] == 0xFF && content[1] >= 0x80));
+  const bool padded =
+      length > 1 && ((content[0] == 0x00 && content[1] < 0x80) || (content[0] == 0xFF && content[1] >= 0x80));
   if (padded) fault.set(AsnError_Integer, content) << "INTEGER content starts with a superfluous octet";
   return !padded;
 }

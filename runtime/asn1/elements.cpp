@@ -43,7 +43,9 @@ bool find(const Call &call, AsnObject object, AsnValue value, const char *path, 
   return false;
 }
 
-int32_t failNoPlace(const Call &call) { return call.fail(AsnError_NullParameter, "no place for the result"); }
+int32_t failNoPlace(const Call &call) {
+  return call.fail(AsnError_NullParameter, "no place for the result");
+}
 
 }  // namespace
 }  // namespace ketra::asn1
@@ -69,8 +71,7 @@ int32_t AsnGetElement(AsnObject object, AsnValue value, const char *path, AsnVal
   return 0;
 }
 
-int32_t AsnCalCountOfSequence(AsnObject object, AsnValue value, const char *path, uint32_t *count,
-                              AsnErrorBlock *err) {
+int32_t AsnCalCountOfSequence(AsnObject object, AsnValue value, const char *path, uint32_t *count, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
   if (count == nullptr) return failNoPlace(call);
   Node *list = nullptr;
@@ -82,8 +83,7 @@ int32_t AsnCalCountOfSequence(AsnObject object, AsnValue value, const char *path
   return 0;
 }
 
-int32_t AsnCalNumberOfChoice(AsnObject object, AsnValue value, const char *path, uint32_t *number,
-                             AsnErrorBlock *err) {
+int32_t AsnCalNumberOfChoice(AsnObject object, AsnValue value, const char *path, uint32_t *number, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
   if (number == nullptr) return failNoPlace(call);
   Node *choice = nullptr;
@@ -128,8 +128,7 @@ int32_t AsnCalAddressOfValFld(AsnObject object, AsnValue value, const char *path
   return 0;
 }
 
-int32_t AsnCalLengthOfValFld(AsnObject object, AsnValue value, const char *path, uint32_t *length,
-                             AsnErrorBlock *err) {
+int32_t AsnCalLengthOfValFld(AsnObject object, AsnValue value, const char *path, uint32_t *length, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
   if (length == nullptr) return failNoPlace(call);
   Node *element = nullptr;

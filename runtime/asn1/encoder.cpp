@@ -146,8 +146,7 @@ bool Encoder::writeScalar(const Node *node) {
         last = static_cast<uint8_t>(last & (0xFFu << node->content[0]));
       }
       break;
-    default:
-      written = contentOf(node->record) == Content::Time ? writeTime(node) : put(node->content, node->length);
+    default: written = contentOf(node->record) == Content::Time ? writeTime(node) : put(node->content, node->length);
   }
   return written && writeTags(node, sizeAtEnd);
 }
@@ -256,8 +255,7 @@ bool Encoder::put(const uint8_t *octets, uint32_t count) {
 
 }  // namespace
 
-bool encode(const Call &call, Arena &arena, const Node *node, Rules rules, const uint8_t **encoding,
-            uint32_t *length) {
+bool encode(const Call &call, Arena &arena, const Node *node, Rules rules, const uint8_t **encoding, uint32_t *length) {
   Encoder encoder(call, arena, rules);
   if (!encoder.run(node)) return false;
   *encoding = encoder.encoding();

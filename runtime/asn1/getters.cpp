@@ -20,8 +20,8 @@ namespace {
 
 bool readInteger(const Call &call, const Node *element, int32_t *integer) {
   if (element->length > 4) {
-    call.fail(AsnError_Range, Text() << nameOf(element->record) << " has " << element->length
-                                     << " octets, more than 32 bits");
+    call.fail(AsnError_Range,
+              Text() << nameOf(element->record) << " has " << element->length << " octets, more than 32 bits");
     return false;
   }
   uint32_t number = element->content[0] >= 0x80 ? UINT32_MAX : 0;
@@ -30,7 +30,9 @@ bool readInteger(const Call &call, const Node *element, int32_t *integer) {
   return true;
 }
 
-int32_t failNoPlace(const Call &call) { return call.fail(AsnError_NullParameter, "no work object or place"); }
+int32_t failNoPlace(const Call &call) {
+  return call.fail(AsnError_NullParameter, "no work object or place");
+}
 
 int32_t getEncoded(const Call &call, AsnObject object, AsnValue value, const char *path, AsnBuffer *buffer, bool der) {
   if (object == nullptr || buffer == nullptr || buffer->octets == nullptr) return failNoPlace(call);

@@ -10,7 +10,9 @@
 namespace ketra::asn1 {
 namespace {
 
-Call utility(const char *function, AsnErrorBlock *err) { return {kUtilityModule, function, err}; }
+Call utility(const char *function, AsnErrorBlock *err) {
+  return {kUtilityModule, function, err};
+}
 
 bool isGiven(const Call &call, AsnMemObject pool, AsnObject object, const void *out) {
   if (pool != nullptr && object != nullptr && out != nullptr) return true;
@@ -235,8 +237,8 @@ int32_t AsnMUtilCopyEncodedDataDER(AsnMemObject pool, AsnEncodedData *destinatio
       case Lengths::Der: break;
       case Lengths::Other: return call.fail(AsnError_NotDer, "the encoding has lengths that are not DER");
       default:
-        return call.fail(fault.code,
-                         Text() << fault.text.c_str() << " at offset " << uint64_t(fault.at - source->octets));
+        return call.fail(fault.code, Text()
+                                         << fault.text.c_str() << " at offset " << uint64_t(fault.at - source->octets));
     }
   }
   return copyShape(call, pool, destination, source);

@@ -67,7 +67,8 @@ const AsnType *stepType(const Call &call, const AsnType *type, std::string_view 
     call.fail(AsnError_Path, Text() << "\"" << step << "\" is no member number of " << nameOf(type));
     return nullptr;
   }
-  const AsnType *component = kind == Kind::Sequence || kind == Kind::Choice ? componentNamed(definition, step) : nullptr;
+  const AsnType *component =
+      kind == Kind::Sequence || kind == Kind::Choice ? componentNamed(definition, step) : nullptr;
   if (component == nullptr) call.fail(AsnError_Path, Text() << nameOf(type) << " has no component \"" << step << "\"");
   return component;
 }
@@ -87,8 +88,8 @@ Node *makeChild(const Call &call, Arena &arena, Node *parent, const AsnType *com
   Node *child = nullptr;
   if (isList(kindOf(parent->record))) {
     if (number != uint64_t{parent->length} + 1) {
-      call.fail(AsnError_Path, Text() << "member " << number << " cannot be made: " << nameOf(parent->record)
-                                      << " has " << parent->length);
+      call.fail(AsnError_Path, Text() << "member " << number << " cannot be made: " << nameOf(parent->record) << " has "
+                                      << parent->length);
       return nullptr;
     }
     child = appendMember(arena, parent);

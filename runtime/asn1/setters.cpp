@@ -82,7 +82,8 @@ int32_t setObjid(Setter setter, AsnValue value, const char *path, const Objid *o
 }
 
 int32_t setOctets(Setter setter, AsnValue value, const char *path, const AsnOct *octets) {
-  if (!isGiven(setter.call, octets, octets == nullptr ? nullptr : octets->octets, octets == nullptr ? 0 : octets->length))
+  if (!isGiven(setter.call, octets, octets == nullptr ? nullptr : octets->octets,
+               octets == nullptr ? 0 : octets->length))
     return -1;
   if (!setter.make(value, path, [](const AsnType *type) { return isOctets(type) && !isTimeType(type); })) return -1;
   Fault fault;
@@ -93,7 +94,8 @@ int32_t setOctets(Setter setter, AsnValue value, const char *path, const AsnOct 
 }
 
 int32_t setNamedBits(Setter setter, AsnValue value, const char *path, const AsnBit *bits) {
-  if (!isGiven(setter.call, bits, bits == nullptr ? nullptr : bits->octets, bits == nullptr ? 0 : bits->bits)) return -1;
+  if (!isGiven(setter.call, bits, bits == nullptr ? nullptr : bits->octets, bits == nullptr ? 0 : bits->bits))
+    return -1;
   if (!setter.make(value, path, isBits)) return -1;
   const uint32_t trimmed = trimBits(bits->octets, bits->bits);
   uint8_t *content = setter.content(1 + (uint64_t{trimmed} + 7) / 8);
@@ -107,7 +109,7 @@ int32_t setEncoded(Setter setter, AsnValue value, const char *path, const AsnEnc
     return setter.call.fail(AsnError_NullParameter, "no encoding to set");
   }
   Fault fault;
-  const Lengths lengths = der                                                      ? checkLengths(encoding->octets, encoding->length, fault)
+  const Lengths lengths = der ? checkLengths(encoding->octets, encoding->length, fault)
                           : isComplete(encoding->octets, encoding->length, fault) ? Lengths::Der
                                                                                   : Lengths::Malformed;
   if (lengths != Lengths::Malformed && !setter.make(value, path, isOpen)) return -1;
@@ -144,8 +146,8 @@ int32_t AsnSetIntDER(AsnObject object, AsnValue value, const char *path, int32_t
   uint8_t octets[4];
   for (int i = 0; i < 4; ++i) octets[i] = static_cast<uint8_t>(static_cast<uint32_t>(integer) >> (24 - 8 * i));
   uint32_t skip = 0;  // octets that only repeat the sign (X.690 8.3.2)
-  while (skip < 3 && ((octets[skip] == 0x00 && octets[skip + 1] < 0x80) ||
-                      (octets[skip] == 0xFF && octets[skip + 1] >= 0x80))) {
+  while (skip < 3 &&
+         ((octets[skip] == 0x00 && octets[skip + 1] < 0x80) || (octets[skip] == 0xFF && octets[skip + 1] >= 0x80))) {
     ++skip;
   }
   return setter.copy(octets + skip, 4 - skip);

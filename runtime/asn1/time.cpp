@@ -194,8 +194,7 @@ uint32_t writeFraction(int64_t fraction, char *out) {
 TimeForm readTime(const uint8_t *content, uint32_t length, int64_t *microseconds, Text &reason) {
   TimeReader reader(content, content + length, reason);
   int64_t time = 0;
-  const bool wellFormed =
-      readDate(reader, false, &time) && readClock(reader, &time) && readZone(reader, false, &time);
+  const bool wellFormed = readDate(reader, false, &time) && readClock(reader, &time) && readZone(reader, false, &time);
   return finish(reader, wellFormed, time, microseconds);
 }
 

@@ -166,8 +166,8 @@ bool isComplete(const uint8_t *octets, uint32_t length, Fault &fault) {
 
 Lengths checkLengths(const uint8_t *octets, uint32_t length, Fault &fault) {
   bool der = true;
-  const bool wellFormed = walk(octets, length, fault,
-                               [&](const uint8_t *, const Header &header, uint32_t) { der = der && header.der; });
+  const bool wellFormed =
+      walk(octets, length, fault, [&](const uint8_t *, const Header &header, uint32_t) { der = der && header.der; });
   if (!wellFormed) return Lengths::Malformed;
   return der ? Lengths::Der : Lengths::Other;
 }

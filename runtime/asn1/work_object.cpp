@@ -27,7 +27,9 @@ bool startChildren(Arena &arena, Node *node) {
 
 Node *appendMember(Arena &arena, Node *list) {
   if (list->length == list->capacity) {
-    const uint32_t capacity = list->capacity == 0 ? 4 : list->capacity > UINT32_MAX / 2 ? UINT32_MAX : list->capacity * 2;
+    const uint32_t capacity = list->capacity == 0               ? 4
+                              : list->capacity > UINT32_MAX / 2 ? UINT32_MAX
+                                                                : list->capacity * 2;
     if (capacity == list->capacity) return nullptr;
     auto **children = arena.makeArray<Node *>(capacity);
     if (children == nullptr) return nullptr;

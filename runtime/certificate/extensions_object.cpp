@@ -171,7 +171,9 @@ struct ExtensionsObject : KetraObjectRecord {
   Table table;
 };
 
-Table &tableOf(KetraObject object) { return static_cast<ExtensionsObject *>(object)->table; }
+Table &tableOf(KetraObject object) {
+  return static_cast<ExtensionsObject *>(object)->table;
+}
 
 int32_t addNew(KetraObject object, const KetraExtension &extension, const AsnEncodedData &value, AsnErrorBlock *err) {
   Table &table = tableOf(object);
@@ -212,8 +214,7 @@ int32_t readValue(AsnMemObject pool, AsnObject work, AsnValue value, uint32_t me
   return 0;
 }
 
-int32_t readMember(const Call &call, AsnMemObject pool, AsnObject work, AsnValue value, uint32_t member,
-                   Table *table) {
+int32_t readMember(const Call &call, AsnMemObject pool, AsnObject work, AsnValue value, uint32_t member, Table *table) {
   KetraExtension extension{};
   AsnBoolOpt critical{};
   bool ownsValue = false;
