@@ -58,41 +58,31 @@ inline constexpr BuiltIn OctetString{Kind::Octets, 0x04};
 inline constexpr BuiltIn ObjectIdentifier{Kind::Objid, 0x06};
 inline constexpr BuiltIn Enumerated{Kind::Enumerated, 0x0A};
 inline constexpr BuiltIn OpenType{Kind::Open, 0x00};
-constexpr BuiltIn Octets(uint8_t universalTag) {
-  return {Kind::Octets, universalTag};
-}
+constexpr BuiltIn Octets(uint8_t universalTag) { return {Kind::Octets, universalTag}; }
 
 // A type that is defined by another row. `occurrence` tells equal names apart, by position from 1.
 struct Reference {
-  const char *name = nullptr;
+  std::string_view name{};
   unsigned occurrence = 1;
   constexpr Reference() = default;
   constexpr Reference(const char *typeName) : name(typeName) {}
   constexpr Reference(const char *typeName, unsigned position) : name(typeName), occurrence(position) {}
 };
-constexpr Reference Second(const char *name) {
-  return {name, 2};
-}
+constexpr Reference Second(const char *name) { return {name, 2}; }
 
 // The tag a row gives to its element in place of the type's own, or around it.
 struct Tag {
   uint8_t octet = 0;
   bool isExplicit = false;
 };
-constexpr Tag Context(uint8_t number) {
-  return {static_cast<uint8_t>(0x80 + number), false};
-}
-constexpr Tag Explicit(uint8_t number) {
-  return {static_cast<uint8_t>(0xA0 + number), true};
-}
-constexpr Tag Universal(uint8_t number) {
-  return {number, false};
-}
+constexpr Tag Context(uint8_t number) { return {static_cast<uint8_t>(0x80 + number), false}; }
+constexpr Tag Explicit(uint8_t number) { return {static_cast<uint8_t>(0xA0 + number), true}; }
+constexpr Tag Universal(uint8_t number) { return {number, false}; }
 
 enum Presence : bool { Mandatory = false, Optional = true };
 
 struct Row {
-  const char *name = nullptr;
+  std::string_view name{};
   bool isComponent = false;
   bool isBuiltIn = false;
   BuiltIn builtIn{};
@@ -104,22 +94,12 @@ struct Row {
 constexpr Row Defined(const char *name, Kind kind, uint8_t tag) {
   return {.name = name, .isBuiltIn = true, .builtIn = {kind, tag}};
 }
-constexpr Row Sequence(const char *name) {
-  return Defined(name, Kind::Sequence, 0x30);
-}
-constexpr Row SequenceOf(const char *name) {
-  return Defined(name, Kind::SequenceOf, 0x30);
-}
-constexpr Row SetOf(const char *name) {
-  return Defined(name, Kind::SetOf, 0x31);
-}
+constexpr Row Sequence(const char *name) { return Defined(name, Kind::Sequence, 0x30); }
+constexpr Row SequenceOf(const char *name) { return Defined(name, Kind::SequenceOf, 0x30); }
+constexpr Row SetOf(const char *name) { return Defined(name, Kind::SetOf, 0x31); }
 // An alternative that is itself an untagged CHOICE is never found when decoding.
-constexpr Row Choice(const char *name) {
-  return Defined(name, Kind::Choice, 0x00);
-}
-constexpr Row Type(const char *name, BuiltIn type) {
-  return Defined(name, type.kind, type.tag);
-}
+constexpr Row Choice(const char *name) { return Defined(name, Kind::Choice, 0x00); }
+constexpr Row Type(const char *name, BuiltIn type) { return Defined(name, type.kind, type.tag); }
 constexpr Row Type(const char *name, Reference type, Tag tag = {}) {
   return {.name = name, .reference = type, .tag = tag};
 }
@@ -137,12 +117,8 @@ constexpr Row Component(const char *name, BuiltIn type, Presence presence = Mand
   return Component(name, Tag{}, type, presence);
 }
 // The member of the SEQUENCE OF or SET OF in the row before.
-constexpr Row Element(Reference type) {
-  return Component(nullptr, type);
-}
-constexpr Row Element(BuiltIn type) {
-  return Component(nullptr, type);
-}
+constexpr Row Element(Reference type) { return {.name = {}, .isComponent = true, .reference = type}; }
+constexpr Row Element(BuiltIn type) { return {.name = {}, .isComponent = true, .isBuiltIn = true, .builtIn = type}; }
 
 // The array ends with a terminator record.
 inline constexpr AsnType kTerminator{0x00FFFFFF, 0, 0, 0, nullptr};
@@ -156,36 +132,47 @@ template <std::size_t N>
 constexpr std::size_t find(const Row (&rows)[N], Reference reference) {
   unsigned seen = 0;
   for (std::size_t i = 0; i < N; ++i) {
-    if (!rows[i].isComponent && std::string_view(rows[i].name) == reference.name && ++seen == reference.occurrence) {
-      return i;
-    }
+    if (!rows[i].isComponent && rows[i].name == reference.name && ++seen == reference.occurrence) return i;
   }
   badSchema("no row defines this type");
   return N;
 }
 
-// Kind and tag octet with which an element of row `i` is encoded.
+// For each row, the row that it refers to; its own index when it defines its type itself.
 template <std::size_t N>
-constexpr BuiltIn resolve(const Row (&rows)[N], std::size_t i) {
-  const BuiltIn own = rows[i].isBuiltIn ? rows[i].builtIn : resolve(rows, find(rows, rows[i].reference));
-  const Tag tag = rows[i].tag;
-  if (tag.octet == 0) return own;
-  if (rows[i].isBuiltIn && own.kind == Kind::Octets && own.tag != 0x04) {
+constexpr std::array<std::size_t, N> link(const Row (&rows)[N]) {
+  std::array<std::size_t, N> targets{};
+  for (std::size_t i = 0; i < N; ++i) targets[i] = rows[i].isBuiltIn ? i : find(rows, rows[i].reference);
+  return targets;
+}
+
+// The tag octet of a row whose type, without the row's own tag, has this one.
+constexpr BuiltIn applyTag(const Row &row, BuiltIn type) {
+  if (row.tag.octet == 0) return type;
+  if (row.isBuiltIn && type.kind == Kind::Octets && type.tag != 0x04) {
     badSchema("a tagged string or time refers to a row of its own, which keeps its universal tag");
   }
-  if (tag.isExplicit) return {own.kind, tag.octet};
-  if (own.tag == 0) badSchema("a CHOICE or open type takes an EXPLICIT tag only");
-  return {own.kind, static_cast<uint8_t>(tag.octet | (own.tag & 0x20))};
+  if (row.tag.isExplicit) return {type.kind, row.tag.octet};
+  if (type.tag == 0) badSchema("a CHOICE or open type takes an EXPLICIT tag only");
+  return {type.kind, static_cast<uint8_t>(row.tag.octet | (type.tag & 0x20))};
+}
+
+// Kind and tag octet with which an element of row `i` is encoded.
+template <std::size_t N>
+constexpr BuiltIn resolve(const Row (&rows)[N], const std::array<std::size_t, N> &targets, std::size_t i) {
+  const BuiltIn type = targets[i] == i ? rows[i].builtIn : resolve(rows, targets, targets[i]);
+  return applyTag(rows[i], type);
 }
 
 }  // namespace detail
 
 template <std::size_t N>
 consteval std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
+  const auto targets = detail::link(rows);
   std::array<AsnType, N + 1> records{};
   for (std::size_t i = 0; i < N; ++i) {
     const Row &row = rows[i];
-    const BuiltIn type = detail::resolve(rows, i);
+    const BuiltIn type = detail::resolve(rows, targets, i);
     uint32_t components = 0;
     if (!row.isComponent) {
       while (i + 1 + components < N && rows[i + 1 + components].isComponent) ++components;
@@ -198,8 +185,8 @@ consteval std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
         .flags = (row.tag.octet != 0 ? ASN_FLAG_OWN_TAG : 0) | (row.tag.isExplicit ? ASN_FLAG_EXPLICIT : 0) |
                  (row.presence == Optional ? ASN_FLAG_OPTIONAL : 0),
         .count = components,
-        .link = row.isBuiltIn ? 0 : static_cast<int32_t>(detail::find(rows, row.reference)) - static_cast<int32_t>(i),
-        .name = row.name,
+        .link = static_cast<int32_t>(targets[i]) - static_cast<int32_t>(i),
+        .name = row.name.data(),
     };
   }
   records[N] = kTerminator;

@@ -13,9 +13,7 @@ namespace {
 
 constexpr Extension kBasicConstraints{&X509Objid_BasicConstraints, schema::Entry::BasicConstraints, "/"};
 
-bool isNegative(const AsnIntOpt &integer) {
-  return integer.option == 1 && integer.value < 0;
-}
+bool isNegative(const AsnIntOpt &integer) { return integer.option == 1 && integer.value < 0; }
 
 }  // namespace
 

@@ -49,15 +49,9 @@ class Error : public std::exception {
     std::string message;
   };
 
-  uint32_t code() const noexcept {
-    return code_;
-  }
-  const std::vector<Entry> &trace() const noexcept {
-    return trace_;
-  }  // innermost failure first
-  const char *what() const noexcept override {
-    return text_.c_str();
-  }
+  uint32_t code() const noexcept { return code_; }
+  const std::vector<Entry> &trace() const noexcept { return trace_; }  // innermost failure first
+  const char *what() const noexcept override { return text_.c_str(); }
 
  private:
   uint32_t code_;
@@ -108,22 +102,12 @@ inline uint32_t length(View view) {
   throw Error(err);
 }
 
-inline AsnEncodedData encoded(View view) {
-  return {view.data(), length(view)};
-}
-inline AsnOct octets(View view) {
-  return {view.data(), length(view)};
-}
-inline View view(const AsnEncodedData &data) {
-  return {data.octets, data.length};
-}
+inline AsnEncodedData encoded(View view) { return {view.data(), length(view)}; }
+inline AsnOct octets(View view) { return {view.data(), length(view)}; }
+inline View view(const AsnEncodedData &data) { return {data.octets, data.length}; }
 
-inline AsnBoolOpt optional(const std::optional<bool> &value) {
-  return {value.value_or(false) ? 1 : 0, value ? 1 : 0};
-}
-inline AsnIntOpt optional(const std::optional<int32_t> &value) {
-  return {value.value_or(0), value ? 1 : 0};
-}
+inline AsnBoolOpt optional(const std::optional<bool> &value) { return {value.value_or(false) ? 1 : 0, value ? 1 : 0}; }
+inline AsnIntOpt optional(const std::optional<int32_t> &value) { return {value.value_or(0), value ? 1 : 0}; }
 inline std::optional<bool> optional(const AsnBoolOpt &value) {
   return value.option == 1 ? std::optional<bool>(value.value != 0) : std::nullopt;
 }

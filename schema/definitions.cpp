@@ -185,9 +185,7 @@ constexpr Row kRows[] = {
 
 constexpr auto kRecords = compile(kRows);
 
-constexpr const AsnType *named(std::size_t index) {
-  return &kRecords[index];
-}
+constexpr const AsnType *named(std::size_t index) { return &kRecords[index]; }
 #define ENTRY(name) named(indexOf(kRows, name))  // a name that no row defines does not compile
 
 }  // namespace

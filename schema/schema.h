@@ -39,9 +39,7 @@ inline constexpr std::size_t kEntryCount = 25;
 
 extern const AsnType *const kEntryPoints[kEntryCount];
 
-inline const AsnType *record(Entry entry) {
-  return kEntryPoints[static_cast<std::size_t>(entry)];
-}
+inline const AsnType *record(Entry entry) { return kEntryPoints[static_cast<std::size_t>(entry)]; }
 
 // The whole module: its first record, and their number with the terminator.
 extern const AsnType *const kModule;

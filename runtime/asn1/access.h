@@ -22,27 +22,13 @@ bool findScalar(const Call &call, AsnValue value, const char *path, Need need, F
   return false;
 }
 
-inline bool isObjid(const AsnType *type) {
-  return kindOf(type) == Kind::Objid;
-}
-inline bool isOctets(const AsnType *type) {
-  return kindOf(type) == Kind::Octets;
-}
-inline bool isBits(const AsnType *type) {
-  return kindOf(type) == Kind::BitString;
-}
-inline bool isBoolean(const AsnType *type) {
-  return kindOf(type) == Kind::Boolean;
-}
-inline bool isNumber(const AsnType *type) {
-  return kindOf(type) == Kind::Integer || kindOf(type) == Kind::Enumerated;
-}
-inline bool isTimeType(const AsnType *type) {
-  return contentOf(type) == Content::Time;
-}
-inline bool isOpen(const AsnType *type) {
-  return kindOf(type) == Kind::Open;
-}
+inline bool isObjid(const AsnType *type) { return kindOf(type) == Kind::Objid; }
+inline bool isOctets(const AsnType *type) { return kindOf(type) == Kind::Octets; }
+inline bool isBits(const AsnType *type) { return kindOf(type) == Kind::BitString; }
+inline bool isBoolean(const AsnType *type) { return kindOf(type) == Kind::Boolean; }
+inline bool isNumber(const AsnType *type) { return kindOf(type) == Kind::Integer || kindOf(type) == Kind::Enumerated; }
+inline bool isTimeType(const AsnType *type) { return contentOf(type) == Content::Time; }
+inline bool isOpen(const AsnType *type) { return kindOf(type) == Kind::Open; }
 
 // The DER forms of the readers take no other lengths.
 bool hasDerLength(const Call &call, const Node *element);

@@ -4,13 +4,9 @@
 namespace ketra::asn1 {
 namespace {
 
-Call check(const char *function, AsnErrorBlock *err) {
-  return {kCheckModule, function, err};
-}
+Call check(const char *function, AsnErrorBlock *err) { return {kCheckModule, function, err}; }
 
-int32_t failNull(const Call &call) {
-  return call.fail(AsnCheckError_NullParameter, "no structure to check");
-}
+int32_t failNull(const Call &call) { return call.fail(AsnCheckError_NullParameter, "no structure to check"); }
 
 int32_t checkPointer(const Call &call, const void *octets, uint32_t length) {
   if (octets != nullptr || length == 0) return 0;

@@ -38,9 +38,7 @@ inline Gtime gtimeOf(int64_t microseconds) {
   const auto word = static_cast<uint64_t>(microseconds);
   return {static_cast<int32_t>(static_cast<uint32_t>(word >> 32)), static_cast<uint32_t>(word)};
 }
-inline bool isTime(const Gtime &time) {
-  return microsecondsOf(time) >= 0 && microsecondsOf(time) < kTimeEnd;
-}
+inline bool isTime(const Gtime &time) { return microsecondsOf(time) >= 0 && microsecondsOf(time) < kTimeEnd; }
 
 // ---- BIT STRING (X.690 8.6) ----
 // Content octets of a bit string, bits beyond its length zeroed; `content` has 1 + (bits + 7) / 8 octets.

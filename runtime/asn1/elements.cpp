@@ -43,9 +43,7 @@ bool find(const Call &call, AsnObject object, AsnValue value, const char *path, 
   return false;
 }
 
-int32_t failNoPlace(const Call &call) {
-  return call.fail(AsnError_NullParameter, "no place for the result");
-}
+int32_t failNoPlace(const Call &call) { return call.fail(AsnError_NullParameter, "no place for the result"); }
 
 }  // namespace
 }  // namespace ketra::asn1

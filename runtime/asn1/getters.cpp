@@ -30,9 +30,7 @@ bool readInteger(const Call &call, const Node *element, int32_t *integer) {
   return true;
 }
 
-int32_t failNoPlace(const Call &call) {
-  return call.fail(AsnError_NullParameter, "no work object or place");
-}
+int32_t failNoPlace(const Call &call) { return call.fail(AsnError_NullParameter, "no work object or place"); }
 
 int32_t getEncoded(const Call &call, AsnObject object, AsnValue value, const char *path, AsnBuffer *buffer, bool der) {
   if (object == nullptr || buffer == nullptr || buffer->octets == nullptr) return failNoPlace(call);

@@ -10,9 +10,7 @@
 namespace ketra::asn1 {
 namespace {
 
-Call utility(const char *function, AsnErrorBlock *err) {
-  return {kUtilityModule, function, err};
-}
+Call utility(const char *function, AsnErrorBlock *err) { return {kUtilityModule, function, err}; }
 
 bool isGiven(const Call &call, AsnMemObject pool, AsnObject object, const void *out) {
   if (pool != nullptr && object != nullptr && out != nullptr) return true;

@@ -68,9 +68,7 @@ bool checkArcs(const Objid &objid, Text &reason) {
 
 namespace {
 
-uint64_t firstNumber(const Objid &objid) {
-  return uint64_t{objid.arcs[0]} * 40 + objid.arcs[1];
-}
+uint64_t firstNumber(const Objid &objid) { return uint64_t{objid.arcs[0]} * 40 + objid.arcs[1]; }
 
 uint32_t groupsOf(uint64_t number) {
   uint32_t groups = 1;

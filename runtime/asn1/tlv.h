@@ -44,9 +44,7 @@ inline bool readHeader(const uint8_t *p, const uint8_t *end, Header &header, Fau
 }
 
 // End-of-contents octets at `p`. A lone or overlong one is no EOC and fails as an unexpected tag.
-inline bool isEndOfContents(const uint8_t *p, const uint8_t *end) {
-  return end - p >= 2 && p[0] == 0 && p[1] == 0;
-}
+inline bool isEndOfContents(const uint8_t *p, const uint8_t *end) { return end - p >= 2 && p[0] == 0 && p[1] == 0; }
 
 // The end of the complete encoding at `p`, or null. Definite contents are skipped unread; indefinite ones are walked,
 // with a counter for their nesting.

@@ -7,24 +7,12 @@ namespace ketra::asn1 {
 
 using schema::Kind;
 
-inline uint8_t tagOf(const AsnType *type) {
-  return static_cast<uint8_t>(type->descriptor >> 24);
-}
-inline Kind kindOf(const AsnType *type) {
-  return static_cast<Kind>(type->descriptor & 0xFF);
-}
-inline bool isExplicit(const AsnType *type) {
-  return (type->flags & ASN_FLAG_EXPLICIT) != 0;
-}
-inline bool isOptional(const AsnType *type) {
-  return (type->flags & ASN_FLAG_OPTIONAL) != 0;
-}
-inline bool isList(Kind kind) {
-  return kind == Kind::SequenceOf || kind == Kind::SetOf;
-}
-inline bool hasChildren(Kind kind) {
-  return kind == Kind::Sequence || kind == Kind::Choice || isList(kind);
-}
+inline uint8_t tagOf(const AsnType *type) { return static_cast<uint8_t>(type->descriptor >> 24); }
+inline Kind kindOf(const AsnType *type) { return static_cast<Kind>(type->descriptor & 0xFF); }
+inline bool isExplicit(const AsnType *type) { return (type->flags & ASN_FLAG_EXPLICIT) != 0; }
+inline bool isOptional(const AsnType *type) { return (type->flags & ASN_FLAG_OPTIONAL) != 0; }
+inline bool isList(Kind kind) { return kind == Kind::SequenceOf || kind == Kind::SetOf; }
+inline bool hasChildren(Kind kind) { return kind == Kind::Sequence || kind == Kind::Choice || isList(kind); }
 
 // The record that defines the type: its component records follow it.
 inline const AsnType *definitionOf(const AsnType *type) {
@@ -66,8 +54,6 @@ inline const AsnType *wrappedType(const AsnType *type) {
   return &kOnTheSpot[6];  // only a malformed module gets here
 }
 
-inline const char *nameOf(const AsnType *type) {
-  return type->name == nullptr ? "member" : type->name;
-}
+inline const char *nameOf(const AsnType *type) { return type->name == nullptr ? "member" : type->name; }
 
 }  // namespace ketra::asn1

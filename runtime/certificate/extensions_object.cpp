@@ -171,9 +171,7 @@ struct ExtensionsObject : KetraObjectRecord {
   Table table;
 };
 
-Table &tableOf(KetraObject object) {
-  return static_cast<ExtensionsObject *>(object)->table;
-}
+Table &tableOf(KetraObject object) { return static_cast<ExtensionsObject *>(object)->table; }
 
 int32_t addNew(KetraObject object, const KetraExtension &extension, const AsnEncodedData &value, AsnErrorBlock *err) {
   Table &table = tableOf(object);
