@@ -195,7 +195,7 @@ consteval std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
 
 // The record of a type by name, in rows and records of one module.
 template <std::size_t N>
-constexpr std::size_t indexOf(const Row (&rows)[N], const char *name) {
+consteval std::size_t indexOf(const Row (&rows)[N], const char *name) {
   return detail::find(rows, name);
 }
 

@@ -15,9 +15,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-std::string sample(const std::string &name) {
-  return KETRA_SAMPLES "/" + name;
-}
+std::string sample(const std::string &name) { return KETRA_SAMPLES "/" + name; }
 
 std::string readAll(const std::string &path) {
   std::ifstream file(path, std::ios::binary);
@@ -51,9 +49,7 @@ struct Result {
   std::string err;
 };
 
-std::string quote(const std::string &argument) {
-  return "'" + argument + "'";
-}
+std::string quote(const std::string &argument) { return "'" + argument + "'"; }
 
 // `arguments` as the shell reads them.
 Result run(const std::string &arguments) {
@@ -69,9 +65,7 @@ Result run(const std::string &arguments) {
   return result;
 }
 
-Result showJson(const std::string &path) {
-  return run("show --json " + quote(path));
-}
+Result showJson(const std::string &path) { return run("show --json " + quote(path)); }
 
 std::string lastLine(const std::string &text) {
   const std::size_t end = text.find_last_not_of('\n');
@@ -161,10 +155,10 @@ TEST(Show, Text) {
   EXPECT_EQ(result.status, 0) << result.err;
   for (const char *line : {
            "#1: certificate, serialNumber 1002\n",
-           "\n  basicConstraints 2.5.29.19 critical\n    cA: (absent)\n    pathLenConstraint: (absent)\n",
+           "\n  basicConstraints (2.5.29.19), critical\n    cA: (absent)\n    pathLenConstraint: (absent)\n",
            "\n    usage: digitalSignature, keyAgreement, decipherOnly\n",
            "\n  1.3.6.1.4.1.32473.4.1\n    hex: 0c17",
-           "\n  entry 2, serialNumber 2002, revocationDate 2026-02-02T00:00:00Z\n    reasonCode 2.5.29.21\n",
+           "\n  entry 2, serialNumber 2002, revocationDate 2026-02-02T00:00:00Z\n    reasonCode (2.5.29.21)\n",
        }) {
     EXPECT_NE(result.out.find(line), std::string::npos) << line << result.out;
   }
@@ -173,7 +167,7 @@ TEST(Show, Text) {
 TEST(Check, Samples) {
   const Result result = run("check " + quote(sample("ca.pem")) + " " + quote(sample("crl.pem")));
   EXPECT_EQ(result.status, 0) << result.out << result.err;
-  EXPECT_EQ(lastLine(result.out).substr(0, 36), "1 certificates, 1 CRLs, 20 extensions");
+  EXPECT_EQ(lastLine(result.out).find("1 certificates, 1 CRLs, 20 extensions: "), 0u) << result.out;
 }
 
 // A valid extension that is not as the library writes it: named with its reason, and not a fault.
@@ -183,11 +177,13 @@ TEST(Check, ReEncoded) {
     std::string from, to, reason;
   };
   const Case cases[] = {
-      {"ca.pem", kBasicConstraints, "0603551d130101ff04083006010101020101", "contents are not DER"},
+      {"ca.pem", kBasicConstraints, "0603551d130101ff04083006010101020101", "a TRUE is not FF"},
       {"ca.pem", kBasicConstraints, "0603551d130101ff040830830000030101ff", "lengths are not DER"},
       {"ca.pem", kBasicConstraints, "0603551d13010100040830060101ff020101", "critical FALSE is written out"},
       {"ca.pem", kSubjectKeyId, "0603551d0e0416241404120102030405060708090a0b0c0d0e0f101112", "in segments"},
       {"end-entity.pem", "0303078880", "03030688c0", "bit 9 has no name"},
+      {"end-entity.pem", "0303078880", "0303058880", "trailing zero bits"},
+      {"end-entity.pem", "0303078880", "0303078881", "unused bits are set"},
   };
   for (const Case &c : cases) {
     const Result result = run("check " + quote(patched(c.sample, c.from, c.to)));
@@ -240,7 +236,7 @@ TEST(Hostile, RepeatedIdentifier) {
   const Json extensions = Json::parse(show.out)[0]["extensions"];
   EXPECT_TRUE(extensions.back().value("repeated", false));
   EXPECT_EQ(extensions.size(), 10u);
-  EXPECT_NE(run("show " + quote(path)).out.find("policyConstraints 2.5.29.36 REPEATED"), std::string::npos);
+  EXPECT_NE(run("show " + quote(path)).out.find("policyConstraints (2.5.29.36), REPEATED"), std::string::npos);
   const Result check = run("check " + quote(path));
   EXPECT_EQ(check.status, 1);
   EXPECT_NE(check.out.find("the identifier is repeated"), std::string::npos);

@@ -1,0 +1,109 @@
+#include "support/support.h"
+
+namespace ketra::test {
+namespace {
+
+// Extensions { basicConstraints critical, keyUsage with an explicit critical FALSE, subjectKeyIdentifier in segments }
+constexpr char kEncoding[] =
+    "30 80 30 0C 06 03 55 1D 13 01 01 01 04 02 30 00 30 0E 06 03 55 1D 0F 01 01 00 04 04 03 02 01 06"
+    "30 80 06 03 55 1D 0E 24 80 04 01 04 04 02 01 AA 00 00 00 00 00 00";
+
+AsnEncodedData view(const Octets &octets) { return {octets.data(), static_cast<uint32_t>(octets.size())}; }
+
+std::string list(KetraObject object) {
+  uint32_t count = 0;
+  EXPECT_EQ(KetraObjectCalExt(object, &count, nullptr), 0);
+  std::string text;
+  for (uint32_t i = 0; i < count; ++i) {
+    const KetraExtension *extension = nullptr;
+    EXPECT_EQ(KetraObjectGetExtpByIndex(object, i, &extension, nullptr), 0);
+    text += std::to_string(extension->objid.arcs[extension->objid.count - 1]) + " {" +
+            std::to_string(extension->critical) + "," + std::to_string(extension->criticalOption) + "} " +
+            toHex(extension->value) + "; ";
+  }
+  return text;
+}
+
+TEST(ExtensionsObject, WholeEncodings) {
+  const Extensions extensions;
+  const Octets octets = fromHex(kEncoding);
+  Err err;
+  const AsnEncodedData encoding = view(octets);
+  ASSERT_EQ(KetraObjectSetPduBER(extensions, &encoding, err), 0) << err.text();
+  EXPECT_EQ(list(extensions), "19 {1,1} 30 00; 15 {0,1} 03 02 01 06; 14 {0,0} 04 01 AA; ");
+  AsnEncodedData written{};
+  ASSERT_EQ(KetraObjectGetPduDER(extensions, &written, err), 0);
+  EXPECT_EQ(toHex(written),
+            "30 27 30 0C 06 03 55 1D 13 01 01 FF 04 02 30 00 30 0B 06 03 55 1D 0F 04 04 03 02 01 06 30 0A 06 03 55 1D "
+            "0E 04 03 04 01 AA");
+  const std::string before = list(extensions);
+  for (const char *bad : {"30 00", "30 80", "31 00", "30 0A 30 08 06 03 55 1D 13 04 01",
+                          "30 16 30 09 06 03 55 1D 13 04 02 30 00 30 09 06 03 55 1D 13 04 02 30 00",
+                          "30 0B 30 09 06 03 55 80 13 04 02 30 00"}) {
+    Err refused;
+    const Octets badOctets = fromHex(bad);
+    const AsnEncodedData badEncoding = view(badOctets);
+    EXPECT_EQ(KetraObjectSetPduBER(extensions, &badEncoding, refused), -1) << bad;
+    EXPECT_EQ(refused.block.count, 1u) << refused.text();
+    EXPECT_EQ(list(extensions), before);
+  }
+  ASSERT_EQ(KetraObjectSetPduBER(extensions, &written, err), 0) << "from the object's own encoding";
+  EXPECT_EQ(list(extensions), "19 {1,1} 30 00; 15 {0,0} 03 02 01 06; 14 {0,0} 04 01 AA; ");
+}
+
+TEST(ExtensionsObject, ReplacesInPlaceAndDeletes) {
+  const uint32_t arcs[3][4] = {{2, 5, 29, 1}, {2, 5, 29, 2}, {2, 5, 29, 3}};
+  Extensions object;
+  for (const auto &a : arcs) object.store({a, 4}, {static_cast<uint8_t>(a[3])});
+  const KetraExtension *own = nullptr;
+  const Objid second{arcs[1], 4};
+  ASSERT_EQ(KetraObjectSearchExtpByObjid(object, &second, &own, nullptr), 0);
+  ASSERT_EQ(KetraObjectSetExt(object, own, nullptr), 0) << "the object's own record";
+  object.store(second, fromHex("AA BB"), 1);
+  EXPECT_EQ(list(object), "1 {0,0} 01; 2 {1,1} AA BB; 3 {0,0} 03; ");
+  EXPECT_EQ(KetraObjectDeleteExt(object, &own->objid, nullptr), 0);
+  EXPECT_EQ(list(object), "1 {0,0} 01; 3 {0,0} 03; ");
+  Err err;
+  EXPECT_EQ(KetraObjectDeleteExt(object, &second, err), -1);
+  EXPECT_EQ(err.code(), uint32_t{KetraObjectError_Absent});
+  EXPECT_EQ(KetraObjectGetExtpByIndex(object, 2, &own, err), -1);
+}
+
+// Replacing a value again and again does not let the pool grow.
+TEST(ExtensionsObject, ManyExtensionsAndManyStores) {
+  Extensions object;
+  uint32_t arcs[4] = {1, 3, 6, 0};
+  const Octets value(50, 0xAB);
+  constexpr uint32_t kMany = 20000;
+  for (arcs[3] = 0; arcs[3] < kMany; ++arcs[3]) object.store({arcs, 4}, value);
+  for (arcs[3] = 0; arcs[3] < kMany; ++arcs[3]) ASSERT_NE(object.stored({arcs, 4}), "absent") << arcs[3];
+  EXPECT_EQ(object.stored({arcs, 4}), "absent");
+  uint64_t before = 0;
+  uint64_t after = 0;
+  uint32_t blocks = 0;
+  ASSERT_EQ(AsnMemObjectUsage(object.pool(), &before, &blocks, nullptr), 0);
+  arcs[3] = 7;
+  for (int i = 0; i < 1000; ++i) object.store({arcs, 4}, value);
+  ASSERT_EQ(AsnMemObjectUsage(object.pool(), &after, &blocks, nullptr), 0);
+  EXPECT_EQ(before, after);
+}
+
+TEST(ExtensionsObject, NullsAreErrors) {
+  const Extensions object;
+  const Objid none{nullptr, 1};
+  const KetraExtension *found = nullptr;
+  Err err;
+  EXPECT_EQ(KetraObjectDestroy(nullptr, err), 0);
+  EXPECT_EQ(err.block.count, 0u);
+  EXPECT_EQ(KetraObjectSetExt(nullptr, nullptr, err), -1);
+  EXPECT_EQ(KetraObjectSearchExtpByObjid(object, &none, &found, err), -1);
+  EXPECT_EQ(KetraObjectSetPduBER(object, nullptr, err), -1);
+  EXPECT_EQ(KetraObjectGetPduDER(object, nullptr, err), -1);
+  EXPECT_EQ(err.block.count, 4u);
+  AsnEncodedData encoding{};
+  EXPECT_EQ(KetraObjectGetPduDER(object, &encoding, err), -1);
+  EXPECT_EQ(err.code(), uint32_t{KetraObjectError_Empty});
+}
+
+}  // namespace
+}  // namespace ketra::test

@@ -1,0 +1,105 @@
+#include <algorithm>
+#include <cstring>
+#include <random>
+
+#include "support/support.h"
+
+namespace ketra::test {
+namespace {
+
+std::pair<uint64_t, uint32_t> usage(AsnMemObject pool) {
+  std::pair<uint64_t, uint32_t> live{};
+  EXPECT_EQ(AsnMemObjectUsage(pool, &live.first, &live.second, nullptr), 0);
+  return live;
+}
+
+uint8_t *allocate(AsnMemObject pool, uint32_t size) {
+  void *memory = nullptr;
+  EXPECT_EQ(AsnMemObjectMalloc(pool, size, &memory, nullptr), 0);
+  EXPECT_EQ(reinterpret_cast<uintptr_t>(memory) % 8, 0u);
+  return static_cast<uint8_t *>(memory);
+}
+
+// Blocks of every size class and beyond, freed in any order, never overlap and are all accounted for.
+TEST(Pool, RandomUse) {
+  const Pool pool;
+  std::mt19937 random(1);
+  struct Block {
+    uint8_t *memory;
+    uint32_t size;
+    uint8_t fill;
+  };
+  std::vector<Block> blocks;
+  uint64_t live = 0;
+  for (int step = 0; step < 20000; ++step) {
+    if (blocks.empty() || random() % 5 < 3) {
+      const auto size = static_cast<uint32_t>(random() % (1u << random() % 17));
+      const Block block{allocate(pool, size), size, static_cast<uint8_t>(step)};
+      std::memset(block.memory, block.fill, size);
+      live += size;
+      blocks.push_back(block);
+    } else {
+      std::swap(blocks[random() % blocks.size()], blocks.back());
+      const Block block = blocks.back();
+      blocks.pop_back();
+      const auto isFill = [&](uint8_t octet) { return octet == block.fill; };
+      ASSERT_TRUE(std::all_of(block.memory, block.memory + block.size, isFill)) << "step " << step;
+      ASSERT_EQ(AsnMemObjectFree(pool, block.memory, nullptr), 0);
+      live -= block.size;
+    }
+    ASSERT_EQ(usage(pool), std::pair(live, static_cast<uint32_t>(blocks.size())));
+  }
+}
+
+TEST(Pool, RefusesWhatItDoesNotOwn) {
+  const Pool pool;
+  const Pool other;
+  for (const uint32_t size : {16u, 40000u}) {
+    uint8_t *memory = allocate(pool, size);
+    allocate(pool, size);
+    uint8_t *foreign = allocate(other, size);
+    const auto refused = [&](const void *pointer) {
+      Err err;
+      return AsnMemObjectFree(pool, pointer, err) == -1 && err.code() == uint32_t{AsnMemError_NotOwned};
+    };
+    EXPECT_TRUE(refused(foreign));
+    EXPECT_TRUE(refused(memory + 8));
+    EXPECT_TRUE(refused(memory + 1));
+    EXPECT_TRUE(refused(&memory));
+    EXPECT_EQ(AsnMemObjectFree(pool, memory, nullptr), 0);
+    EXPECT_TRUE(refused(memory)) << "freed already";
+  }
+  EXPECT_EQ(AsnMemObjectFree(pool, nullptr, nullptr), 0);
+}
+
+TEST(Pool, FreedMemoryIsUsedAgain) {
+  const Pool pool;
+  ASSERT_EQ(AsnMemObjectSetLimit(pool, 64 * 1024, nullptr), 0);
+  for (int round = 0; round < 10000; ++round) {
+    uint8_t *first = allocate(pool, 100);
+    uint8_t *second = allocate(pool, 3000);
+    uint8_t *large = allocate(pool, 20000);
+    for (const uint8_t *memory : {first, second, large}) ASSERT_EQ(AsnMemObjectFree(pool, memory, nullptr), 0);
+  }
+}
+
+TEST(Pool, LimitBoundsWhatTheSystemGives) {
+  const Pool pool;
+  ASSERT_EQ(AsnMemObjectSetLimit(pool, 100 * 1024, nullptr), 0);
+  Err err;
+  uint64_t total = 0;
+  void *memory = nullptr;
+  while (AsnMemObjectMalloc(pool, 500, &memory, err) == 0) total += 500;
+  EXPECT_EQ(err.code(), uint32_t{AsnMemError_Limit});
+  EXPECT_EQ(err.block.count, 1u);
+  EXPECT_GT(total, 80u * 1024);
+  EXPECT_LT(total, 100u * 1024);
+  EXPECT_EQ(AsnMemObjectFree(pool, memory, nullptr), 0);
+  EXPECT_EQ(AsnMemObjectMalloc(pool, 500, &memory, nullptr), 0) << "what was freed can be had again";
+  EXPECT_EQ(AsnMemObjectMalloc(pool, UINT32_MAX, &memory, nullptr), -1);
+  ASSERT_EQ(AsnMemObjectSetLimit(pool, 0, nullptr), 0);
+  allocate(pool, 1000000);
+}
+
+}  // namespace
+}  // namespace ketra::test

@@ -1,0 +1,97 @@
+#include "support/support.h"
+
+#include <fstream>
+#include <sstream>
+
+namespace ketra::test {
+
+Octets fromHex(const std::string &hex) {
+  Octets octets;
+  std::istringstream pieces(hex);
+  for (std::string piece; std::getline(pieces, piece, '+');) {
+    const std::size_t star = piece.find('*');
+    Octets part;
+    std::string digits;
+    for (const char c : piece.substr(0, star)) {
+      if (c == ' ') continue;
+      digits += c;
+      if (digits.size() < 2) continue;
+      part.push_back(static_cast<uint8_t>(std::stoul(digits, nullptr, 16)));
+      digits.clear();
+    }
+    const unsigned long times = star == std::string::npos ? 1 : std::stoul(piece.substr(star + 1));
+    for (unsigned long i = 0; i < times; ++i) octets.insert(octets.end(), part.begin(), part.end());
+  }
+  return octets;
+}
+
+std::string toHex(const uint8_t *octets, std::size_t length) {
+  std::string hex;
+  for (std::size_t i = 0; i < length; ++i) {
+    if (i > 0) hex += ' ';
+    hex += "0123456789ABCDEF"[octets[i] >> 4];
+    hex += "0123456789ABCDEF"[octets[i] & 15];
+  }
+  return hex;
+}
+
+std::string golden(const std::string &name) {
+  static const std::map<std::string, std::string> rows = [] {
+    std::map<std::string, std::string> read;
+    std::ifstream file(KETRA_GOLDEN);
+    for (std::string line; std::getline(file, line);) {
+      const std::size_t tab = line.find('\t');
+      if (line.starts_with('#') || tab == std::string::npos) continue;
+      read[line.substr(0, tab)] = toHex(fromHex(line.substr(tab + 1, line.find('\t', tab + 1) - tab - 1)));
+    }
+    return read;
+  }();
+  const auto row = rows.find(name);
+  return row == rows.end() ? "no golden row " + name : row->second;
+}
+
+std::string Err::text() const {
+  std::string text(AsnErrorText(&block, nullptr, 0, nullptr, 0), '\0');
+  AsnErrorText(&block, nullptr, 0, text.data(), static_cast<uint32_t>(text.size() + 1));
+  return text;
+}
+
+std::vector<std::string> Err::trace() const {
+  std::vector<std::string> entries;
+  for (uint32_t i = 0; i < block.count; ++i) {
+    entries.push_back(std::string(block.entries[i].function) + ": " + block.entries[i].message);
+  }
+  return entries;
+}
+
+void Work::open(const AsnType *type) {
+  EXPECT_EQ(AsnObjectCreate(&object, nullptr), 0);
+  EXPECT_EQ(AsnOpenNew(object, type, &value, nullptr), 0);
+}
+
+Work::Work(const AsnType *type, const AsnEncodedData &encoding) {
+  EXPECT_EQ(AsnObjectCreate(&object, nullptr), 0);
+  EXPECT_EQ(AsnOpenFromMem(object, type, &encoding, &value, nullptr), 0);
+}
+
+std::string Work::encode(bool der, const char *path) {
+  const Pool pool;
+  Err err;
+  AsnEncodedData encoding{};
+  const int32_t result = der ? AsnMUtilEncodeDER(pool, object, value, path, &encoding, err)
+                             : AsnMUtilEncodeBER(pool, object, value, path, &encoding, err);
+  return result == 0 ? toHex(encoding) : err.text();
+}
+
+void Extensions::store(const Objid &objid, const Octets &value, int32_t critical) {
+  const KetraExtension extension{objid, critical, critical, {value.data(), static_cast<uint32_t>(value.size())}};
+  EXPECT_EQ(KetraObjectSetExt(object_, &extension, nullptr), 0);
+}
+
+std::string Extensions::stored(const Objid &objid) const {
+  const KetraExtension *extension = nullptr;
+  EXPECT_EQ(KetraObjectSearchExtpByObjid(object_, &objid, &extension, nullptr), 0);
+  return extension == nullptr ? "absent" : toHex(extension->value);
+}
+
+}  // namespace ketra::test
