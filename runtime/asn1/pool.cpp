@@ -12,7 +12,7 @@ namespace ketra::asn1 {
 namespace {
 
 constexpr std::size_t kAlignment = 8;
-constexpr std::size_t kLargestSmall = 16 * 1024;  // from here on a block is the system's own
+constexpr std::size_t kLargestSmall = 16384;  // from here on a block is the system's own
 constexpr std::size_t kFirstGrowth = 1024;
 
 struct Header {
@@ -39,7 +39,7 @@ struct alignas(kAlignment) LargeBlock {
 
 // Size classes: 8, 16, ... 128, then four per doubling, up to kLargestSmall.
 constexpr std::size_t kFineClasses = 16;
-constexpr std::size_t kClasses = kFineClasses + 4 * 7;
+constexpr std::size_t kClasses = kFineClasses + 28;
 
 constexpr std::size_t classOf(std::size_t size) {
   if (size <= 128) return size == 0 ? 0 : (size - 1) / 8;

@@ -183,62 +183,73 @@ uint32_t writeLength(uint8_t *end, uint32_t length) {
   return count + 1;
 }
 
-// Writes backwards, innermost values first: when a constructed value's turn comes, its content is there.
+namespace {
+
+// Where an encoding inside another one starts, in the order in which they start.
+struct Place {
+  uint32_t offset;
+  uint32_t depth;
+};
+
+uint32_t identifierSize(const uint8_t *p) {
+  uint32_t size = 1;
+  if ((*p & 0x1F) == 0x1F) {
+    while ((p[size] & 0x80) != 0) ++size;
+    ++size;
+  }
+  return size;
+}
+
+// Writes the same values backwards from `end`, innermost first: when a constructed value's turn comes, its content is
+// there. Returns where they start.
+uint8_t *writeBackwards(const uint8_t *octets, uint32_t length, const Place *places, std::size_t count, uint8_t *end) {
+  uint8_t *out = end;
+  const uint8_t *contentEnd[ASN_MAX_NESTING + 1];
+  for (uint32_t last = 0; count > 0; --count) {
+    const Place &place = places[count - 1];
+    for (uint32_t depth = last; depth <= place.depth; ++depth) contentEnd[depth] = out;
+    last = place.depth;
+    const uint8_t *p = octets + place.offset;
+    Fault none;  // the walk has read these headers
+    Header header;
+    readHeader(p, octets + length, header, none);
+    if (!header.constructed()) {
+      out -= header.length;
+      std::memcpy(out, p + header.size, header.length);
+    }
+    out -= writeLength(out, static_cast<uint32_t>(contentEnd[place.depth] - out));
+    const uint32_t identifiers = identifierSize(p);
+    out -= identifiers;
+    std::memcpy(out, p, identifiers);
+  }
+  return out;
+}
+
+}  // namespace
+
 bool rewriteLengths(Arena &arena, const uint8_t *octets, uint32_t length, const uint8_t **rewritten,
                     uint32_t *rewrittenLength, Fault &fault) {
-  struct Item {
-    uint32_t offset;
-    uint32_t depth;
-  };
   std::size_t count = 0;
   if (!walk(octets, length, fault, [&](const uint8_t *, const Header &, uint32_t) { ++count; })) return false;
-  auto *items = arena.makeArray<Item>(count);
-  // An indefinite form needs 3 octets, a definite one at most 5.
-  const uint64_t room = length + 2 * uint64_t{count};
-  auto *buffer = room <= SIZE_MAX / 2 ? arena.makeArray<uint8_t>(static_cast<std::size_t>(room)) : nullptr;
-  if (items == nullptr || buffer == nullptr) {
+  // An indefinite form takes three octets besides its tag, a definite one at most five.
+  const uint64_t room = length + uint64_t{2} * count;
+  if (room > UINT32_MAX) {
+    fault.set(AsnError_TooLong, octets) << "the encoding could exceed 4294967295 octets";
+    return false;
+  }
+  auto *places = arena.makeArray<Place>(count);
+  auto *buffer = arena.makeArray<uint8_t>(static_cast<std::size_t>(room));
+  if (places == nullptr || buffer == nullptr) {
     fault.set(AsnError_OutOfMemory, octets) << "the system has no memory to rewrite an encoding";
     return false;
   }
   count = 0;
   walk(octets, length, fault, [&](const uint8_t *p, const Header &, uint32_t depth) {
-    items[count++] = {static_cast<uint32_t>(p - octets), depth};
+    places[count++] = {static_cast<uint32_t>(p - octets), depth};
   });
-
   uint8_t *const end = buffer + room;
-  uint8_t *out = end;
-  uint8_t *contentEnd[ASN_MAX_NESTING + 1];
-  for (uint32_t last = 0; count > 0; --count) {
-    const Item &item = items[count - 1];
-    for (uint32_t depth = last; depth <= item.depth; ++depth) contentEnd[depth] = out;
-    last = item.depth;
-    const uint8_t *p = octets + item.offset;
-    Header header;
-    if (!readHeader(p, octets + length, header, fault)) return false;
-    if (!header.constructed()) {
-      out -= header.length;
-      std::memcpy(out, p + header.size, header.length);
-    }
-    const auto content = static_cast<uint64_t>(contentEnd[item.depth] - out);
-    if (content > UINT32_MAX) {
-      fault.set(AsnError_TooLong, p) << "the encoding would exceed 4294967295 octets";
-      return false;
-    }
-    out -= writeLength(out, static_cast<uint32_t>(content));
-    uint32_t identifiers = 1;
-    if ((*p & 0x1F) == 0x1F) {
-      while ((p[identifiers] & 0x80) != 0) ++identifiers;
-      ++identifiers;
-    }
-    out -= identifiers;
-    std::memcpy(out, p, identifiers);
-  }
-  if (end - out > static_cast<std::ptrdiff_t>(UINT32_MAX)) {
-    fault.set(AsnError_TooLong, octets) << "the encoding would exceed 4294967295 octets";
-    return false;
-  }
-  *rewritten = out;
-  *rewrittenLength = static_cast<uint32_t>(end - out);
+  *rewritten = writeBackwards(octets, length, places, count, end);
+  *rewrittenLength = static_cast<uint32_t>(end - *rewritten);
   return true;
 }
 
