@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034
 # Sourced by the scripts in the root: the Debian packages that building everything takes.
 KETRA_PACKAGES=(cmake ninja-build g++ libgtest-dev libcli11-dev nlohmann-json3-dev)
 
@@ -12,6 +13,7 @@ need_packages() {
   [ ${#missing[@]} -eq 0 ] && return 0
   if [ "$(id -u)" -eq 0 ] && command -v apt-get >/dev/null; then
     echo "installing ${missing[*]} ..." >&2
+    export DEBIAN_FRONTEND=noninteractive
     { apt-get install -y "${missing[@]}" || { apt-get update && apt-get install -y "${missing[@]}"; }; } \
       </dev/null >/dev/null && return 0
   fi

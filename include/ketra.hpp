@@ -156,7 +156,7 @@ class ObjectIdentifier {
   Objid objid() const { return {arcs_.data(), static_cast<uint32_t>(arcs_.size())}; }
   std::string text() const {
     std::string text;
-    for (const uint32_t arc : arcs_) text += (text.empty() ? "" : ".") + std::to_string(arc);
+    for (const uint32_t arc : arcs_) text.append(text.empty() ? "" : ".").append(std::to_string(arc));
     return text;
   }
 

@@ -1,0 +1,18 @@
+// Foreign text made harmless: what comes out is printable ASCII on one line, and no two inputs give the same text.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "ketra.hpp"
+
+namespace tool {
+
+// Backslash, control characters, everything beyond ASCII (so bidirectional overrides too) and octets that are not
+// UTF-8 become \\, \n, \xNN and \u{N}.
+std::string escape(std::string_view text);
+
+// Lower-case hexadecimal digits.
+std::string hex(ketra::View octets);
+
+}  // namespace tool

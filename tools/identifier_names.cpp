@@ -1,0 +1,79 @@
+#include "identifier_names.hpp"
+
+#include <string>
+#include <string_view>
+
+namespace tool {
+namespace {
+
+struct Name {
+  std::string_view identifier;
+  const char *name;
+};
+
+constexpr Name kNames[] = {
+    // id-ce, X.509 and RFC 5280
+    {"2.5.29.9", "subjectDirectoryAttributes"},
+    {"2.5.29.14", "subjectKeyIdentifier"},
+    {"2.5.29.15", "keyUsage"},
+    {"2.5.29.16", "privateKeyUsagePeriod"},
+    {"2.5.29.17", "subjectAltName"},
+    {"2.5.29.18", "issuerAltName"},
+    {"2.5.29.19", "basicConstraints"},
+    {"2.5.29.20", "cRLNumber"},
+    {"2.5.29.21", "reasonCode"},
+    {"2.5.29.23", "holdInstructionCode"},
+    {"2.5.29.24", "invalidityDate"},
+    {"2.5.29.27", "deltaCRLIndicator"},
+    {"2.5.29.28", "issuingDistributionPoint"},
+    {"2.5.29.29", "certificateIssuer"},
+    {"2.5.29.30", "nameConstraints"},
+    {"2.5.29.31", "cRLDistributionPoints"},
+    {"2.5.29.32", "certificatePolicies"},
+    {"2.5.29.33", "policyMappings"},
+    {"2.5.29.35", "authorityKeyIdentifier"},
+    {"2.5.29.36", "policyConstraints"},
+    {"2.5.29.37", "extKeyUsage"},
+    {"2.5.29.46", "freshestCRL"},
+    {"2.5.29.54", "inhibitAnyPolicy"},
+    {"2.5.29.55", "targetInformation"},
+    {"2.5.29.56", "noRevAvail"},
+    {"2.5.29.60", "expiredCertsOnCRL"},
+    // id-pe and other PKIX arcs
+    {"1.3.6.1.5.5.7.1.1", "authorityInfoAccess"},
+    {"1.3.6.1.5.5.7.1.2", "biometricInfo"},
+    {"1.3.6.1.5.5.7.1.3", "qcStatements"},
+    {"1.3.6.1.5.5.7.1.7", "ipAddrBlocks"},
+    {"1.3.6.1.5.5.7.1.8", "autonomousSysIds"},
+    {"1.3.6.1.5.5.7.1.11", "subjectInfoAccess"},
+    {"1.3.6.1.5.5.7.1.12", "logotype"},
+    {"1.3.6.1.5.5.7.1.14", "proxyCertInfo"},
+    {"1.3.6.1.5.5.7.1.24", "tlsFeature"},
+    {"1.3.6.1.5.5.7.1.31", "acmeIdentifier"},
+    {"1.3.6.1.5.5.7.48.1.5", "ocspNoCheck"},
+    // Certificate Transparency, RFC 6962
+    {"1.3.6.1.4.1.11129.2.4.2", "signedCertificateTimestampList"},
+    {"1.3.6.1.4.1.11129.2.4.3", "precertificatePoison"},
+    {"1.3.6.1.4.1.11129.2.4.4", "precertificateSigningKey"},
+    // Of single makers
+    {"2.16.840.1.113730.1.1", "netscapeCertType"},
+    {"2.16.840.1.113730.1.13", "netscapeComment"},
+    {"1.2.840.113533.7.65.0", "entrustVersionInfo"},
+    {"1.3.6.1.4.1.311.20.2", "microsoftCertTypeName"},
+    {"1.3.6.1.4.1.311.21.1", "microsoftCAVersion"},
+    {"1.3.6.1.4.1.311.21.2", "microsoftPreviousCACertHash"},
+    {"1.3.6.1.4.1.311.21.7", "microsoftCertificateTemplate"},
+    {"1.3.6.1.4.1.311.21.10", "microsoftApplicationPolicies"},
+};
+
+}  // namespace
+
+const char *identifierName(const ketra::ObjectIdentifier &objid) {
+  const std::string text = objid.text();
+  for (const Name &name : kNames) {
+    if (name.identifier == text) return name.name;
+  }
+  return nullptr;
+}
+
+}  // namespace tool

@@ -1,0 +1,64 @@
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "check.hpp"
+#include "exit_status.hpp"
+#include "ketra.hpp"
+#include "output.hpp"
+#include "show.hpp"
+
+namespace {
+
+constexpr const char *kFooter =
+    "FILE is PEM or DER, one or more certificates and CRLs in any mixture; - is standard input.\n"
+    "Exit status: 0 all good; 1 some of the input is faulty, the rest was handled; 2 a file cannot be read, or usage.";
+
+std::string version() {
+  const char *banner = "";
+  KetraVersion(&banner);
+  std::string text = banner;
+  while (text.ends_with('\n')) text.pop_back();
+  return text;
+}
+
+int run(int argc, char **argv) {
+  CLI::App app("Shows and checks the extensions of X.509 certificates and CRLs.", "ketra");
+  app.set_version_flag("--version", version);
+  app.require_subcommand(1);
+  app.footer(kFooter);
+
+  std::vector<std::string> files;
+  bool asJson = false;
+  CLI::App *show = app.add_subcommand("show", "Print every extension, field by field");
+  show->add_flag("--json", asJson, "Print JSON instead of text");
+  CLI::App *check = app.add_subcommand("check", "Read and write every extension again and report what differs");
+  for (CLI::App *command : {show, check}) {
+    command->add_option("FILE", files, "Certificates and CRLs")->required();
+    command->footer(kFooter);
+  }
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError &error) {
+    return app.exit(error) == 0 ? tool::kAllGood : tool::kNotPossible;
+  }
+  if (check->parsed()) return tool::check(files, std::cout);
+  const auto printer = asJson ? tool::makeJsonPrinter(std::cout) : tool::makeTextPrinter(std::cout);
+  return tool::show(files, *printer);
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  try {
+    const int status = run(argc, argv);
+    if (std::cout.flush()) return status;
+    std::cerr << "ketra: the results cannot be written\n";
+  } catch (const std::exception &error) {
+    std::cerr << "ketra: " << error.what() << "\n";
+  }
+  return tool::kNotPossible;
+}

@@ -1,0 +1,144 @@
+#include "output.hpp"
+
+#include <string>
+
+namespace tool {
+namespace {
+
+// ---- Text ---------------------------------------------------------------------------------------------------------
+
+std::string scalar(const Json &value) {
+  if (value.is_null()) return "(absent)";
+  return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+bool isScalarList(const Json &value) { return value.is_array() && (value.empty() || !value.front().is_structured()); }
+
+std::string joined(const Json &list) {
+  std::string text;
+  for (const Json &value : list) text.append(text.empty() ? "" : ", ").append(scalar(value));
+  return text.empty() ? "(none)" : text;
+}
+
+// "key: value" lines; members of a list of objects begin with "- ".
+void printFields(std::ostream &out, const Json &fields, const std::string &indent) {
+  std::string begin = indent;
+  if (indent.ends_with("- ")) begin.replace(begin.size() - 2, 2, "  ");
+  const std::string deeper = begin + "  ";
+  std::string lead = indent;
+  for (const auto &[key, value] : fields.items()) {
+    out << lead << key << ":";
+    lead = begin;
+    if (isScalarList(value)) {
+      out << " " << joined(value) << "\n";
+    } else if (value.is_array()) {
+      out << "\n";
+      for (const Json &member : value) printFields(out, member, deeper + "- ");
+    } else if (value.is_object()) {
+      out << "\n";
+      printFields(out, value, deeper);
+    } else {
+      out << " " << scalar(value) << "\n";
+    }
+  }
+}
+
+void printExtension(std::ostream &out, const Json &extension, const std::string &indent) {
+  out << indent;
+  if (!extension.contains("identifier")) {
+    out << "extension " << extension.at("number");
+  } else {
+    const std::string identifier = scalar(extension["identifier"]);
+    out << (extension.contains("name") ? scalar(extension["name"]) + " (" + identifier + ")" : identifier);
+  }
+  if (extension.value("critical", false)) out << ", critical";
+  if (extension.value("repeated", false)) out << ", REPEATED: this identifier occurs before in the same list";
+  out << "\n";
+  const std::string deeper = indent + "  ";
+  if (extension.contains("value")) printFields(out, extension["value"], deeper);
+  if (extension.contains("error")) printProblem(out, extension["error"], deeper);
+  if (extension.contains("hex")) out << deeper << "hex: " << scalar(extension["hex"]) << "\n";
+}
+
+class TextPrinter : public Printer {
+ public:
+  explicit TextPrinter(std::ostream &out) : out_(out) {}
+
+  void open(const Json &head) override {
+    out_ << scalar(head.at("file"));
+    if (head.contains("index")) out_ << " #" << head["index"] << ": " << scalar(head.at("kind"));
+    if (head.contains("note")) out_ << ": " << scalar(head["note"]);
+    for (const char *fact : {"serialNumber", "thisUpdate", "nextUpdate", "revoked"}) {
+      if (head.contains(fact)) out_ << ", " << fact << " " << scalar(head[fact]);
+    }
+    out_ << "\n";
+    if (head.contains("error")) printProblem(out_, head["error"], "  ");
+  }
+  void list(const char *) override {}
+  void item(const Json &item) override {
+    if (!item.contains("entry")) return printExtension(out_, item, "  ");
+    out_ << "  entry " << item["entry"];
+    for (const char *fact : {"serialNumber", "revocationDate"}) {
+      if (item.contains(fact)) out_ << ", " << fact << " " << scalar(item[fact]);
+    }
+    out_ << "\n";
+    if (item.contains("error")) printProblem(out_, item["error"], "    ");
+    if (!item.contains("extensions")) return;
+    for (const Json &extension : item["extensions"]) printExtension(out_, extension, "    ");
+  }
+  void close() override {}
+  void finish() override {}
+
+ private:
+  std::ostream &out_;
+};
+
+// ---- JSON ---------------------------------------------------------------------------------------------------------
+
+// Whatever has slipped in unescaped: the result is JSON in ASCII.
+std::string dump(const Json &value) { return value.dump(-1, ' ', true, Json::error_handler_t::replace); }
+
+class JsonPrinter : public Printer {
+ public:
+  explicit JsonPrinter(std::ostream &out) : out_(out) {}
+
+  void open(const Json &head) override {
+    std::string text = dump(head);
+    text.pop_back();  // close() gives the brace
+    out_ << (isFirst_ ? "[\n" : ",\n") << text;
+    isFirst_ = false;
+  }
+  void list(const char *name) override {
+    endList();
+    out_ << ",\n  \"" << name << "\": [";
+    isInList_ = true;
+    isFirstItem_ = true;
+  }
+  void item(const Json &item) override {
+    out_ << (isFirstItem_ ? "\n    " : ",\n    ") << dump(item);
+    isFirstItem_ = false;
+  }
+  void close() override {
+    endList();
+    out_ << "}";
+  }
+  void finish() override { out_ << (isFirst_ ? "[]\n" : "\n]\n"); }
+
+ private:
+  void endList() {
+    if (isInList_) out_ << "]";
+    isInList_ = false;
+  }
+
+  std::ostream &out_;
+  bool isFirst_ = true;
+  bool isInList_ = false;
+  bool isFirstItem_ = true;
+};
+
+}  // namespace
+
+std::unique_ptr<Printer> makeTextPrinter(std::ostream &out) { return std::make_unique<TextPrinter>(out); }
+std::unique_ptr<Printer> makeJsonPrinter(std::ostream &out) { return std::make_unique<JsonPrinter>(out); }
+
+}  // namespace tool

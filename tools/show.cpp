@@ -1,0 +1,126 @@
+#include "show.hpp"
+
+#include "escape.hpp"
+#include "exit_status.hpp"
+#include "identifier_names.hpp"
+#include "typed_extensions.hpp"
+#include "walk.hpp"
+
+namespace tool {
+namespace {
+
+class Show : public Visitor {
+ public:
+  explicit Show(Printer &printer) : printer_(printer) {}
+
+  bool allGood() const { return allGood_; }
+
+  void note(const std::string &file, const std::string &text) override {
+    printer_.open({{"file", file}, {"note", text}});
+    printer_.close();
+  }
+
+  void unreadable(const Place &place, const Json &error) override {
+    allGood_ = false;
+    if (place.entry != 0) {
+      beginEntries();
+      return printer_.item({{"entry", place.entry}, {"error", error}});
+    }
+    Json head = headOf(place);
+    head["error"] = error;
+    printer_.open(head);
+    printer_.close();
+  }
+
+  void beginObject(const Place &place, const Json &facts) override {
+    Json head = headOf(place);
+    head.update(facts);
+    printer_.open(head);
+    printer_.list("extensions");
+    isCrl_ = place.kind == Kind::Crl;
+    hasEntries_ = false;
+  }
+
+  void endObject() override {
+    if (isCrl_) beginEntries();
+    printer_.close();
+  }
+
+  void beginEntry(const Place &place, const Json &facts) override {
+    beginEntries();
+    entry_ = {{"entry", place.entry}};
+    entry_.update(facts);
+    entry_["extensions"] = Json::array();
+  }
+
+  void endEntry() override { printer_.item(entry_); }
+
+  void extension(const Place &place, const Extension &extension) override {
+    Json item;
+    if (const char *name = identifierName(extension.objid); name != nullptr) item["name"] = name;
+    item["identifier"] = extension.objid.text();
+    item["critical"] = extension.isCritical();
+    if (extension.isRepeated) {
+      item["repeated"] = true;
+      allGood_ = false;
+    }
+    addValue(extension, item);
+    print(place, std::move(item));
+  }
+
+  void unreadableExtension(const Place &place, uint32_t number, const ketra::Error &error) override {
+    allGood_ = false;
+    print(place, {{"number", number}, {"error", problem(error)}});
+  }
+
+ private:
+  static Json headOf(const Place &place) {
+    return {{"file", place.file}, {"index", place.index}, {"kind", kindName(place.kind)}};
+  }
+
+  void beginEntries() {
+    if (!hasEntries_) printer_.list("entries");
+    hasEntries_ = true;
+  }
+
+  // The fields of a typed extension; its octets when it is not typed or cannot be read.
+  void addValue(const Extension &extension, Json &item) {
+    if (const TypedExtension *typed = findTyped(extension.objid); typed != nullptr) {
+      try {
+        ketra::Extensions extensions;
+        extensions.set(extension.objid, extension.isCritical(), extension.value);
+        item["value"] = typed->fields(extensions);
+        return;
+      } catch (const ketra::Error &error) {
+        allGood_ = false;
+        item["error"] = problem(error);
+      }
+    }
+    item["hex"] = hex(extension.value);
+  }
+
+  void print(const Place &place, Json item) {
+    if (place.entry != 0) {
+      entry_["extensions"].push_back(std::move(item));
+    } else {
+      printer_.item(item);
+    }
+  }
+
+  Printer &printer_;
+  bool allGood_ = true;
+  bool isCrl_ = false;
+  bool hasEntries_ = false;
+  Json entry_;  // the one that is being walked through
+};
+
+}  // namespace
+
+int show(const std::vector<std::string> &files, Printer &printer) {
+  Show visitor(printer);
+  const bool allRead = walk(files, visitor);
+  printer.finish();
+  return exitStatus(allRead, visitor.allGood());
+}
+
+}  // namespace tool

@@ -1,0 +1,27 @@
+// The extensions that the library types: one row of the table each.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "ketra.hpp"
+#include "problem.hpp"
+
+namespace tool {
+
+// Writes a value that was read from one Extensions object into another.
+using Writer = std::function<void(ketra::Extensions &, bool critical)>;
+
+struct TypedExtension {
+  const Objid *objid;
+  // The fields of the extension as JSON, from which the text form is rendered too. Foreign text in it is escaped.
+  Json (*fields)(const ketra::Extensions &);
+  Writer (*read)(const ketra::Extensions &);
+  // Why a valid value comes back as `written`, when neither lengths nor segments explain it. May be null.
+  std::string (*reason)(ketra::View value, ketra::View written);
+};
+
+// Null when the identifier is not typed.
+const TypedExtension *findTyped(const ketra::ObjectIdentifier &objid);
+
+}  // namespace tool

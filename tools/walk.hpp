@@ -1,0 +1,41 @@
+// Goes through files, the certificates and CRLs in them, their extensions and the extensions of CRL entries.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "ketra.hpp"
+#include "problem.hpp"
+#include "signed_objects.hpp"
+
+namespace tool {
+
+struct Place {
+  std::string file;    // escaped
+  uint32_t index = 0;  // of the object in the file, from 1
+  Kind kind = Kind::Unknown;
+  uint32_t entry = 0;  // of a CRL, from 1; 0: the object itself
+};
+
+// `facts` tell an object or entry from others.
+class Visitor {
+ public:
+  virtual ~Visitor() = default;
+  virtual void note(const std::string &file, const std::string &text) = 0;
+  // A stretch of a file, an object or a CRL entry that cannot be read.
+  virtual void unreadable(const Place &place, const Json &problem) = 0;
+  virtual void beginObject(const Place &place, const Json &facts) = 0;
+  virtual void endObject() = 0;
+  // Only for entries that have extensions. Those of the CRL itself come first.
+  virtual void beginEntry(const Place &place, const Json &facts) = 0;
+  virtual void endEntry() = 0;
+  virtual void extension(const Place &place, const Extension &extension) = 0;
+  // A member of an extension list, by its number from 1, that is no extension.
+  virtual void unreadableExtension(const Place &place, uint32_t number, const ketra::Error &error) = 0;
+};
+
+// Returns false when a file could not be opened or read; standard error tells which.
+bool walk(const std::vector<std::string> &files, Visitor &visitor);
+
+}  // namespace tool
