@@ -1,4 +1,4 @@
-// Builds the extensions of a CA certificate, encodes them, and reads them back: the C++ face.
+// Encodes the extensions of a CA certificate and reads them back.
 #include <iostream>
 
 #include "ketra.hpp"
@@ -8,7 +8,7 @@ int main() try {
   extensions.set(ketra::BasicConstraints{true, 0}, /*critical=*/true);
   ketra::KeyUsage usage;
   usage.keyCertSign = usage.cRLSign = true;
-  extensions.set(usage, true);
+  extensions.set(usage, /*critical=*/true);
   extensions.set(ketra::SubjectKeyId{{0x01, 0x02, 0x03, 0x04}});
 
   const auto read = ketra::Extensions::decode(extensions.encode());
