@@ -207,7 +207,8 @@ KETRA_RUNTIME_API int32_t AsnOpenFromMem(AsnObject object, const AsnType *type, 
                                          AsnValue *value, AsnErrorBlock *err);
 /* Decodes the bound BER encoding (X.690 clause 8) against the type, in one pass and in time proportional to its
  * length. What is malformed is refused here, with offset and path; what is well formed but does not fit the interface
- * (an integer beyond 32 bits) fails in its getter. `reserved` is 0; `scratch` is not used. */
+ * (an integer beyond 32 bits) fails in its getter. Work memory is at most some 70 octets per octet of input (32-bit:
+ * 40), reached by lists of two-octet members. `reserved` is 0; `scratch` is not used. */
 KETRA_RUNTIME_API int32_t AsnDecode(AsnObject object, AsnValue value, int32_t reserved, uint32_t *scratch,
                                     AsnErrorBlock *err);
 /* Closes a value; its elements are dead from here on. */
@@ -216,13 +217,14 @@ KETRA_RUNTIME_API int32_t AsnClose(AsnObject object, AsnValue value, AsnErrorBlo
 /* ---- Elements ---------------------------------------------------------------------------------------------------- */
 
 /* Makes the element at the path and what is missing on the way; an existing element is returned as it is. Of list
- * members only number count + 1 can be made. Another alternative replaces the one a CHOICE holds. */
+ * members only number count + 1 can be made. Another alternative replaces the one a CHOICE holds. What was decoded
+ * cannot be changed (AsnError_State). */
 KETRA_RUNTIME_API int32_t AsnMakeElement(AsnObject object, AsnValue value, const char *path, AsnValue *element,
                                          AsnErrorBlock *err);
 /* Finds an element; an absent one is success with a null element. */
 KETRA_RUNTIME_API int32_t AsnGetElement(AsnObject object, AsnValue value, const char *path, AsnValue *element,
                                         AsnErrorBlock *err);
-/* Number of members of the SEQUENCE OF or SET OF at the path. */
+/* Number of members of the SEQUENCE OF or SET OF at the path; an absent one is AsnError_Absent. */
 KETRA_RUNTIME_API int32_t AsnCalCountOfSequence(AsnObject object, AsnValue value, const char *path, uint32_t *count,
                                                 AsnErrorBlock *err);
 /* The alternative that the CHOICE at the path holds, numbered from 1 in the order of its definition. */
@@ -297,8 +299,9 @@ KETRA_RUNTIME_API int32_t AsnMemObjectDestroy(AsnMemObject pool, AsnErrorBlock *
 
 /* ---- Memory utilities: results lie in the pool given first ------------------------------------------------------- */
 
-/* Encode the value (path "/" or null) or the element at the path. DER: X.690 clauses 10 and 11. BER: the same octets,
- * except that SET OF members keep their order and open types their octets. */
+/* Encode the value (path "/" or null) or the element at the path. DER: X.690 clauses 10 and 11; whether a bit string
+ * has named bits, and so no trailing zeros, is known to its setter only. BER: the same octets, except that SET OF
+ * members keep their order and open types their octets. */
 KETRA_RUNTIME_API int32_t AsnMUtilEncodeDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                                             AsnEncodedData *encoding, AsnErrorBlock *err);
 KETRA_RUNTIME_API int32_t AsnMUtilEncodeBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,

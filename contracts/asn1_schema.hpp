@@ -19,6 +19,9 @@
 
 namespace ketra::schema {
 
+// Reached only when a table is wrong: not constexpr, so the table does not compile.
+void badSchema(const char *why);
+
 enum class Kind : uint8_t {
   Boolean = 0x01,
   Integer = 0x02,
@@ -75,8 +78,12 @@ struct Tag {
   uint8_t octet = 0;
   bool isExplicit = false;
 };
-constexpr Tag Context(uint8_t number) { return {static_cast<uint8_t>(0x80 + number), false}; }
-constexpr Tag Explicit(uint8_t number) { return {static_cast<uint8_t>(0xA0 + number), true}; }
+constexpr uint8_t lowTagNumber(uint8_t number) {
+  if (number > 30) badSchema("tag numbers above 30 need more than one octet");
+  return number;
+}
+constexpr Tag Context(uint8_t number) { return {static_cast<uint8_t>(0x80 + lowTagNumber(number)), false}; }
+constexpr Tag Explicit(uint8_t number) { return {static_cast<uint8_t>(0xA0 + lowTagNumber(number)), true}; }
 constexpr Tag Universal(uint8_t number) { return {number, false}; }
 
 enum Presence : bool { Mandatory = false, Optional = true };
@@ -125,9 +132,6 @@ inline constexpr AsnType kTerminator{0x00FFFFFF, 0, 0, 0, nullptr};
 
 namespace detail {
 
-// Reached only when a table is wrong: not constexpr, so the table does not compile.
-void badSchema(const char *why);
-
 template <std::size_t N>
 constexpr std::size_t find(const Row (&rows)[N], Reference reference) {
   unsigned seen = 0;
@@ -160,6 +164,7 @@ constexpr BuiltIn applyTag(const Row &row, BuiltIn type) {
 // Kind and tag octet with which an element of row `i` is encoded.
 template <std::size_t N>
 constexpr BuiltIn resolve(const Row (&rows)[N], const std::array<std::size_t, N> &targets, std::size_t i) {
+  if (targets[i] != i && rows[targets[i]].tag.isExplicit) badSchema("an EXPLICIT tag belongs to a component");
   const BuiltIn type = targets[i] == i ? rows[i].builtIn : resolve(rows, targets, targets[i]);
   return applyTag(rows[i], type);
 }
@@ -178,7 +183,7 @@ consteval std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
       while (i + 1 + components < N && rows[i + 1 + components].isComponent) ++components;
     }
     const bool isList = row.isBuiltIn && (type.kind == Kind::SequenceOf || type.kind == Kind::SetOf);
-    if (isList && components != 1) detail::badSchema("a list has exactly one element row");
+    if (isList && components != 1) badSchema("a list has exactly one element row");
     records[i] = {
         .descriptor = static_cast<uint32_t>(type.tag) << 24 | 1u << 16 | classOf(type.kind) << 8 |
                       static_cast<uint32_t>(type.kind),

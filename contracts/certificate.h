@@ -31,7 +31,7 @@ typedef struct KetraExtension {
   X(KetraObjectError_Index, 0x02500003, "no extension has this index")                                   \
   X(KetraObjectError_Absent, 0x02500004, "no extension has this identifier")                             \
   X(KetraObjectError_Duplicate, 0x02500005, "an identifier occurs twice (RFC 5280 4.2)")                 \
-  X(KetraObjectError_Empty, 0x02500006, "an extension without value octets, or an Extensions without members")
+  X(KetraObjectError_Empty, 0x02500006, "an Extensions SEQUENCE has at least one member")
 
 enum { KETRA_CERTIFICATE_ERROR_LIST(ASN_ERROR_CONSTANT) KetraObjectErrorListEnd = 0 };
 

@@ -11,7 +11,7 @@ int32_t beginSet(const Operation &op, const Extension &extension, AsnObject *wor
 }
 
 // Closes and destroys: the work object must be gone without complaint before anything is stored.
-int32_t finishGet(const Operation &op, AsnObject work, AsnValue value) {
+int32_t closeAndDestroy(const Operation &op, AsnObject work, AsnValue value) {
   if (op.failed(AsnClose(work, value, op.err()), "Call AsnClose")) return abandon(work, nullptr, -1);
   return op.failed(AsnObjectDestroy(work, op.err()), "Call AsnObjectDestroy") ? -1 : 0;
 }
@@ -21,7 +21,7 @@ int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &
   AsnEncodedData encoding{nullptr, 0};
   const int32_t encoded = AsnMUtilEncodeDER(extensions->pool, work, value, extension.encodePath, &encoding, op.err());
   if (op.failed(encoded, "Call AsnMUtilEncodeDER")) return abandon(work, value, -1);
-  if (finishGet(op, work, value) != 0) return -1;
+  if (closeAndDestroy(op, work, value) != 0) return -1;
   const int32_t stored = ketraObjectSsetExt(extensions, extension.objid, &encoding, critical, op.err());
   return op.failed(stored, "Call ketraObjectSsetExt") ? stored : 0;
 }

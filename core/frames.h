@@ -28,7 +28,7 @@ int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &
                   AsnObject work, AsnValue value);
 int32_t beginGet(const Operation &op, KetraObject extensions, const Extension &extension, AsnObject *work,
                  AsnValue *value);
-int32_t finishGet(const Operation &op, AsnObject work, AsnValue value);
+int32_t closeAndDestroy(const Operation &op, AsnObject work, AsnValue value);
 
 }  // namespace detail
 
@@ -54,7 +54,7 @@ int32_t getFrame(const Operation &op, KetraObject extensions, const void *struct
   AsnValue value = nullptr;
   if (const int32_t result = detail::beginGet(op, extensions, extension, &work, &value); result != 0) return result;
   if (const int32_t result = read(work, value); result != 0) return abandon(work, value, result);
-  return detail::finishGet(op, work, value);
+  return detail::closeAndDestroy(op, work, value);
 }
 
 }  // namespace ketra

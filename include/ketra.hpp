@@ -92,14 +92,18 @@ void run(Call &&call) {
   if (call(&err) != 0) throw Error(err);
 }
 
+[[noreturn]] inline void fail(uint32_t code, const char *function, const char *message) {
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  err.code = code;
+  AsnErrorInfo("ketra.hpp", function, message, &err, nullptr, 0);
+  throw Error(err);
+}
+
 // The length of `view` as the C interface takes it.
 inline uint32_t length(View view) {
   if (view.size() <= std::numeric_limits<uint32_t>::max()) return static_cast<uint32_t>(view.size());
-  AsnErrorBlock err;
-  AsnErrorReset(&err);
-  err.code = AsnError_Range;
-  AsnErrorInfo("ketra.hpp", "ketra::View", "more than 4294967295 octets", &err, nullptr, 0);
-  throw Error(err);
+  fail(AsnError_Range, "ketra::View", "more than 4294967295 octets");
 }
 
 inline AsnEncodedData encoded(View view) { return {view.data(), length(view)}; }
@@ -143,6 +147,8 @@ class ObjectIdentifier {
 
   // "2.5.29.19"; a malformed text is an Error.
   static ObjectIdentifier parse(const std::string &text) {
+    if (text.find('\0') != std::string::npos)
+      detail::fail(AsnError_Objid, "ketra::ObjectIdentifier", "an embedded NUL");
     AsnMemObject pool = nullptr;
     detail::run([&](AsnErrorBlock *err) { return AsnMemObjectCreate(&pool, err); });
     const std::unique_ptr<AsnMemObjectRecord, void (*)(AsnMemObject)> owner(
@@ -426,9 +432,11 @@ class Extensions {
   }
 
   bool erase(const Objid &objid) {
-    if (search(objid) == nullptr) return false;
-    detail::run([&](AsnErrorBlock *err) { return KetraObjectDeleteExt(handle(), &objid, err); });
-    return true;
+    AsnErrorBlock err;
+    AsnErrorReset(&err);
+    if (KetraObjectDeleteExt(handle(), &objid, &err) == 0) return true;
+    if (err.code == KetraObjectError_Absent) return false;
+    throw Error(err);
   }
 
   std::unique_ptr<KetraObjectRecord, Destroy> object_;

@@ -29,7 +29,8 @@ KETRA_RUNTIME_API uint32_t AsnErrorText(const AsnErrorBlock *err, const AsnError
 /* ---- Memory pool ------------------------------------------------------------------------------------------------- */
 
 /* Bounds the octets that the pool holds from the system, its own record included; 0 lifts the bound. An allocation
- * that would exceed it fails with AsnMemError_Limit; what is already held stays. */
+ * that would exceed it fails with AsnMemError_Limit; what is already held stays. Lists of freed blocks (some 400
+ * octets) are not counted. The limit bounds what results cost, not the work memory of a decoder: see AsnDecode. */
 KETRA_RUNTIME_API int32_t AsnMemObjectSetLimit(AsnMemObject pool, uint64_t octets, AsnErrorBlock *err);
 /* Live allocations of the pool: octets as they were asked for, and blocks. */
 KETRA_RUNTIME_API int32_t AsnMemObjectUsage(AsnMemObject pool, uint64_t *octets, uint32_t *blocks, AsnErrorBlock *err);
@@ -59,8 +60,8 @@ KETRA_RUNTIME_API int32_t KetraObjectGetMemObject(KetraObject object, AsnMemObje
 
 /* ---- Times and identifiers --------------------------------------------------------------------------------------- */
 
-/* ISO 8601, "2026-01-31T23:59:59Z" or with up to six digits of fraction. The text form needs 28 octets, NUL included.
- */
+/* ISO 8601, "2026-01-31T23:59:59Z", with up to six digits of fraction; read with an offset ("+01:00") too. The text
+ * form needs 28 octets, NUL included. */
 KETRA_RUNTIME_API int32_t GtimeFromText(const char *text, Gtime *time, AsnErrorBlock *err);
 KETRA_RUNTIME_API int32_t GtimeToText(const Gtime *time, char *text, uint32_t size, AsnErrorBlock *err);
 /* Seconds since 1970-01-01T00:00:00Z and microseconds 0 to 999999 after that second. */

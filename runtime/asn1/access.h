@@ -6,6 +6,13 @@
 
 namespace ketra::asn1 {
 
+// Whether an operation was given its work object and a place for its result.
+inline bool isGiven(const Call &call, AsnObject object, const void *place) {
+  if (object != nullptr && place != nullptr) return true;
+  call.fail(AsnError_NullParameter, "no work object or no place for the result");
+  return false;
+}
+
 enum class Need : bool { Optional, Mandatory };
 
 // The element at the path, whose type must satisfy `fits`; null when it is absent and may be. False after a failure.

@@ -8,7 +8,7 @@ Call check(const char *function, AsnErrorBlock *err) { return {kCheckModule, fun
 
 int32_t failNull(const Call &call) { return call.fail(AsnCheckError_NullParameter, "no structure to check"); }
 
-int32_t checkPointer(const Call &call, const void *octets, uint32_t length) {
+int32_t checkPointer(const Call &call, const void *octets, const uint32_t &length) {
   if (octets != nullptr || length == 0) return 0;
   return call.fail(AsnCheckError_Pointer, Text() << "a null pointer with a length of " << length, &length,
                    static_cast<uint32_t>(sizeof length));

@@ -14,7 +14,7 @@ bool matchesTag(const AsnType *type, uint8_t identifier) {
     if (tag == identifier) return true;
     return (tag | 0x20) == identifier && !isExplicit(type) && isSegmentable(type);
   }
-  if (kindOf(type) == Kind::Open) return identifier != 0;
+  if (kindOf(type) == Kind::Open) return (identifier & ~0x20) != 0;  // never the tag of end-of-contents
   return alternativeOf(type, identifier) != nullptr;
 }
 

@@ -34,26 +34,14 @@ bool encodingOf(const Call &call, Arena &arena, const Node *element, bool der, c
   }
 }
 
-namespace {
-
-// The element of a query, whose out-parameters the caller has checked; null when absent.
-bool find(const Call &call, AsnObject object, AsnValue value, const char *path, Node **element, const AsnType **type) {
-  if (object != nullptr) return findElement(call, value, path, element, type);
-  call.fail(AsnError_NullParameter, "no work object");
-  return false;
-}
-
-int32_t failNoPlace(const Call &call) { return call.fail(AsnError_NullParameter, "no place for the result"); }
-
-}  // namespace
 }  // namespace ketra::asn1
 
 using namespace ketra::asn1;
 
 int32_t AsnMakeElement(AsnObject object, AsnValue value, const char *path, AsnValue *element, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (object == nullptr || element == nullptr) return failNoPlace(call);
-  Node *made = makeElement(call, object->arena, value, path);
+  if (!isGiven(call, object, element)) return -1;
+  Node *made = makeElement(call, object->arena, value, path, nullptr);
   if (made == nullptr) return -1;
   *element = made;
   return 0;
@@ -61,20 +49,20 @@ int32_t AsnMakeElement(AsnObject object, AsnValue value, const char *path, AsnVa
 
 int32_t AsnGetElement(AsnObject object, AsnValue value, const char *path, AsnValue *element, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (element == nullptr) return failNoPlace(call);
+  if (!isGiven(call, object, element)) return -1;
   Node *found = nullptr;
   const AsnType *type = nullptr;
-  if (!find(call, object, value, path, &found, &type)) return -1;
+  if (!findElement(call, value, path, &found, &type)) return -1;
   *element = found;
   return 0;
 }
 
 int32_t AsnCalCountOfSequence(AsnObject object, AsnValue value, const char *path, uint32_t *count, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (count == nullptr) return failNoPlace(call);
+  if (!isGiven(call, object, count)) return -1;
   Node *list = nullptr;
   const AsnType *type = nullptr;
-  if (!find(call, object, value, path, &list, &type)) return -1;
+  if (!findElement(call, value, path, &list, &type)) return -1;
   if (!isList(kindOf(type))) return call.fail(AsnError_Kind, Text() << nameOf(type) << " is no list");
   if (list == nullptr) return call.fail(AsnError_Absent, Text() << nameOf(type) << " is absent");
   *count = list->length;
@@ -83,10 +71,10 @@ int32_t AsnCalCountOfSequence(AsnObject object, AsnValue value, const char *path
 
 int32_t AsnCalNumberOfChoice(AsnObject object, AsnValue value, const char *path, uint32_t *number, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (number == nullptr) return failNoPlace(call);
+  if (!isGiven(call, object, number)) return -1;
   Node *choice = nullptr;
   const AsnType *type = nullptr;
-  if (!find(call, object, value, path, &choice, &type)) return -1;
+  if (!findElement(call, value, path, &choice, &type)) return -1;
   if (kindOf(type) != Kind::Choice) return call.fail(AsnError_Kind, Text() << nameOf(type) << " is no CHOICE");
   if (choice == nullptr || choice->children[0] == nullptr) {
     return call.fail(AsnError_Absent, Text() << nameOf(type) << " has no alternative");
@@ -98,10 +86,10 @@ int32_t AsnCalNumberOfChoice(AsnObject object, AsnValue value, const char *path,
 int32_t AsnCalAddressOfValFld(AsnObject object, AsnValue value, const char *path, const uint8_t **address,
                               uint32_t *length, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (address == nullptr || length == nullptr) return failNoPlace(call);
+  if (!isGiven(call, object, address) || !isGiven(call, object, length)) return -1;
   Node *element = nullptr;
   const AsnType *type = nullptr;
-  if (!find(call, object, value, path, &element, &type)) return -1;
+  if (!findElement(call, value, path, &element, &type)) return -1;
   if (element == nullptr) {
     *address = nullptr;
     *length = ASN_ABSENT_LENGTH;
@@ -119,7 +107,7 @@ int32_t AsnCalAddressOfValFld(AsnObject object, AsnValue value, const char *path
     return call.fail(AsnError_State, Text() << nameOf(type) << " was not decoded: it has no encoding yet");
   }
   Fault fault;
-  Header header;  // cannot fail: the decoder has read it
+  Header header{};  // cannot fail: the decoder has read it
   readHeader(element->encoding, element->encoding + element->encodingLength, header, fault);
   *address = element->encoding + header.size;
   *length = header.indefinite ? element->encodingLength - header.size - 2 : header.length;
@@ -128,10 +116,10 @@ int32_t AsnCalAddressOfValFld(AsnObject object, AsnValue value, const char *path
 
 int32_t AsnCalLengthOfValFld(AsnObject object, AsnValue value, const char *path, uint32_t *length, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (length == nullptr) return failNoPlace(call);
+  if (!isGiven(call, object, length)) return -1;
   Node *element = nullptr;
   const AsnType *type = nullptr;
-  if (!find(call, object, value, path, &element, &type)) return -1;
+  if (!findElement(call, value, path, &element, &type)) return -1;
   if (element == nullptr) {
     *length = ASN_ABSENT_LENGTH;
     return 0;

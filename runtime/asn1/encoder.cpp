@@ -108,6 +108,8 @@ bool Encoder::begin(const Node *node) {
 bool Encoder::writeChild(Frame &frame) {
   const Node *node = frame.node;
   const Node *child = node->children[--frame.next];
+  const bool isUnset = child != nullptr && !hasChildren(kindOf(child->record)) && !child->isSet;
+  if (isUnset && isOptional(child->record)) return true;  // made, but never set: absent
   if (child != nullptr) return begin(child);
   if (kindOf(node->record) == Kind::Choice) {
     call_.fail(AsnError_Incomplete, Text() << nameOf(node->record) << " has no alternative");

@@ -30,10 +30,8 @@ bool readInteger(const Call &call, const Node *element, int32_t *integer) {
   return true;
 }
 
-int32_t failNoPlace(const Call &call) { return call.fail(AsnError_NullParameter, "no work object or place"); }
-
 int32_t getEncoded(const Call &call, AsnObject object, AsnValue value, const char *path, AsnBuffer *buffer, bool der) {
-  if (object == nullptr || buffer == nullptr || buffer->octets == nullptr) return failNoPlace(call);
+  if (!isGiven(call, object, buffer) || !isGiven(call, object, buffer->octets)) return -1;
   Node *element = nullptr;
   const auto any = [](const AsnType *) { return true; };
   if (!findScalar(call, value, path, Need::Mandatory, any, &element)) return -1;
@@ -52,7 +50,7 @@ using namespace ketra::asn1;
 
 int32_t AsnGetIntBER(AsnObject object, AsnValue value, const char *path, int32_t *integer, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (object == nullptr || integer == nullptr) return failNoPlace(call);
+  if (!isGiven(call, object, integer)) return -1;
   Node *element = nullptr;
   if (!findScalar(call, value, path, Need::Mandatory, isNumber, &element)) return -1;
   return readInteger(call, element, integer) ? 0 : -1;
@@ -60,7 +58,7 @@ int32_t AsnGetIntBER(AsnObject object, AsnValue value, const char *path, int32_t
 
 int32_t AsnGetOptBoolBER(AsnObject object, AsnValue value, const char *path, AsnBoolOpt *boolean, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (object == nullptr || boolean == nullptr) return failNoPlace(call);
+  if (!isGiven(call, object, boolean)) return -1;
   Node *element = nullptr;
   if (!findScalar(call, value, path, Need::Optional, isBoolean, &element)) return -1;
   *boolean = {element != nullptr && element->content[0] != 0 ? 1 : 0, element != nullptr ? 1 : 0};
@@ -69,7 +67,7 @@ int32_t AsnGetOptBoolBER(AsnObject object, AsnValue value, const char *path, Asn
 
 int32_t AsnGetOptIntBER(AsnObject object, AsnValue value, const char *path, AsnIntOpt *integer, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (object == nullptr || integer == nullptr) return failNoPlace(call);
+  if (!isGiven(call, object, integer)) return -1;
   Node *element = nullptr;
   if (!findScalar(call, value, path, Need::Optional, isNumber, &element)) return -1;
   AsnIntOpt read = {0, 0};
@@ -83,7 +81,7 @@ int32_t AsnGetOptIntBER(AsnObject object, AsnValue value, const char *path, AsnI
 
 int32_t AsnGetObjidBER(AsnObject object, AsnValue value, const char *path, Objid *objid, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (object == nullptr || objid == nullptr) return failNoPlace(call);
+  if (!isGiven(call, object, objid)) return -1;
   // The one place with state outside the objects: this operation has no pool to put the arcs into.
   constexpr uint32_t kMaxArcs = 128;
   thread_local uint32_t arcs[kMaxArcs];

@@ -229,7 +229,8 @@ int32_t AsnMUtilGetEncodedDataOptBER(AsnMemObject pool, AsnObject object, AsnVal
 int32_t AsnMUtilCopyEncodedDataDER(AsnMemObject pool, AsnEncodedData *destination, const AsnEncodedData *source,
                                    AsnErrorBlock *err) {
   const Call call = utility(__func__, err);
-  if (source != nullptr && source->octets != nullptr) {
+  if (source != nullptr) {
+    if (source->octets == nullptr) return call.fail(AsnMUtilError_Pointer, "no encoding");
     Fault fault;
     switch (checkLengths(source->octets, source->length, fault)) {
       case Lengths::Der: break;

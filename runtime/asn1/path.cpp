@@ -84,21 +84,34 @@ Node *childOf(const Node *parent, const AsnType *component, uint32_t number) {
   }
 }
 
-Node *makeChild(const Call &call, Arena &arena, Node *parent, const AsnType *component, uint32_t number) {
-  Node *child = nullptr;
-  if (isList(kindOf(parent->record))) {
-    if (number != uint64_t{parent->length} + 1) {
-      call.fail(AsnError_Path, Text() << "member " << number << " cannot be made: " << nameOf(parent->record) << " has "
-                                      << parent->length);
-      return nullptr;
+// Whether the path can be made as far as its types and member numbers go; with the element when it is there already.
+bool canMake(const Call &call, Node *base, const char *path, bool (*fits)(const AsnType *), Node **element) {
+  const AsnType *type = base->record;
+  *element = base;
+  std::string_view step;
+  for (Steps steps(path); steps.next(&step);) {
+    uint32_t number = 0;
+    const AsnType *component = stepType(call, type, step, &number);
+    if (component == nullptr) return false;
+    const uint32_t members = *element == nullptr ? 0 : (*element)->length;
+    if (isList(kindOf(type)) && (number == 0 || number - 1 > members)) {
+      call.fail(AsnError_Path,
+                Text() << "member " << step << " cannot be made: " << nameOf(type) << " has " << members);
+      return false;
     }
-    child = appendMember(arena, parent);
-  } else {
-    child = newNode(arena, component);
-    const auto place = kindOf(parent->record) == Kind::Choice ? 0 : component - definitionOf(parent->record) - 1;
-    if (child != nullptr) parent->children[place] = child;
+    if (*element != nullptr) *element = childOf(*element, component, number);
+    type = component;
   }
-  if (child == nullptr) call.fail(AsnError_OutOfMemory, "the system has no memory for an element");
+  if (fits == nullptr || fits(type)) return true;
+  call.fail(AsnError_Kind, Text() << nameOf(type) << " is of another type than the operation sets");
+  return false;
+}
+
+Node *makeChild(Arena &arena, Node *parent, const AsnType *component) {
+  if (isList(kindOf(parent->record))) return appendMember(arena, parent);
+  Node *child = newNode(arena, component);
+  const auto place = kindOf(parent->record) == Kind::Choice ? 0 : component - definitionOf(parent->record) - 1;
+  if (child != nullptr) parent->children[place] = child;
   return child;
 }
 
@@ -120,17 +133,24 @@ bool findElement(const Call &call, Node *base, const char *path, Node **element,
   return true;
 }
 
-Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path) {
+Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *)) {
   if (!isUsable(call, base)) return nullptr;
-  Node *node = base;
+  if (base->encoding != nullptr) {
+    call.fail(AsnError_State, "a value that was decoded cannot be changed");
+    return nullptr;
+  }
+  Node *node = nullptr;
+  if (!canMake(call, base, path, fits, &node)) return nullptr;
+  if (node != nullptr) return node;
+  node = base;
   std::string_view step;
   for (Steps steps(path); node != nullptr && steps.next(&step);) {
     uint32_t number = 0;
     const AsnType *component = stepType(call, node->record, step, &number);
-    if (component == nullptr) return nullptr;
     Node *child = childOf(node, component, number);
-    node = child != nullptr ? child : makeChild(call, arena, node, component, number);
+    node = child != nullptr ? child : makeChild(arena, node, component);
   }
+  if (node == nullptr) call.fail(AsnError_OutOfMemory, "the system has no memory for an element");
   return node;
 }
 

@@ -69,6 +69,7 @@ struct alignas(kAlignment) AsnMemObjectRecord {
   FreeLists *freeLists;  // made by the first free that needs them
   LargeBlock **large;    // table of buckets, a power of two of them; null while there is no large block
   uint64_t held;         // from the system
+  uint64_t inChunks;     // of that, in chunks
   uint64_t limit;        // 0 = none
   uint64_t liveOctets;
   uint32_t liveBlocks;
@@ -91,8 +92,13 @@ std::size_t bucketOf(AsnMemObject pool, const void *memory) {
   return pool->bucketBits == 0 ? 0 : static_cast<std::size_t>(mixed >> (64 - pool->bucketBits));
 }
 
+// What may still be had under the limit.
+uint64_t roomLeft(AsnMemObject pool) {
+  return pool->limit == 0 ? UINT64_MAX : pool->limit - std::min(pool->limit, pool->held);
+}
+
 void *fromSystem(AsnMemObject pool, uint64_t size, const Call &call) {
-  if (pool->limit != 0 && size > pool->limit - std::min(pool->limit, pool->held)) {
+  if (size > roomLeft(pool)) {
     call.fail(AsnMemError_Limit, Text() << size << " octets more would exceed the limit of " << pool->limit
                                         << " octets; " << pool->held << " are held");
     return nullptr;
@@ -106,21 +112,14 @@ void *fromSystem(AsnMemObject pool, uint64_t size, const Call &call) {
   return memory;
 }
 
-// Zeroed memory for the pool's own tables; their absence is no error of the caller's.
-void *tableFromSystem(AsnMemObject pool, std::size_t size) {
-  void *memory = fromSystem(pool, size, Call{kPoolModule, "", nullptr});
-  if (memory != nullptr) std::memset(memory, 0, size);
-  return memory;
-}
-
-// A new chunk as large as everything held so far, so their number stays logarithmic; less under a limit.
+// A new chunk as large as all chunks so far, or half of what a limit leaves: so their number stays logarithmic.
 bool grow(AsnMemObject pool, std::size_t needed, const Call &call) {
   const uint64_t least = sizeof(Chunk) + needed;
-  uint64_t size = std::max<uint64_t>({least, kFirstGrowth, pool->held});
-  if (pool->limit != 0 && size > pool->limit - std::min(pool->limit, pool->held)) size = least;
-  size = (size + kAlignment - 1) / kAlignment * kAlignment;
+  const uint64_t wanted = std::max<uint64_t>(kFirstGrowth, pool->inChunks);
+  const uint64_t size = std::max(least, std::min(wanted, roomLeft(pool) / 2) / kAlignment * kAlignment);
   auto *chunk = static_cast<Chunk *>(fromSystem(pool, size, call));
   if (chunk == nullptr) return false;
+  pool->inChunks += size;
   chunk->next = pool->chunks;
   chunk->end = reinterpret_cast<std::byte *>(chunk) + size;
   pool->chunks = chunk;
@@ -140,11 +139,12 @@ void *start(AsnMemObject pool, std::byte *memory, uint32_t size) {
   return memory;
 }
 
-// Twice as many buckets once the lists grow; without memory for them the old ones serve on, only slower.
-void growTable(AsnMemObject pool) {
+// More buckets once the lists grow; without memory for them the old ones serve on, only slower.
+void growTable(AsnMemObject pool, const Call &call) {
   const uint32_t bits = pool->large == nullptr ? 4 : pool->bucketBits + 2;
-  auto **table = static_cast<LargeBlock **>(tableFromSystem(pool, sizeof(LargeBlock *) << bits));
+  auto **table = static_cast<LargeBlock **>(fromSystem(pool, sizeof(LargeBlock *) << bits, call));
   if (table == nullptr) return;
+  std::fill_n(table, std::size_t{1} << bits, nullptr);
   const std::size_t oldSize = pool->large == nullptr ? 0 : std::size_t{1} << pool->bucketBits;
   pool->bucketBits = bits;
   for (std::size_t i = 0; i < oldSize; ++i) {
@@ -162,10 +162,11 @@ void growTable(AsnMemObject pool) {
 }
 
 void *allocateLarge(AsnMemObject pool, uint32_t size, const Call &call) {
-  if (pool->large == nullptr || pool->largeCount >= std::size_t{2} << pool->bucketBits) growTable(pool);
   if (pool->large == nullptr) {
-    call.fail(AsnMemError_OutOfMemory, "the system has no memory for the table of large blocks");
-    return nullptr;
+    growTable(pool, call);
+    if (pool->large == nullptr) return nullptr;
+  } else if (pool->largeCount >= std::size_t{2} << pool->bucketBits) {
+    growTable(pool, Call{kPoolModule, "", nullptr});
   }
   auto *block = static_cast<LargeBlock *>(fromSystem(pool, sizeof(LargeBlock) + uint64_t{size}, call));
   if (block == nullptr) return nullptr;
@@ -237,8 +238,9 @@ void freeSmall(AsnMemObject pool, Header *header, std::byte *memory) {
     return;
   }
   if (pool->freeLists == nullptr) {
-    // Without memory for the lists, the block waits for the pool's end.
-    pool->freeLists = static_cast<FreeLists *>(tableFromSystem(pool, sizeof(FreeLists)));
+    // Not charged to a limit, which would keep a full pool from taking anything back. Without memory for the lists, the
+    // block waits for the pool's end.
+    pool->freeLists = static_cast<FreeLists *>(std::calloc(1, sizeof(FreeLists)));
     if (pool->freeLists == nullptr) return;
   }
   auto *block = reinterpret_cast<FreeBlock *>(memory);
@@ -261,7 +263,7 @@ int32_t createPool(std::size_t size, AsnMemObject *pool, const Call &call) {
   chunk->end = static_cast<std::byte *>(memory) + size;
   record->chunks = chunk;
   record->next = chunk->begin();
-  record->held = size;
+  record->held = record->inChunks = size;
   poison(record->next, static_cast<std::size_t>(chunk->end - record->next));
   *pool = record;
   return 0;

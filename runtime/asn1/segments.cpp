@@ -26,8 +26,7 @@ class Segments {
       Header header;
       if (!readHeader(p_, level.end, header, fault)) return Step::Fault;
       if ((header.identifier & ~0x20) != tag_) {
-        fault.set(AsnError_Segment, p_) << "a segment with tag " << uint32_t{header.identifier} << " instead of "
-                                        << uint32_t{tag_};
+        (fault.set(AsnError_Segment, p_).hex(header.identifier) << " is no tag of a segment, which has ").hex(tag_);
         return Step::Fault;
       }
       const uint8_t *at = p_;

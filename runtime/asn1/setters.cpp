@@ -12,17 +12,13 @@ class Setter {
   Setter(const char *function, AsnObject object, AsnErrorBlock *err)
       : call{kRuntimeModule, function, err}, object_(object) {}
 
-  template <class Fits>
-  bool make(AsnValue value, const char *path, Fits &&fits) {
+  bool make(AsnValue value, const char *path, bool (*fits)(const AsnType *)) {
     if (object_ == nullptr) {
       call.fail(AsnError_NullParameter, "no work object");
       return false;
     }
-    element_ = makeElement(call, object_->arena, value, path);
-    if (element_ == nullptr) return false;
-    if (fits(element_->record)) return true;
-    call.fail(AsnError_Kind, Text() << nameOf(element_->record) << " is of another type than the operation sets");
-    return false;
+    element_ = makeElement(call, object_->arena, value, path, fits);
+    return element_ != nullptr;
   }
 
   // Room for content that the caller fills at once; null without memory.

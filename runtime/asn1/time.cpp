@@ -64,7 +64,7 @@ class TimeReader {
     return (value >= low && value <= high) || malformed(what);
   }
   bool malformed(const char *what) {
-    reason_ << "malformed time: " << what;
+    reason_ = Text() << "malformed time: " << what;
     form = TimeForm::Malformed;
     return false;
   }
@@ -136,8 +136,8 @@ bool readZone(TimeReader &reader, bool isIso, int64_t *microseconds) {
   int64_t hour = 0;
   int64_t minute = 0;
   if (!reader.number(2, 0, 23, "offset", hour)) return false;
-  if (isIso) reader.accept(':');
-  if (!reader.atEnd() && !reader.number(2, 0, 59, "offset", minute)) return false;
+  const bool needsMinutes = isIso && reader.accept(':');
+  if ((needsMinutes || !reader.atEnd()) && !reader.number(2, 0, 59, "offset", minute)) return false;
   const int64_t offset = (hour * 60 + minute) * 60 * kMicrosecondsPerSecond;
   *microseconds += east ? -offset : offset;
   return reader.atEnd() || reader.malformed("octets after the end");

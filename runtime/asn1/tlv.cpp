@@ -76,7 +76,7 @@ bool readHeaderSlow(const uint8_t *p, const uint8_t *end, Header &header, Fault 
   }
   if (!readLength(q, end, header, fault)) return false;
   header.size = static_cast<uint32_t>(q - p);
-  if (header.length > end - q) {
+  if (header.length > static_cast<std::size_t>(end - q)) {
     fault.set(AsnError_Truncated, p) << "a length of " << header.length << " octets where " << uint64_t(end - q)
                                      << " are left";
     return false;
@@ -89,7 +89,7 @@ namespace {
 // The header of a value; EOC octets are none.
 bool readValueHeader(const uint8_t *p, const uint8_t *end, Header &header, Fault &fault) {
   if (!readHeader(p, end, header, fault)) return false;
-  if (header.identifier != 0) return true;
+  if ((header.identifier & ~0x20) != 0) return true;
   fault.set(AsnError_EndOfContents, p) << "end-of-contents octets where a value is needed";
   return false;
 }
@@ -211,7 +211,7 @@ uint8_t *writeBackwards(const uint8_t *octets, uint32_t length, const Place *pla
     last = place.depth;
     const uint8_t *p = octets + place.offset;
     Fault none;  // the walk has read these headers
-    Header header;
+    Header header{};
     readHeader(p, octets + length, header, none);
     if (!header.constructed()) {
       out -= header.length;

@@ -30,11 +30,13 @@ constexpr schema::Row kRows[] = {
 };
 constexpr auto kExtensions = schema::compile(kRows);
 
-// One extension. Arcs and value have blocks of their own in the pool; a value that came with a whole encoding lies in
-// the copy of that.
+// One extension, linked in encoding order. Arcs and value have blocks of their own in the pool; a value that came with
+// a whole encoding lies in the copy of that.
 struct Entry {
   KetraExtension extension;
   bool ownsValue;
+  Entry *previous;
+  Entry *next;
 };
 
 bool sameObjid(const Objid &a, const Objid &b) {
@@ -47,8 +49,9 @@ class Table {
   explicit Table(AsnMemObject pool) : pool_(pool) {}
 
   uint32_t count() const { return count_; }
-  Entry *at(uint32_t position) const { return entries_[position]; }
+  Entry *first() const { return first_; }
   Entry *find(const Objid &objid) const;
+  Entry *at(uint32_t position);  // below count(); the cost is the distance from the last one asked for, or an end
   // Makes an entry around arcs and value that are in the pool already and whose identifier is new to the table.
   int32_t append(const KetraExtension &extension, bool ownsValue, AsnErrorBlock *err);
   void remove(Entry *entry);
@@ -60,97 +63,111 @@ class Table {
  private:
   static constexpr uint32_t kUnindexed = 16;  // so many are found fast enough one by one
 
-  uint64_t hash(const Objid &objid) const;
-  bool grow(AsnErrorBlock *err);
-  void reindex();
+  uint32_t slotOf(const Objid &objid) const;
+  int32_t makeRoom(AsnErrorBlock *err);
   void enter(Entry *entry);
-  Entry *findByIndex(const Objid &objid) const;
+  void leave(const Entry *entry);
   void freeEntry(Entry *entry) const;
 
   AsnMemObject pool_;
-  Entry **entries_ = nullptr;
+  Entry *first_ = nullptr;
+  Entry *last_ = nullptr;
   uint32_t count_ = 0;
-  uint32_t capacity_ = 0;
-  Entry **index_ = nullptr;  // open addressing; at most half full
+  Entry *visited_ = nullptr;  // the entry that was asked for last, at its position
+  uint32_t visitedAt_ = 0;
+  Entry **index_ = nullptr;  // open addressing, at most half full; null while there are few entries
   uint32_t indexSize_ = 0;   // a power of two
 };
 
-// Mixed with an address, so that nobody who writes certificates can make identifiers collide.
-uint64_t Table::hash(const Objid &objid) const {
+// The first slot to look at. Mixed with an address, so that nobody who writes certificates can make identifiers
+// collide.
+uint32_t Table::slotOf(const Objid &objid) const {
   uint64_t mixed = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(pool_)) | 1;
   for (uint32_t i = 0; i < objid.count; ++i) {
     mixed = (mixed ^ objid.arcs[i]) * 0x9E3779B97F4A7C15u;
     mixed ^= mixed >> 32;
   }
-  return mixed * 0xC2B2AE3D27D4EB4Fu >> 20;
+  return static_cast<uint32_t>(mixed * 0xC2B2AE3D27D4EB4Fu >> 32) & (indexSize_ - 1);
 }
 
 Entry *Table::find(const Objid &objid) const {
-  if (index_ != nullptr) return findByIndex(objid);
-  for (uint32_t i = 0; i < count_; ++i) {
-    if (sameObjid(entries_[i]->extension.objid, objid)) return entries_[i];
+  if (index_ == nullptr) {
+    Entry *entry = first_;
+    while (entry != nullptr && !sameObjid(entry->extension.objid, objid)) entry = entry->next;
+    return entry;
   }
-  return nullptr;
-}
-
-Entry *Table::findByIndex(const Objid &objid) const {
-  for (uint64_t slot = hash(objid);; ++slot) {
-    Entry *entry = index_[slot & (indexSize_ - 1)];
-    if (entry == nullptr || sameObjid(entry->extension.objid, objid)) return entry;
+  for (uint32_t slot = slotOf(objid);; slot = (slot + 1) & (indexSize_ - 1)) {
+    if (index_[slot] == nullptr || sameObjid(index_[slot]->extension.objid, objid)) return index_[slot];
   }
 }
 
-void Table::enter(Entry *entry) {
-  uint64_t slot = hash(entry->extension.objid);
-  while (index_[slot & (indexSize_ - 1)] != nullptr) ++slot;
-  index_[slot & (indexSize_ - 1)] = entry;
+Entry *Table::at(uint32_t position) {
+  const uint32_t fromVisited = position < visitedAt_ ? visitedAt_ - position : position - visitedAt_;
+  if (visited_ == nullptr || position < fromVisited) {
+    visited_ = first_;
+    visitedAt_ = 0;
+  } else if (count_ - 1 - position < fromVisited) {
+    visited_ = last_;
+    visitedAt_ = count_ - 1;
+  }
+  for (; visitedAt_ < position; ++visitedAt_) visited_ = visited_->next;
+  for (; visitedAt_ > position; --visitedAt_) visited_ = visited_->previous;
+  return visited_;
 }
 
 int32_t Table::append(const KetraExtension &extension, bool ownsValue, AsnErrorBlock *err) {
-  if (count_ == capacity_ && !grow(err)) return -1;
   void *memory = nullptr;
-  if (AsnMemObjectMalloc(pool_, sizeof(Entry), &memory, err) != 0) return -1;
-  entries_[count_++] = new (memory) Entry{extension, ownsValue};
-  if (index_ != nullptr && count_ <= indexSize_ / 2) {
-    enter(entries_[count_ - 1]);
-  } else if (count_ > kUnindexed) {
-    reindex();
-  }
+  if (makeRoom(err) != 0 || AsnMemObjectMalloc(pool_, sizeof(Entry), &memory, err) != 0) return -1;
+  auto *entry = new (memory) Entry{extension, ownsValue, last_, nullptr};
+  (last_ == nullptr ? first_ : last_->next) = entry;
+  last_ = entry;
+  ++count_;
+  if (index_ != nullptr) enter(entry);
   return 0;
 }
 
-bool Table::grow(AsnErrorBlock *err) {
-  const uint32_t capacity = capacity_ == 0 ? 8 : 2 * capacity_;
+// Before one more entry: an index that stays at most half full, once there are enough of them.
+int32_t Table::makeRoom(AsnErrorBlock *err) {
+  if (count_ < kUnindexed || (index_ != nullptr && count_ < indexSize_ / 2)) return 0;
+  const uint32_t size = index_ == nullptr ? 4 * kUnindexed : 2 * indexSize_;
   void *memory = nullptr;
-  if (AsnMemObjectMalloc(pool_, static_cast<uint32_t>(capacity * sizeof(Entry *)), &memory, err) != 0) return false;
-  std::copy_n(entries_, count_, static_cast<Entry **>(memory));
-  free(entries_);
-  entries_ = static_cast<Entry **>(memory);
-  capacity_ = capacity;
-  return true;
+  if (AsnMemObjectMalloc(pool_, static_cast<uint32_t>(size * sizeof(Entry *)), &memory, err) != 0) return -1;
+  free(index_);
+  index_ = static_cast<Entry **>(memory);
+  indexSize_ = size;
+  std::fill_n(index_, indexSize_, nullptr);
+  for (Entry *entry = first_; entry != nullptr; entry = entry->next) enter(entry);
+  return 0;
 }
 
-// A new index with room to double; without memory for it, entries are found one by one.
-void Table::reindex() {
-  free(index_);
-  index_ = nullptr;
-  if (count_ <= kUnindexed) return;
-  indexSize_ = 64;
-  while (indexSize_ / 4 < count_) indexSize_ *= 2;
-  void *memory = nullptr;
-  if (AsnMemObjectMalloc(pool_, static_cast<uint32_t>(indexSize_ * sizeof(Entry *)), &memory, nullptr) != 0) return;
-  index_ = static_cast<Entry **>(memory);
-  std::fill_n(index_, indexSize_, nullptr);
-  for (uint32_t i = 0; i < count_; ++i) enter(entries_[i]);
+void Table::enter(Entry *entry) {
+  uint32_t slot = slotOf(entry->extension.objid);
+  while (index_[slot] != nullptr) slot = (slot + 1) & (indexSize_ - 1);
+  index_[slot] = entry;
+}
+
+// Empties the entry's slot, and moves up what stands behind it only because slots before were taken.
+void Table::leave(const Entry *entry) {
+  const uint32_t mask = indexSize_ - 1;
+  uint32_t hole = slotOf(entry->extension.objid);
+  while (index_[hole] != entry) hole = (hole + 1) & mask;
+  for (uint32_t slot = (hole + 1) & mask; index_[slot] != nullptr; slot = (slot + 1) & mask) {
+    const uint32_t home = slotOf(index_[slot]->extension.objid);
+    if (((slot - home) & mask) < ((slot - hole) & mask)) continue;
+    index_[hole] = index_[slot];
+    hole = slot;
+  }
+  index_[hole] = nullptr;
 }
 
 void Table::remove(Entry *entry) {
-  Entry **const end = entries_ + count_;
-  Entry **const place = std::find(entries_, end, entry);
-  std::copy(place + 1, end, place);
+  if (index_ != nullptr) leave(entry);
+  (entry->previous == nullptr ? first_ : entry->previous->next) = entry->next;
+  (entry->next == nullptr ? last_ : entry->next->previous) = entry->previous;
   --count_;
+  visited_ = nullptr;
+  visitedAt_ = 0;
   freeEntry(entry);
-  if (index_ != nullptr) reindex();
 }
 
 void Table::freeEntry(Entry *entry) const {
@@ -160,8 +177,11 @@ void Table::freeEntry(Entry *entry) const {
 }
 
 void Table::release() {
-  for (uint32_t i = 0; i < count_; ++i) freeEntry(entries_[i]);
-  free(entries_);
+  for (Entry *entry = first_; entry != nullptr;) {
+    Entry *const next = entry->next;
+    freeEntry(entry);
+    entry = next;
+  }
   free(index_);
   free(encoding);
 }
@@ -185,48 +205,45 @@ int32_t addNew(KetraObject object, const KetraExtension &extension, const AsnEnc
 
 // ---- Whole encodings -----------------------------------------------------------------------------------------------
 
-// "12/extnID"
+// A member number as a path.
 class MemberPath {
  public:
-  MemberPath(uint32_t member, const char *component) {
-    char *end = std::to_chars(text_, text_ + 10, member).ptr;
-    *end++ = '/';
-    std::copy_n(component, std::char_traits<char>::length(component) + 1, end);
-  }
+  explicit MemberPath(uint32_t member) { *std::to_chars(text_, text_ + sizeof text_ - 1, member).ptr = '\0'; }
   operator const char *() const { return text_; }
 
  private:
-  char text_[32];
+  char text_[12];
 };
 
-// Where a value lies in the encoding; one in segments gets a copy.
-int32_t readValue(AsnMemObject pool, AsnObject work, AsnValue value, uint32_t member, KetraExtension *extension,
-                  bool *owns, AsnErrorBlock *err) {
-  const MemberPath path(member, "extnValue");
+// Where the value of a member lies in the encoding; one in segments gets a copy.
+int32_t readValue(AsnMemObject pool, AsnObject work, AsnValue member, KetraExtension *extension, bool *owns,
+                  AsnErrorBlock *err) {
   AsnEncodedData *octets = &extension->value;
-  *owns = AsnCalAddressOfValFld(work, value, path, &octets->octets, &octets->length, nullptr) != 0;
+  *owns = AsnCalAddressOfValFld(work, member, "extnValue", &octets->octets, &octets->length, nullptr) != 0;
   if (!*owns) return 0;
   AsnOct joined{};
-  if (AsnMUtilGetOctBER(pool, work, value, path, &joined, err) != 0) return -1;
+  if (AsnMUtilGetOctBER(pool, work, member, "extnValue", &joined, err) != 0) return -1;
   *octets = {joined.octets, joined.length};
   return 0;
 }
 
-int32_t readMember(const Call &call, AsnMemObject pool, AsnObject work, AsnValue value, uint32_t member, Table *table) {
+int32_t readMember(const Call &call, AsnMemObject pool, AsnObject work, AsnValue list, uint32_t number, Table *table) {
   KetraExtension extension{};
+  AsnValue member = nullptr;
   AsnBoolOpt critical{};
   bool ownsValue = false;
-  if (AsnGetOptBoolBER(work, value, MemberPath(member, "critical"), &critical, call.err) != 0 ||
-      AsnMUtilGetObjidBER(pool, work, value, MemberPath(member, "extnID"), &extension.objid, call.err) != 0) {
+  if (AsnGetElement(work, list, MemberPath(number), &member, call.err) != 0 ||
+      AsnGetOptBoolBER(work, member, "critical", &critical, call.err) != 0 ||
+      AsnMUtilGetObjidBER(pool, work, member, "extnID", &extension.objid, call.err) != 0) {
     return -1;
   }
   extension.critical = critical.value;
   extension.criticalOption = critical.option;
   int32_t result = 0;
   if (table->find(extension.objid) != nullptr) {
-    result = call.fail(KetraObjectError_Duplicate, Text() << "extension " << member << " repeats an identifier");
+    result = call.fail(KetraObjectError_Duplicate, Text() << "extension " << number << " repeats an identifier");
   } else {
-    result = readValue(pool, work, value, member, &extension, &ownsValue, call.err);
+    result = readValue(pool, work, member, &extension, &ownsValue, call.err);
   }
   if (result == 0) result = table->append(extension, ownsValue, call.err);
   if (result == 0) return 0;
@@ -237,40 +254,45 @@ int32_t readMember(const Call &call, AsnMemObject pool, AsnObject work, AsnValue
 
 int32_t readMembers(const Call &call, AsnMemObject pool, AsnObject work, Table *table, uint32_t length) {
   const AsnEncodedData encoding{table->encoding, length};
-  AsnValue value = nullptr;
+  AsnValue list = nullptr;
   uint32_t scratch = 0;
   uint32_t count = 0;
-  if (AsnOpenFromMem(work, kExtensions.data(), &encoding, &value, call.err) != 0 ||
-      AsnDecode(work, value, 0, &scratch, call.err) != 0 ||
-      AsnCalCountOfSequence(work, value, "/", &count, call.err) != 0) {
+  if (AsnOpenFromMem(work, kExtensions.data(), &encoding, &list, call.err) != 0 ||
+      AsnDecode(work, list, 0, &scratch, call.err) != 0 ||
+      AsnCalCountOfSequence(work, list, "/", &count, call.err) != 0) {
     return -1;
   }
   if (count == 0) return call.fail(KetraObjectError_Empty, "Extensions without a member");
-  for (uint32_t member = 1; member <= count; ++member) {
-    if (readMember(call, pool, work, value, member, table) != 0) return -1;
+  for (uint32_t number = 1; number <= count; ++number) {
+    if (readMember(call, pool, work, list, number, table) != 0) return -1;
   }
   return 0;
 }
 
-int32_t writeMember(AsnObject work, AsnValue value, uint32_t member, const KetraExtension &extension,
+int32_t writeMember(AsnObject work, AsnValue list, uint32_t number, const KetraExtension &extension,
                     AsnErrorBlock *err) {
   const AsnOct octets{extension.value.octets, extension.value.length};
-  if (AsnSetObjidDER(work, value, MemberPath(member, "extnID"), &extension.objid, err) != 0) return -1;
-  if (extension.criticalOption == 1 && extension.critical != 0 &&
-      AsnSetBoolDER(work, value, MemberPath(member, "critical"), 1, err) != 0) {
+  AsnValue member = nullptr;
+  if (AsnMakeElement(work, list, MemberPath(number), &member, err) != 0 ||
+      AsnSetObjidDER(work, member, "extnID", &extension.objid, err) != 0) {
     return -1;
   }
-  return AsnSetOctDER(work, value, MemberPath(member, "extnValue"), &octets, err);
+  if (extension.criticalOption == 1 && extension.critical != 0 &&
+      AsnSetBoolDER(work, member, "critical", 1, err) != 0) {
+    return -1;
+  }
+  return AsnSetOctDER(work, member, "extnValue", &octets, err);
 }
 
 int32_t writeMembers(const Table &table, AsnMemObject pool, AsnObject work, AsnEncodedData *encoding,
                      AsnErrorBlock *err) {
-  AsnValue value = nullptr;
-  if (AsnOpenNew(work, kExtensions.data(), &value, err) != 0) return -1;
-  for (uint32_t i = 0; i < table.count(); ++i) {
-    if (writeMember(work, value, i + 1, table.at(i)->extension, err) != 0) return -1;
+  AsnValue list = nullptr;
+  if (AsnOpenNew(work, kExtensions.data(), &list, err) != 0) return -1;
+  uint32_t number = 0;
+  for (const Entry *entry = table.first(); entry != nullptr; entry = entry->next) {
+    if (writeMember(work, list, ++number, entry->extension, err) != 0) return -1;
   }
-  return AsnMUtilEncodeDER(pool, work, value, "/", encoding, err);
+  return AsnMUtilEncodeDER(pool, work, list, "/", encoding, err);
 }
 
 int32_t failNull(const Call &call) {
@@ -370,7 +392,7 @@ int32_t KetraObjectGetExtpByIndex(KetraObject object, uint32_t index, const Ketr
                                   AsnErrorBlock *err) {
   const Call call{kModule, __func__, err};
   if (object == nullptr || extension == nullptr) return failNull(call);
-  const Table &table = tableOf(object);
+  Table &table = tableOf(object);
   if (index >= table.count()) {
     return call.fail(KetraObjectError_Index, Text() << "index " << index << " of " << table.count());
   }

@@ -71,6 +71,7 @@ TEST(Face, ErrorsCarryCodeAndTrace) {
   EXPECT_THROW(extensions.set(ketra::BasicConstraints{true, -1}, true), ketra::Error);
   EXPECT_THROW(ketra::Extensions::decode(ketra::Octets{0x30, 0x00}), ketra::Error);
   EXPECT_THROW(ketra::ObjectIdentifier::parse("9.9"), ketra::Error);
+  EXPECT_THROW(ketra::ObjectIdentifier::parse(std::string("2.5.29.19\0.1", 12)), ketra::Error);
 }
 
 }  // namespace

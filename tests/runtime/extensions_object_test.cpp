@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <random>
+
 #include "support/support.h"
 
 namespace ketra::test {
@@ -67,6 +70,31 @@ TEST(ExtensionsObject, ReplacesInPlaceAndDeletes) {
   EXPECT_EQ(KetraObjectDeleteExt(object, &second, err), -1);
   EXPECT_EQ(err.code(), uint32_t{KetraObjectError_Absent});
   EXPECT_EQ(KetraObjectGetExtpByIndex(object, 2, &own, err), -1);
+}
+
+// Stores, deletions and look-ups in any order, against a plain list.
+TEST(ExtensionsObject, RandomUse) {
+  Extensions object;
+  std::mt19937 random(1);
+  std::vector<uint32_t> model;
+  for (int step = 0; step < 20000; ++step) {
+    const uint32_t arcs[4] = {1, 3, 6, static_cast<uint32_t>(random() % 100)};
+    const Objid objid{arcs, 4};
+    const auto place = std::find(model.begin(), model.end(), arcs[3]);
+    ASSERT_EQ(object.stored(objid), place == model.end() ? "absent" : toHex({static_cast<uint8_t>(arcs[3])}));
+    if (random() % 2 == 0) {
+      object.store(objid, {static_cast<uint8_t>(arcs[3])});
+      if (place == model.end()) model.push_back(arcs[3]);
+    } else if (place != model.end()) {
+      ASSERT_EQ(KetraObjectDeleteExt(object, &objid, nullptr), 0);
+      model.erase(place);
+    }
+    if (model.empty()) continue;
+    const auto position = static_cast<uint32_t>(random() % model.size());
+    const KetraExtension *extension = nullptr;
+    ASSERT_EQ(KetraObjectGetExtpByIndex(object, position, &extension, nullptr), 0);
+    ASSERT_EQ(extension->objid.arcs[3], model[position]);
+  }
 }
 
 // Replacing a value again and again does not let the pool grow.

@@ -97,8 +97,22 @@ TEST(Pool, LimitBoundsWhatTheSystemGives) {
   EXPECT_EQ(AsnMemObjectFree(pool, memory, nullptr), 0);
   EXPECT_EQ(AsnMemObjectMalloc(pool, 500, &memory, nullptr), 0) << "what was freed can be had again";
   EXPECT_EQ(AsnMemObjectMalloc(pool, UINT32_MAX, &memory, nullptr), -1);
+  Err large;
+  EXPECT_EQ(AsnMemObjectMalloc(pool, 20000, &memory, large), -1);
+  EXPECT_EQ(large.code(), uint32_t{AsnMemError_Limit});
   ASSERT_EQ(AsnMemObjectSetLimit(pool, 0, nullptr), 0);
   allocate(pool, 1000000);
+}
+
+TEST(Pool, FullPoolTakesBackAndGivesOut) {
+  const Pool pool;
+  ASSERT_EQ(AsnMemObjectSetLimit(pool, 2000, nullptr), 0);
+  for (int round = 0; round < 3; ++round) {
+    std::vector<void *> blocks;
+    for (void *memory = nullptr; AsnMemObjectMalloc(pool, 64, &memory, nullptr) == 0;) blocks.push_back(memory);
+    EXPECT_GE(blocks.size(), 20u) << "round " << round;
+    for (const void *memory : blocks) ASSERT_EQ(AsnMemObjectFree(pool, memory, nullptr), 0);
+  }
 }
 
 }  // namespace
