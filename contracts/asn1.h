@@ -120,8 +120,8 @@ typedef struct AsnType {
 enum { ASN_TRACE_ENTRIES = 24, ASN_TRACE_MESSAGE = 128, ASN_TRACE_VALUE = 16 };
 
 typedef struct AsnTraceEntry {
-  const char *module;                   /* string literals of the recording component */
-  const char *function;                 /* */
+  const char *module;                   /* the recording component; a string literal */
+  const char *function;                 /* the operation that failed; a string literal */
   char message[ASN_TRACE_MESSAGE];      /* NUL-terminated copy, shortened to fit */
   const void *value;                    /* the offending value as given, or null; never dereferenced later */
   uint32_t valueLength;                 /* its length in octets */
@@ -184,7 +184,7 @@ typedef struct AsnErrorBlock {
 #define ASN_ERROR_CONSTANT(name, code, meaning) name = code,
 enum {
   ASN_RUNTIME_ERROR_LIST(ASN_ERROR_CONSTANT) ASN_POOL_ERROR_LIST(ASN_ERROR_CONSTANT)
-      ASN_CHECK_ERROR_LIST(ASN_ERROR_CONSTANT) ASN_MUTIL_ERROR_LIST(ASN_ERROR_CONSTANT) AsnErrorListsEnd = 0
+      ASN_CHECK_ERROR_LIST(ASN_ERROR_CONSTANT) ASN_MUTIL_ERROR_LIST(ASN_ERROR_CONSTANT)
 };
 
 enum { ASN_MAX_NESTING = 64 }; /* constructed levels below one value that are read, checked or rewritten */

@@ -33,7 +33,7 @@ typedef struct KetraExtension {
   X(KetraObjectError_Duplicate, 0x02500005, "an identifier occurs twice (RFC 5280 4.2)")                 \
   X(KetraObjectError_Empty, 0x02500006, "an Extensions SEQUENCE has at least one member")
 
-enum { KETRA_CERTIFICATE_ERROR_LIST(ASN_ERROR_CONSTANT) KetraObjectErrorListEnd = 0 };
+enum { KETRA_CERTIFICATE_ERROR_LIST(ASN_ERROR_CONSTANT) };
 
 /* Stores a copy of the extension. An extension of the same identifier is replaced in its place, so an object never
  * holds two; the new value may be the object's own. On failure the object is unchanged. */

@@ -19,6 +19,6 @@
     "more than nine key usage bits")
 
 #define KETRA_ERROR_CONSTANT(name, code, function, reason, meaning) name = code,
-enum { KETRA_ERROR_LIST(KETRA_ERROR_CONSTANT) KetraErrorListEnd = 0 };
+enum { KETRA_ERROR_LIST(KETRA_ERROR_CONSTANT) };
 
 #endif
