@@ -137,30 +137,31 @@ typedef struct AsnErrorBlock {
 } AsnErrorBlock;
 
 /* X(name, code, meaning), one list per component. */
-#define ASN_RUNTIME_ERROR_LIST(X)                                                                       \
-  X(AsnError_NullParameter, 0x02100002, "a required handle, structure or out-parameter is null")        \
-  X(AsnError_OutOfMemory, 0x02100001, "the system could not supply memory for a work object")           \
-  X(AsnError_Path, 0x02100010, "an element path is malformed or names no component of its type")        \
-  X(AsnError_Kind, 0x02100011, "the operation does not fit the type of the element")                    \
-  X(AsnError_State, 0x02100012, "the value is closed, not decoded yet, or not a value that was opened") \
-  X(AsnError_Absent, 0x02100013, "a required element is absent")                                        \
-  X(AsnError_Value, 0x02100014, "a value that cannot be encoded")                                       \
-  X(AsnError_Incomplete, 0x02100015, "a value lacks a mandatory component or an alternative")           \
-  X(AsnError_TooLong, 0x02100016, "an encoding would exceed 4294967295 octets")                         \
-  X(AsnError_Range, 0x02100017, "well formed, but beyond what the interface can carry")                 \
-  X(AsnError_NotDer, 0x02100018, "BER where DER lengths are required")                                  \
-  X(AsnError_Truncated, 0x02100020, "the encoding ends early or a length reaches beyond its bounds")    \
-  X(AsnError_Length, 0x02100021, "malformed length octets")                                             \
-  X(AsnError_Tag, 0x02100022, "malformed identifier octets")                                            \
-  X(AsnError_EndOfContents, 0x02100023, "end-of-contents octets missing or misplaced")                  \
-  X(AsnError_Trailing, 0x02100024, "octets after the end of the value")                                 \
-  X(AsnError_Component, 0x02100025, "a component is unknown, repeated, missing or out of order")        \
-  X(AsnError_Nesting, 0x02100026, "nested deeper than ASN_MAX_NESTING")                                 \
-  X(AsnError_Segment, 0x02100027, "malformed segment of a constructed string")                          \
-  X(AsnError_Boolean, 0x02100028, "malformed BOOLEAN")                                                  \
-  X(AsnError_Integer, 0x02100029, "malformed INTEGER or ENUMERATED")                                    \
-  X(AsnError_Objid, 0x0210002A, "malformed OBJECT IDENTIFIER")                                          \
-  X(AsnError_BitString, 0x0210002B, "malformed BIT STRING")                                             \
+#define ASN_RUNTIME_ERROR_LIST(X)                                                                    \
+  X(AsnError_NullParameter, 0x02100002, "a required handle, structure or out-parameter is null")     \
+  X(AsnError_OutOfMemory, 0x02100001, "the system could not supply memory for a work object")        \
+  X(AsnError_Path, 0x02100010, "an element path is malformed or names no component of its type")     \
+  X(AsnError_Kind, 0x02100011, "the operation does not fit the type of the element")                 \
+  X(AsnError_State, 0x02100012,                                                                      \
+    "the value is closed, not decoded yet, not an opened one, or decoded and not to be changed")     \
+  X(AsnError_Absent, 0x02100013, "a required element is absent")                                     \
+  X(AsnError_Value, 0x02100014, "a value that cannot be encoded")                                    \
+  X(AsnError_Incomplete, 0x02100015, "a value lacks a mandatory component or an alternative")        \
+  X(AsnError_TooLong, 0x02100016, "an encoding would exceed 4294967295 octets")                      \
+  X(AsnError_Range, 0x02100017, "well formed, but beyond what the interface can carry")              \
+  X(AsnError_NotDer, 0x02100018, "BER where DER lengths are required")                               \
+  X(AsnError_Truncated, 0x02100020, "the encoding ends early or a length reaches beyond its bounds") \
+  X(AsnError_Length, 0x02100021, "malformed length octets")                                          \
+  X(AsnError_Tag, 0x02100022, "malformed identifier octets")                                         \
+  X(AsnError_EndOfContents, 0x02100023, "end-of-contents octets missing or misplaced")               \
+  X(AsnError_Trailing, 0x02100024, "octets after the end of the value")                              \
+  X(AsnError_Component, 0x02100025, "a component is unknown, repeated, missing or out of order")     \
+  X(AsnError_Nesting, 0x02100026, "nested deeper than ASN_MAX_NESTING")                              \
+  X(AsnError_Segment, 0x02100027, "malformed segment of a constructed string")                       \
+  X(AsnError_Boolean, 0x02100028, "malformed BOOLEAN")                                               \
+  X(AsnError_Integer, 0x02100029, "malformed INTEGER or ENUMERATED")                                 \
+  X(AsnError_Objid, 0x0210002A, "malformed OBJECT IDENTIFIER")                                       \
+  X(AsnError_BitString, 0x0210002B, "malformed BIT STRING")                                          \
   X(AsnError_Time, 0x0210002C, "malformed GeneralizedTime")
 
 #define ASN_POOL_ERROR_LIST(X)                                                            \
@@ -179,7 +180,7 @@ typedef struct AsnErrorBlock {
 
 #define ASN_MUTIL_ERROR_LIST(X)                                              \
   X(AsnMUtilError_NullParameter, 0x02400002, "a required parameter is null") \
-  X(AsnMUtilError_Pointer, 0x02400003, "a null pointer with a length other than 0")
+  X(AsnMUtilError_Pointer, 0x02400003, "a null pointer where octets are needed")
 
 #define ASN_ERROR_CONSTANT(name, code, meaning) name = code,
 enum {
@@ -207,8 +208,8 @@ KETRA_RUNTIME_API int32_t AsnOpenFromMem(AsnObject object, const AsnType *type, 
                                          AsnValue *value, AsnErrorBlock *err);
 /* Decodes the bound BER encoding (X.690 clause 8) against the type, in one pass and in time proportional to its
  * length. What is malformed is refused here, with offset and path; what is well formed but does not fit the interface
- * (an integer beyond 32 bits) fails in its getter. Work memory is at most some 70 octets per octet of input (32-bit:
- * 40), reached by lists of two-octet members. `reserved` is 0; `scratch` is not used. */
+ * (an integer beyond 32 bits) fails in its getter. For the types of libketra, work memory stays below 90 octets per
+ * octet of input (32-bit: 65); lists of empty members come near. `reserved` is 0; `scratch` is not used. */
 KETRA_RUNTIME_API int32_t AsnDecode(AsnObject object, AsnValue value, int32_t reserved, uint32_t *scratch,
                                     AsnErrorBlock *err);
 /* Closes a value; its elements are dead from here on. */
@@ -217,8 +218,8 @@ KETRA_RUNTIME_API int32_t AsnClose(AsnObject object, AsnValue value, AsnErrorBlo
 /* ---- Elements ---------------------------------------------------------------------------------------------------- */
 
 /* Makes the element at the path and what is missing on the way; an existing element is returned as it is. Of list
- * members only number count + 1 can be made. Another alternative replaces the one a CHOICE holds. What was decoded
- * cannot be changed (AsnError_State). */
+ * members only number count + 1 can be made. Another alternative replaces the one a CHOICE holds. Values
+ * that were decoded cannot be changed, and nothing is made in them (AsnError_State). */
 KETRA_RUNTIME_API int32_t AsnMakeElement(AsnObject object, AsnValue value, const char *path, AsnValue *element,
                                          AsnErrorBlock *err);
 /* Finds an element; an absent one is success with a null element. */

@@ -99,7 +99,8 @@ KETRA_API int32_t KetraObjectSgetBasicConstraints(KetraObject extensions, KetraB
 KETRA_API int32_t KetraObjectSsetKeyUsage(KetraObject extensions, int32_t critical, const AsnBit *value,
                                           AsnErrorBlock *err);
 /* Always delivers two octets; `bits` becomes 9 when bit 7 or bit 8 is set, otherwise 7. Bits beyond the ninth are not
- * delivered. On failure `octets` is untouched; `bits` may have been set to 9. */
+ * delivered. On a failure `bits` may have been set to 9; `octets` is written only when they were read, and a failing
+ * close or destroy after that leaves them written. */
 KETRA_API int32_t KetraObjectSgetKeyUsage(KetraObject extensions, AsnBit *value, AsnErrorBlock *err);
 
 /* ---- SubjectKeyId (RFC 5280 4.2.1.2) ----------------------------------------------------------------------------- */

@@ -32,11 +32,7 @@ namespace ketra {
 class Error : public std::exception {
  public:
   explicit Error(const AsnErrorBlock &block) : code_(block.code) {
-    static constexpr AsnErrorMeaning kMeanings[] = {
-#define KETRA_ERROR_MEANING(name, code, function, reason, meaning) {code, meaning},
-        KETRA_ERROR_LIST(KETRA_ERROR_MEANING)
-#undef KETRA_ERROR_MEANING
-    };
+    static constexpr AsnErrorMeaning kMeanings[] = {KETRA_ERROR_LIST(KETRA_ERROR_MEANING)};
     constexpr auto count = static_cast<uint32_t>(std::size(kMeanings));
     text_.resize(AsnErrorText(&block, kMeanings, count, nullptr, 0) + std::size_t{1});
     AsnErrorText(&block, kMeanings, count, text_.data(), static_cast<uint32_t>(text_.size()));

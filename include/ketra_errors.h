@@ -18,6 +18,9 @@
   X(KetraError_SetKeyUsageBitLength, 0x0146203A, "KetraObjectSsetKeyUsage", "bitlength",             \
     "more than nine key usage bits")
 
+/* A row for AsnErrorText: static const AsnErrorMeaning meanings[] = {KETRA_ERROR_LIST(KETRA_ERROR_MEANING)}; */
+#define KETRA_ERROR_MEANING(name, code, function, reason, meaning) {code, meaning},
+
 #define KETRA_ERROR_CONSTANT(name, code, function, reason, meaning) name = code,
 enum { KETRA_ERROR_LIST(KETRA_ERROR_CONSTANT) };
 

@@ -29,8 +29,9 @@ KETRA_RUNTIME_API uint32_t AsnErrorText(const AsnErrorBlock *err, const AsnError
 /* ---- Memory pool ------------------------------------------------------------------------------------------------- */
 
 /* Bounds the octets that the pool holds from the system, its own record included; 0 lifts the bound. An allocation
- * that would exceed it fails with AsnMemError_Limit; what is already held stays. Lists of freed blocks (some 400
- * octets) are not counted. The limit bounds what results cost, not the work memory of a decoder: see AsnDecode. */
+ * that would exceed it fails with AsnMemError_Limit; what is already held stays. Freed memory serves later allocations
+ * of about the same size. Lists of freed blocks (some 400 octets) are not counted. The limit bounds what results cost,
+ * not the work memory of a decoder: see AsnDecode. */
 KETRA_RUNTIME_API int32_t AsnMemObjectSetLimit(AsnMemObject pool, uint64_t octets, AsnErrorBlock *err);
 /* Live allocations of the pool: octets as they were asked for, and blocks. */
 KETRA_RUNTIME_API int32_t AsnMemObjectUsage(AsnMemObject pool, uint64_t *octets, uint32_t *blocks, AsnErrorBlock *err);

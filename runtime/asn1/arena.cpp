@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 #include "runtime/asn1/poison.h"
 
@@ -46,12 +45,6 @@ void *Arena::allocateSlow(std::size_t size) {
   total_ += room;
   poison(next_, room);
   return take(rounded, size);
-}
-
-uint8_t *Arena::copy(const uint8_t *octets, std::size_t size) {
-  auto *memory = static_cast<uint8_t *>(allocate(size));
-  if (memory != nullptr && size > 0) std::memcpy(memory, octets, size);
-  return memory;
 }
 
 }  // namespace ketra::asn1

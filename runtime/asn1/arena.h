@@ -31,7 +31,6 @@ class Arena {
     if (count > SIZE_MAX / sizeof(T) / 2) return nullptr;
     return static_cast<T *>(allocate(count * sizeof(T)));
   }
-  uint8_t *copy(const uint8_t *octets, std::size_t size);
 
  private:
   struct Chunk;

@@ -30,22 +30,22 @@ bool checkTime(const uint8_t *content, uint32_t length, Fault &fault) {
 
 }  // namespace
 
-bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault) {
+bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault, const char *name) {
   if (length == 0) {
-    fault.set(AsnError_Integer, content) << "INTEGER content is 0 octets";
+    fault.set(AsnError_Integer, content) << name << " content is 0 octets";
     return false;
   }
   const bool padded =
       length > 1 && ((content[0] == 0x00 && content[1] < 0x80) || (content[0] == 0xFF && content[1] >= 0x80));
-  if (padded) fault.set(AsnError_Integer, content) << "INTEGER content starts with a superfluous octet";
+  if (padded) fault.set(AsnError_Integer, content) << name << " content starts with a superfluous octet";
   return !padded;
 }
 
 bool checkContent(const AsnType *type, const uint8_t *content, uint32_t length, Fault &fault) {
   switch (kindOf(type)) {
     case Kind::Boolean: return checkBoolean(content, length, fault);
-    case Kind::Integer:
-    case Kind::Enumerated: return checkInteger(content, length, fault);
+    case Kind::Integer: return checkInteger(content, length, fault);
+    case Kind::Enumerated: return checkInteger(content, length, fault, "ENUMERATED");
     case Kind::Objid: return checkObjid(content, length, fault);
     case Kind::BitString: return checkBitString(content, length, fault);
     case Kind::Octets:

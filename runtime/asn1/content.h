@@ -8,7 +8,7 @@ namespace ketra::asn1 {
 
 // Checks primitive content against the rules of its type; what is well formed but does not fit the interface passes.
 bool checkContent(const AsnType *type, const uint8_t *content, uint32_t length, Fault &fault);
-bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault);  // X.690 8.3
+bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault, const char *name = "INTEGER");  // X.690 8.3
 
 // ---- OBJECT IDENTIFIER (X.690 8.19) ----
 bool checkObjid(const uint8_t *content, uint32_t length, Fault &fault);

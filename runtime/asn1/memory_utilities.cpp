@@ -96,12 +96,16 @@ int32_t getEncodedOpt(const Call &call, AsnMemObject pool, AsnObject object, Asn
   return 0;
 }
 
+bool canCopy(const Call &call, AsnMemObject pool, const void *destination, const void *source) {
+  if (pool != nullptr && destination != nullptr && source != nullptr) return true;
+  call.fail(AsnMUtilError_NullParameter, "no pool, source or place for the copy");
+  return false;
+}
+
 // {pointer, length} shapes: a deep copy, and its release.
 template <class Shape>
 int32_t copyShape(const Call &call, AsnMemObject pool, Shape *destination, const Shape *source) {
-  if (pool == nullptr || destination == nullptr || source == nullptr) {
-    return call.fail(AsnMUtilError_NullParameter, "no pool, source or place for the copy");
-  }
+  if (!canCopy(call, pool, destination, source)) return -1;
   if (source->octets == nullptr && source->length > 0) {
     return call.fail(AsnMUtilError_Pointer, Text() << "a null pointer with a length of " << source->length);
   }
@@ -229,18 +233,16 @@ int32_t AsnMUtilGetEncodedDataOptBER(AsnMemObject pool, AsnObject object, AsnVal
 int32_t AsnMUtilCopyEncodedDataDER(AsnMemObject pool, AsnEncodedData *destination, const AsnEncodedData *source,
                                    AsnErrorBlock *err) {
   const Call call = utility(__func__, err);
-  if (source != nullptr) {
-    if (source->octets == nullptr) return call.fail(AsnMUtilError_Pointer, "no encoding");
-    Fault fault;
-    switch (checkLengths(source->octets, source->length, fault)) {
-      case Lengths::Der: break;
-      case Lengths::Other: return call.fail(AsnError_NotDer, "the encoding has lengths that are not DER");
-      default:
-        return call.fail(fault.code, Text()
-                                         << fault.text.c_str() << " at offset " << uint64_t(fault.at - source->octets));
-    }
+  if (!canCopy(call, pool, destination, source)) return -1;
+  if (source->octets == nullptr) return call.fail(AsnMUtilError_Pointer, "no encoding");
+  Fault fault;
+  switch (checkLengths(source->octets, source->length, fault)) {
+    case Lengths::Der: return copyShape(call, pool, destination, source);
+    case Lengths::Other: return call.fail(AsnError_NotDer, "the encoding has lengths that are not DER");
+    default:
+      return call.fail(fault.code,
+                       Text() << fault.text.c_str() << " at offset " << uint64_t(fault.at - source->octets));
   }
-  return copyShape(call, pool, destination, source);
 }
 
 int32_t AsnMUtilCopyEncodedDataBER(AsnMemObject pool, AsnEncodedData *destination, const AsnEncodedData *source,
@@ -251,9 +253,7 @@ int32_t AsnMUtilCopyEncodedDataBER(AsnMemObject pool, AsnEncodedData *destinatio
 int32_t AsnMUtilCopyEncodedDataOptBER(AsnMemObject pool, AsnEncodedDataOpt *destination,
                                       const AsnEncodedDataOpt *source, AsnErrorBlock *err) {
   const Call call = utility(__func__, err);
-  if (destination == nullptr || source == nullptr) {
-    return call.fail(AsnMUtilError_NullParameter, "no source or place for the copy");
-  }
+  if (!canCopy(call, pool, destination, source)) return -1;
   AsnEncodedDataOpt copy = {{nullptr, 0}, 0};
   if (source->option == 1) {
     if (copyShape(call, pool, &copy.value, &source->value) != 0) return -1;
@@ -265,9 +265,7 @@ int32_t AsnMUtilCopyEncodedDataOptBER(AsnMemObject pool, AsnEncodedDataOpt *dest
 
 int32_t AsnMUtilCopyObjidBER(AsnMemObject pool, Objid *destination, const Objid *source, AsnErrorBlock *err) {
   const Call call = utility(__func__, err);
-  if (pool == nullptr || destination == nullptr || source == nullptr) {
-    return call.fail(AsnMUtilError_NullParameter, "no pool, source or place for the copy");
-  }
+  if (!canCopy(call, pool, destination, source)) return -1;
   const uint32_t count = source->count;
   if ((source->arcs == nullptr && count > 0) || count > UINT32_MAX / sizeof(uint32_t)) {
     return call.fail(AsnMUtilError_Pointer, Text() << "no memory can hold these " << count << " arcs");

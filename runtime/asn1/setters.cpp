@@ -49,7 +49,13 @@ class Setter {
     element_->inPlace = false;
     element_->isSet = true;
   }
-  const AsnType *type() const { return element_->record; }
+  // Whether the path leads to an INTEGER handled as octets, whose content has rules; reports nothing.
+  bool isIntegerString(AsnValue value, const char *path) const {
+    Node *element = nullptr;
+    const AsnType *type = nullptr;
+    return findElement({call.module, call.function, nullptr}, value, path, &element, &type) &&
+           contentOf(type) == Content::IntegerString;
+  }
   Arena &arena() { return object_->arena; }
 
   const Call call;
@@ -81,11 +87,11 @@ int32_t setOctets(Setter setter, AsnValue value, const char *path, const AsnOct 
   if (!isGiven(setter.call, octets, octets == nullptr ? nullptr : octets->octets,
                octets == nullptr ? 0 : octets->length))
     return -1;
-  if (!setter.make(value, path, [](const AsnType *type) { return isOctets(type) && !isTimeType(type); })) return -1;
   Fault fault;
-  if (contentOf(setter.type()) == Content::IntegerString && !checkInteger(octets->octets, octets->length, fault)) {
+  if (!checkInteger(octets->octets, octets->length, fault) && setter.isIntegerString(value, path)) {
     return setter.call.fail(AsnError_Value, fault.text);
   }
+  if (!setter.make(value, path, [](const AsnType *type) { return isOctets(type) && !isTimeType(type); })) return -1;
   return setter.copy(octets->octets, octets->length);
 }
 

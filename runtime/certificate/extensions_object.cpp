@@ -35,6 +35,7 @@ constexpr auto kExtensions = schema::compile(kRows);
 struct Entry {
   KetraExtension extension;
   bool ownsValue;
+  uint64_t age;  // rises along the list
   Entry *previous;
   Entry *next;
 };
@@ -51,7 +52,7 @@ class Table {
   uint32_t count() const { return count_; }
   Entry *first() const { return first_; }
   Entry *find(const Objid &objid) const;
-  Entry *at(uint32_t position);  // below count(); the cost is the distance from the last one asked for, or an end
+  Entry *at(uint32_t position);  // below count(); costs the distance from the last one asked for, or from an end
   // Makes an entry around arcs and value that are in the pool already and whose identifier is new to the table.
   int32_t append(const KetraExtension &extension, bool ownsValue, AsnErrorBlock *err);
   void remove(Entry *entry);
@@ -73,7 +74,8 @@ class Table {
   Entry *first_ = nullptr;
   Entry *last_ = nullptr;
   uint32_t count_ = 0;
-  Entry *visited_ = nullptr;  // the entry that was asked for last, at its position
+  uint64_t appended_ = 0;     // ever
+  Entry *visited_ = nullptr;  // the entry that was asked for last, at its position; null before the first time
   uint32_t visitedAt_ = 0;
   Entry **index_ = nullptr;  // open addressing, at most half full; null while there are few entries
   uint32_t indexSize_ = 0;   // a power of two
@@ -102,13 +104,11 @@ Entry *Table::find(const Objid &objid) const {
 }
 
 Entry *Table::at(uint32_t position) {
+  const uint32_t fromLast = count_ - 1 - position;
   const uint32_t fromVisited = position < visitedAt_ ? visitedAt_ - position : position - visitedAt_;
-  if (visited_ == nullptr || position < fromVisited) {
-    visited_ = first_;
-    visitedAt_ = 0;
-  } else if (count_ - 1 - position < fromVisited) {
-    visited_ = last_;
-    visitedAt_ = count_ - 1;
+  if (visited_ == nullptr || std::min(position, fromLast) < fromVisited) {
+    visited_ = position <= fromLast ? first_ : last_;
+    visitedAt_ = position <= fromLast ? 0 : count_ - 1;
   }
   for (; visitedAt_ < position; ++visitedAt_) visited_ = visited_->next;
   for (; visitedAt_ > position; --visitedAt_) visited_ = visited_->previous;
@@ -118,7 +118,7 @@ Entry *Table::at(uint32_t position) {
 int32_t Table::append(const KetraExtension &extension, bool ownsValue, AsnErrorBlock *err) {
   void *memory = nullptr;
   if (makeRoom(err) != 0 || AsnMemObjectMalloc(pool_, sizeof(Entry), &memory, err) != 0) return -1;
-  auto *entry = new (memory) Entry{extension, ownsValue, last_, nullptr};
+  auto *entry = new (memory) Entry{extension, ownsValue, ++appended_, last_, nullptr};
   (last_ == nullptr ? first_ : last_->next) = entry;
   last_ = entry;
   ++count_;
@@ -130,6 +130,9 @@ int32_t Table::append(const KetraExtension &extension, bool ownsValue, AsnErrorB
 int32_t Table::makeRoom(AsnErrorBlock *err) {
   if (count_ < kUnindexed || (index_ != nullptr && count_ < indexSize_ / 2)) return 0;
   const uint32_t size = index_ == nullptr ? 4 * kUnindexed : 2 * indexSize_;
+  if (size > UINT32_MAX / sizeof(Entry *)) {
+    return Call{kModule, "KetraObjectSetExt", err}.fail(AsnMemError_OutOfMemory, "too many extensions for one object");
+  }
   void *memory = nullptr;
   if (AsnMemObjectMalloc(pool_, static_cast<uint32_t>(size * sizeof(Entry *)), &memory, err) != 0) return -1;
   free(index_);
@@ -165,8 +168,12 @@ void Table::remove(Entry *entry) {
   (entry->previous == nullptr ? first_ : entry->previous->next) = entry->next;
   (entry->next == nullptr ? last_ : entry->next->previous) = entry->previous;
   --count_;
-  visited_ = nullptr;
-  visitedAt_ = 0;
+  if (visited_ == entry) {
+    visited_ = entry->next != nullptr ? entry->next : entry->previous;
+    if (entry->next == nullptr && visitedAt_ > 0) --visitedAt_;
+  } else if (visited_ != nullptr && entry->age < visited_->age) {
+    --visitedAt_;
+  }
   freeEntry(entry);
 }
 

@@ -194,6 +194,19 @@ TEST(Criticality, OnlyExactlyOneIsCritical) {
   }
 }
 
+// An entry of somebody else's: the value counts only under the flag 1.
+TEST(Criticality, FlagDecides) {
+  const Extensions extensions;
+  for (const int32_t flag : {0, 2, 1}) {
+    const uint8_t value[] = {0x30, 0x00};
+    const KetraExtension entry{X509Objid_BasicConstraints, 5, flag, {value, 2}};
+    ASSERT_EQ(KetraObjectSetExt(extensions, &entry, nullptr), 0);
+    int32_t critical = 7;
+    EXPECT_EQ(KetraObjectSgetBasicConstraintsCritical(extensions, &critical, nullptr), 0);
+    EXPECT_EQ(critical, flag == 1 ? 5 : 0);
+  }
+}
+
 TEST(Criticality, EveryQueryAsksForItsOwnExtension) {
   struct Row {
     int32_t (*query)(KetraObject, int32_t *, AsnErrorBlock *);
@@ -252,6 +265,27 @@ TEST(Frames, AbsentExtensionAndNulls) {
   }
 }
 
+// No get reads a value that was cut short, and none needs an error block.
+TEST(Frames, EveryPrefixOfAValueIsRefused) {
+  KetraBasicConstraints constraints{};
+  AsnBit bits{};
+  AsnOct octets{};
+  for (const auto &[name, hex] : goldenRows()) {
+    const Octets whole = fromHex(hex);
+    for (std::size_t n = 0; n < whole.size(); ++n) {
+      const Octets prefix(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n));
+      Extensions extensions;
+      for (const Objid *objid : {&X509Objid_BasicConstraints, &X509Objid_KeyUsage, &X509Objid_SubjectKeyId}) {
+        extensions.store(*objid, prefix);
+      }
+      EXPECT_EQ(KetraObjectSgetBasicConstraints(extensions, &constraints, nullptr), -1) << name << " cut to " << n;
+      EXPECT_EQ(KetraObjectSgetKeyUsage(extensions, &bits, nullptr), -1) << name << " cut to " << n;
+      EXPECT_EQ(KetraObjectSgetSubjectKeyId(extensions, &octets, nullptr), -1) << name << " cut to " << n;
+    }
+  }
+  EXPECT_EQ(KetraObjectSgetBasicConstraints(nullptr, nullptr, nullptr), -1);
+}
+
 // After a set the encoding is back in the pool: a second set of the same value leaves the usage as it was.
 TEST(Frames, SetReturnsItsEncoding) {
   const Extensions extensions;
@@ -304,6 +338,7 @@ TEST(Version, OneConstantBanner) {
   EXPECT_EQ(KetraVersion(&first), 0);
   EXPECT_EQ(KetraVersion(&second), 0);
   EXPECT_EQ(first, second);
+  EXPECT_EQ(KetraVersion(nullptr), 0);
   const std::string banner = first;
   EXPECT_EQ(std::count(banner.begin(), banner.end(), '\n'), 2);
   EXPECT_EQ(banner.back(), '\n');

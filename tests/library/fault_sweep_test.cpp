@@ -20,7 +20,18 @@ struct Interposer {
   std::vector<std::string> calls;
   int liveWorkObjects = 0;
   std::vector<const Objid *> lookedUp;
+  std::string opened;  // the type of the value
 } interposer;
+
+const AsnType *opens(const AsnType *type) {
+  interposer.opened = type->name;
+  return type;
+}
+
+int32_t zero(int32_t argument) {
+  EXPECT_EQ(argument, 0);
+  return argument;
+}
 
 // Counts a call; true when it is the one to fail.
 bool fails(const char *name, AsnErrorBlock *err) {
@@ -59,10 +70,11 @@ CALL(AsnCheckBoolOptBER, (const AsnBoolOpt *x, AsnErrorBlock *err), (x, err))
 CALL(AsnCheckIntOptBER, (const AsnIntOpt *x, AsnErrorBlock *err), (x, err))
 CALL(AsnCheckBitBER, (const AsnBit *x, AsnErrorBlock *err), (x, err))
 CALL(AsnCheckOctBER, (const AsnOct *x, AsnErrorBlock *err), (x, err))
-CALL(AsnOpenNew, (AsnObject o, const AsnType *t, AsnValue *v, AsnErrorBlock *err), (o, t, v, err))
+CALL(AsnOpenNew, (AsnObject o, const AsnType *t, AsnValue *v, AsnErrorBlock *err), (o, ketra::test::opens(t), v, err))
 CALL(AsnOpenFromMem, (AsnObject o, const AsnType *t, const AsnEncodedData *d, AsnValue *v, AsnErrorBlock *err),
-     (o, t, d, v, err))
-CALL(AsnDecode, (AsnObject o, AsnValue v, int32_t z, uint32_t *s, AsnErrorBlock *err), (o, v, z, s, err))
+     (o, ketra::test::opens(t), d, v, err))
+CALL(AsnDecode, (AsnObject o, AsnValue v, int32_t z, uint32_t *s, AsnErrorBlock *err),
+     (o, v, ketra::test::zero(z), s, err))
 CALL(AsnSetBoolDER, (ELEMENT, int32_t x, AsnErrorBlock *err), (o, v, p, x, err))
 CALL(AsnSetIntDER, (ELEMENT, int32_t x, AsnErrorBlock *err), (o, v, p, x, err))
 CALL(AsnSetConstBitDER, (ELEMENT, const AsnBit *x, AsnErrorBlock *err), (o, v, p, x, err))
@@ -105,6 +117,7 @@ namespace {
 struct Case {
   std::string name;  // of the exported operation
   const Objid *objid;
+  const char *type;  // that its value is opened as
   std::function<int32_t(KetraObject, AsnErrorBlock *)> run;
   std::vector<std::string> calls;  // of a run that succeeds
 };
@@ -135,25 +148,26 @@ std::vector<Case> cases() {
     return calls;
   };
   return {
-      {"KetraObjectSsetBasicConstraints", &X509Objid_BasicConstraints,
+      {"KetraObjectSsetBasicConstraints", &X509Objid_BasicConstraints, "BasicConstraints",
        [](auto o, auto e) { return KetraObjectSsetBasicConstraints(o, 1, &constraints, e); },
        set({"AsnCheckBoolOptBER", "AsnCheckIntOptBER"}, {"AsnSetBoolDER", "AsnSetIntDER"})},
-      {"KetraObjectSgetBasicConstraints", &X509Objid_BasicConstraints,
+      {"KetraObjectSgetBasicConstraints", &X509Objid_BasicConstraints, "BasicConstraints",
        [](auto o, auto e) { return KetraObjectSgetBasicConstraints(o, &constraintsRead, e); },
        get({"AsnGetOptBoolBER", "AsnGetOptIntBER"})},
-      {"KetraObjectSsetKeyUsage", &X509Objid_KeyUsage,
+      {"KetraObjectSsetKeyUsage", &X509Objid_KeyUsage, "BITSTRING",
        [](auto o, auto e) { return KetraObjectSsetKeyUsage(o, 1, &bits, e); },
        set({"AsnCheckBitBER"}, {"AsnSetConstBitDER"})},
-      {"KetraObjectSgetKeyUsage", &X509Objid_KeyUsage,
+      {"KetraObjectSgetKeyUsage", &X509Objid_KeyUsage, "BITSTRING",
        [](auto o, auto e) { return KetraObjectSgetKeyUsage(o, &bitsRead, e); }, get({"AsnMUtilGetBitConstBER"})},
-      {"KetraObjectSsetSubjectKeyId", &X509Objid_SubjectKeyId,
+      {"KetraObjectSsetSubjectKeyId", &X509Objid_SubjectKeyId, "SubjectKeyIdentifier",
        [](auto o, auto e) { return KetraObjectSsetSubjectKeyId(o, &identifier, e); },
        set({"AsnCheckOctBER"}, {"AsnSetOctDER"})},
-      {"KetraObjectSgetSubjectKeyId", &X509Objid_SubjectKeyId,
+      {"KetraObjectSgetSubjectKeyId", &X509Objid_SubjectKeyId, "SubjectKeyIdentifier",
        [](auto o, auto e) { return KetraObjectSgetSubjectKeyId(o, &identifierRead, e); },
        get({"AsnMemObjectMalloc", "AsnMUtilGetOctBER"})},
       {"KetraObjectSgetKeyUsageCritical",
        &X509Objid_KeyUsage,
+       "",
        [](auto o, auto e) { return KetraObjectSgetKeyUsageCritical(o, &critical, e); },
        {"KetraObjectSearchExtpByObjid"}},
   };
@@ -198,7 +212,7 @@ TEST(FaultSweep, EveryOutsideCallOfEveryOperation) {
       extensions.store(X509Objid_SubjectKeyId, fromHex("04 01 AA"));
       const std::string before = extensions.stored(*one.objid);
       Err err;
-      interposer = {.armed = true, .failAt = failAt, .calls = {}, .liveWorkObjects = 0, .lookedUp = {}};
+      interposer = {.armed = true, .failAt = failAt, .calls = {}, .liveWorkObjects = 0, .lookedUp = {}, .opened = {}};
       const int32_t result = one.run(extensions, err);
       interposer.armed = false;
       EXPECT_EQ(interposer.liveWorkObjects, 0);
@@ -206,6 +220,7 @@ TEST(FaultSweep, EveryOutsideCallOfEveryOperation) {
       if (failAt == 0) {
         EXPECT_EQ(result, 0) << err.text();
         EXPECT_EQ(interposer.calls, one.calls);
+        EXPECT_EQ(interposer.opened, one.type);
         EXPECT_EQ(err.block.count, 0u);
         continue;
       }

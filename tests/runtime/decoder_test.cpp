@@ -83,6 +83,7 @@ TEST(Decoder, RefusesWhatIsMalformed) {
       {AsnError_Component, type("Enum"), "02 01 01", "0x2 is no tag of Enum, which has 0xa at offset 0 (Enum)"},
       {AsnError_Component, type("Name"), "89 01 61", "0x89 is no tag of Name at offset 0 (Name)"},
       {AsnError_Tag, type("Any"), "9F 02 01 61", "tag number 2 in the form for high tag numbers at offset 1 (Any)"},
+      {AsnError_Tag, type("Any"), "9F 1E 00", "tag number 30 in the form for high tag numbers at offset 1 (Any)"},
       {AsnError_Tag, type("Any"), "9F 80 21 00", "the tag number is padded at offset 1 (Any)"},
       {AsnError_Tag, type("Any"), "9F FF FF FF FF FF FF FF FF 7F 00",
        "the tag number exceeds 32 bits at offset 5 (Any)"},
@@ -142,6 +143,14 @@ TEST(Decoder, OpenTypeTakesOneValue) {
 }
 
 TEST(Decoder, RefusesEveryPrefix) {
+  for (const auto &[name, hex] : goldenRows()) {
+    const Octets whole = fromHex(hex);
+    EXPECT_EQ(Work(type("Any"), Exact(whole).data()).decode(), 0) << name;
+    for (std::size_t n = 0; n < whole.size(); ++n) {
+      const Exact prefix(Octets(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n)));
+      EXPECT_EQ(Work(type("Any"), prefix.data()).decode(), -1) << name << " cut to " << n;
+    }
+  }
   const std::pair<const AsnType *, const char *> good[] = {
       {type("Point"), "30 0D A0 05 A4 03 02 01 09 81 01 FF 02 01 01"},
       {type("Point"), "30 80 A0 80 A4 80 24 80 04 01 61 00 00 00 00 00 00 02 01 01 30 80 00 00 00 00"},

@@ -89,6 +89,7 @@ TEST(Setters, EncodedData) {
   EXPECT_EQ(set("30 80 30 00 30 80 00 00 02 81 01 05 BF 81 02 80 00 00 00 00", true, err),
             "30 0B 30 00 30 00 02 01 05 BF 81 02 00");
   EXPECT_EQ(set("30 80 04 81 C8+BB*200+00 00", true, err), toHex(fromHex("30 81 CB 04 81 C8+BB*200")));
+  EXPECT_EQ(set("04 82 00 C8+BB*200", true, err), toHex(fromHex("04 81 C8+BB*200"))) << "no leading zeros";
   EXPECT_EQ(err.block.count, 0u);
   for (const char *bad : {"", "30", "05 00 05 00", "30 80", "00 00", "30 03 02 01"}) {
     Err refused;
@@ -112,10 +113,6 @@ TEST(Setters, SetOfIsSortedInDerOnly) {
 
 TEST(Setters, RefuseWhatCannotBe) {
   Work work(type("Point"));
-  const uint32_t arcs[] = {1, 40};
-  const Objid badArcs{arcs, 2};
-  const Gtime late{INT32_MAX, 0};
-  const AsnOct text{reinterpret_cast<const uint8_t *>("x"), 1};
   const std::pair<uint32_t, int32_t (*)(AsnObject, AsnValue, const void *, AsnErrorBlock *)> calls[] = {
       {AsnError_Value, [](auto o, auto v, auto, auto e) { return AsnSetBoolDER(o, v, "flag", 2, e); }},
       {AsnError_Kind, [](auto o, auto v, auto, auto e) { return AsnSetBoolDER(o, v, "number", 1, e); }},
@@ -130,12 +127,21 @@ TEST(Setters, RefuseWhatCannotBe) {
     EXPECT_EQ(err.block.count, 1u);
   }
   Err err;
-  EXPECT_EQ(AsnSetObjidDER(Work(type("Oid")).object, work.value, "/", &badArcs, err), -1);
-  EXPECT_EQ(AsnSetGtimeDER(work.object, work.value, "/", &late, err), -1);
-  Work number(type("IntString"));
-  EXPECT_EQ(AsnSetOctDER(number.object, number.value, "/", &text, err), 0);
+  const uint32_t arcs[] = {1, 40};
+  const Objid badArcs{arcs, 2};
+  Work oid(type("Oid"));
+  EXPECT_EQ(AsnSetObjidBER(oid.object, oid.value, "/", &badArcs, err), -1);
+  EXPECT_EQ(err.code(), uint32_t{AsnError_Value});
+  AsnErrorReset(err);
+  const Gtime late{INT32_MAX, 0};
+  Work time(type("Time"));
+  EXPECT_EQ(AsnSetGtimeDER(time.object, time.value, "/", &late, err), -1);
+  EXPECT_EQ(err.code(), uint32_t{AsnError_Value});
+  AsnErrorReset(err);
   const AsnOct empty{nullptr, 0};
+  Work number(type("IntString"));
   EXPECT_EQ(AsnSetOctDER(number.object, number.value, "/", &empty, err), -1) << "an INTEGER has content";
+  EXPECT_EQ(err.code(), uint32_t{AsnError_Value});
   EXPECT_NE(Work(type("Point")).encode().find("component number of Point is missing"), std::string::npos);
   EXPECT_NE(Work(type("Name")).encode().find("Name has no alternative"), std::string::npos);
   EXPECT_NE(Work(type("Int")).encode().find("is absent"), std::string::npos);
@@ -148,6 +154,9 @@ TEST(Setters, FailedSetsLeaveTheValueAlone) {
   ASSERT_EQ(AsnSetOctDER(work.object, work.value, "dns", &dns, nullptr), 0);
   EXPECT_EQ(AsnSetIntDER(work.object, work.value, "ints/2", 1, nullptr), -1);
   EXPECT_EQ(AsnSetBoolDER(work.object, work.value, "ints/1", 1, nullptr), -1);
+  const Octets padded = fromHex("00 01");
+  const AsnOct notMinimal{padded.data(), 2};
+  EXPECT_EQ(AsnSetOctDER(work.object, work.value, "serial", &notMinimal, nullptr), -1);
   EXPECT_EQ(work.encode(), "82 01 61");
 
   Work point(type("Point"));
@@ -235,6 +244,13 @@ TEST(Elements, ValueFieldsPointIntoTheEncoding) {
   EXPECT_EQ(field("number"), "14: 01 00");
   EXPECT_EQ(field("rest"), "16: 24 80 00 00");
   EXPECT_EQ(field("name/dns"), "absent");
+  const Exact indefinite(fromHex("30 80 02 01 05 00 00"));
+  Work list(type("Ints"), indefinite.data());
+  ASSERT_EQ(list.decode(), 0);
+  const uint8_t *content = nullptr;
+  uint32_t contentLength = 0;
+  ASSERT_EQ(AsnCalAddressOfValFld(list.object, list.value, "/", &content, &contentLength, nullptr), 0);
+  EXPECT_EQ(toHex(content, contentLength), "02 01 05") << "without the end-of-contents octets";
 
   const auto encoding = [&](const char *path, bool der) {
     uint32_t length = 0;
@@ -269,7 +285,14 @@ TEST(Getters, RangesAndAbsence) {
     Objid objid{};
     Gtime time{};
     if (schema == type("Int")) return AsnGetIntBER(work.object, work.value, "/", &number, err);
-    if (schema == type("Oid")) return AsnMUtilGetObjidBER(pool, work.object, work.value, "/", &objid, err);
+    if (schema == type("Oid")) {
+      const int32_t result = AsnGetObjidBER(work.object, work.value, "/", &objid, err);
+      Objid pooled{};
+      const bool isLong =
+          objid.count == 0 && AsnMUtilGetObjidBER(pool, work.object, work.value, "/", &pooled, nullptr) == 0;
+      EXPECT_EQ(isLong, result != 0 && pooled.count > 128) << "a pool has room for any number of arcs";
+      return result;
+    }
     return AsnMUtilGetGtimeBER(pool, work.object, work.value, "/", &time, err);
   };
   const auto time = [](const std::string &text) {
@@ -282,6 +305,8 @@ TEST(Getters, RangesAndAbsence) {
       {type("Oid"), "06 07 88 37 8F FF FF FF 7F", 0},
       {type("Oid"), "06 07 55 1D 90 80 80 80 25", AsnError_Range},
       {type("Oid"), "06 0A 69 83 CC 93 80 A8 98 CC A8 07", AsnError_Range},
+      {type("Oid"), "06 83 00 00 7F+2A*127", 0},
+      {type("Oid"), "06 83 00 00 80+2A*128", AsnError_Range},  // one arc more than AsnGetObjidBER has room for
       {type("Time"), time("20240101000000Z"), 0},
       {type("Time"), time("2024010100Z"), 0},
       {type("Time"), time("202401010000.5Z"), 0},
@@ -329,19 +354,107 @@ TEST(Getters, RangesAndAbsence) {
   EXPECT_EQ(err.code(), uint32_t{AsnError_Kind});
 }
 
-TEST(Getters, DerFormsRefuseOtherLengths) {
+// What the DER readers accept, the BER readers accept with the same value; an element that is absent, or whose lengths
+// are not DER, tells the forms apart.
+TEST(Getters, EveryForm) {
   const Pool pool;
-  for (const char *hex : {"04 81 01 AA", "24 03 04 01 AA"}) {
+  const auto shown = [](int32_t result, const auto &read, const AsnErrorBlock *err) {
+    return result == 0 ? toHex(read.octets, read.length) : err->code == AsnError_NotDer ? "not DER" : "error";
+  };
+  for (const char *hex : {"04 02 AA BB", "04 81 02 AA BB", "24 04 04 02 AA BB"}) {
+    const bool isDer = hex == std::string("04 02 AA BB");
     const Exact input(fromHex(hex));
-    Work work(type("Oct"), input.data());
-    ASSERT_EQ(work.decode(), 0);
-    AsnOct octets{};
+    Work octets(type("Oct"), input.data());
+    Work any(type("Any"), input.data());
+    ASSERT_TRUE(octets.decode() == 0 && any.decode() == 0);
     Err err;
-    EXPECT_EQ(AsnMUtilGetOctDER(pool, work.object, work.value, "/", &octets, err), -1);
-    EXPECT_EQ(err.code(), uint32_t{AsnError_NotDer});
-    EXPECT_EQ(AsnMUtilGetOctBER(pool, work.object, work.value, "/", &octets, err), 0);
-    EXPECT_EQ(toHex(octets.octets, octets.length), "AA");
+    AsnOct read{};
+    EXPECT_EQ(shown(AsnMUtilGetOctDER(pool, octets.object, octets.value, "/", &read, err), read, err),
+              isDer ? "AA BB" : "not DER");
+    EXPECT_EQ(shown(AsnMUtilGetOctBER(pool, octets.object, octets.value, "/", &read, err), read, err), "AA BB");
+    AsnOctOpt optional{};
+    EXPECT_EQ(AsnMUtilGetOctOptBER(pool, octets.object, octets.value, "/", &optional, err), 0);
+    EXPECT_EQ(toHex(optional.value.octets, 2) + std::to_string(optional.option), "AA BB1");
+    const bool hasDerLengths = hex != std::string("04 81 02 AA BB");
+    AsnEncodedDataOpt open{};
+    const int32_t der = AsnMUtilGetEncodedDataOptDER(pool, any.object, any.value, "/", &open, err);
+    EXPECT_EQ(shown(der, open.value, err), hasDerLengths ? hex : "not DER");
+    const int32_t ber = AsnMUtilGetEncodedDataOptBER(pool, any.object, any.value, "/", &open, err);
+    EXPECT_EQ(shown(ber, open.value, err) + std::to_string(open.option), std::string(hex) + "1");
   }
+  for (const char *hex : {"06 03 55 1D 13", "06 81 03 55 1D 13"}) {
+    const Exact input(fromHex(hex));
+    Work work(type("Oid"), input.data());
+    ASSERT_EQ(work.decode(), 0);
+    Objid read{};
+    EXPECT_EQ(AsnMUtilGetObjidDER(pool, work.object, work.value, "/", &read, nullptr), hex[4] == '3' ? 0 : -1);
+    EXPECT_EQ(AsnMUtilGetObjidConstBER(pool, work.object, work.value, "/", &read, nullptr), 0);
+    EXPECT_EQ(std::vector(read.arcs, read.arcs + read.count), (std::vector<uint32_t>{2, 5, 29, 19}));
+  }
+  GtimeOpt time{{1, 1}, 1};
+  Work period(type("Period"));
+  EXPECT_EQ(AsnMUtilGetGtimeOptBER(pool, period.object, period.value, "from", &time, nullptr), 0);
+  EXPECT_TRUE(time.option == 0 && time.value.high == 0 && time.value.low == 0);
+  const Gtime now{14, 5};
+  ASSERT_EQ(AsnSetGtimeDER(period.object, period.value, "from", &now, nullptr), 0);
+  EXPECT_EQ(AsnMUtilGetGtimeOptBER(pool, period.object, period.value, "from", &time, nullptr), 0);
+  EXPECT_TRUE(time.option == 1 && time.value.high == 14 && time.value.low == 5);
+}
+
+// Copies are deep; freeing one empties the field and gives its memory back.
+TEST(MemoryUtilities, CopyAndFree) {
+  const Pool pool;
+  const auto isEmpty = [&] {
+    uint64_t octets = 1;
+    uint32_t blocks = 1;
+    return AsnMemObjectUsage(pool, &octets, &blocks, nullptr) == 0 && blocks == 0;
+  };
+  const uint8_t octets[] = {0x04, 0x01, 0xAA};
+  const uint32_t arcs[] = {2, 5, 29};
+  const auto check = [&](auto copy, auto free, const auto &source) {
+    auto copied = source;
+    Err err;
+    EXPECT_EQ(copy(pool, &copied, &source, err), 0) << err.text();
+    EXPECT_FALSE(isEmpty());
+    EXPECT_EQ(free(pool, &copied, err), 0);
+    EXPECT_TRUE(isEmpty());
+    EXPECT_EQ(free(pool, &copied, err), 0) << "nothing is left to free";
+    EXPECT_EQ(copy(nullptr, &copied, &source, err), -1);
+    EXPECT_EQ(err.code(), uint32_t{AsnMUtilError_NullParameter});
+    EXPECT_EQ(free(pool, nullptr, err), -1);
+  };
+  check(AsnMUtilCopyOctBER, AsnMUtilFreeOct, AsnOct{octets, 3});
+  check(AsnMUtilCopyObjidBER, AsnMUtilFreeObjid, Objid{arcs, 3});
+  check(AsnMUtilCopyEncodedDataBER, AsnMUtilFreeEncodedData, AsnEncodedData{octets, 3});
+  check(AsnMUtilCopyEncodedDataDER, AsnMUtilFreeEncodedData, AsnEncodedData{octets, 3});
+  check(AsnMUtilCopyEncodedDataOptBER, AsnMUtilFreeEncodedDataOpt, AsnEncodedDataOpt{{octets, 3}, 1});
+  AsnEncodedDataOpt copied{{octets, 3}, 1};
+  const AsnEncodedDataOpt absent{{octets, 3}, 2};
+  EXPECT_EQ(AsnMUtilCopyEncodedDataOptBER(pool, &copied, &absent, nullptr), 0);
+  EXPECT_TRUE(copied.value.octets == nullptr && copied.option == 0) << "only 1 is present";
+  const AsnEncodedData none{nullptr, 0};
+  AsnEncodedData data{};
+  EXPECT_EQ(AsnMUtilCopyEncodedDataDER(pool, &data, &none, nullptr), -1);
+}
+
+// A value serves one purpose, and only while it is open.
+TEST(Values, StatesAreKept) {
+  const Exact input(fromHex("02 01 05"));
+  Work built(type("Int"));
+  Work bound(type("Int"), input.data());
+  int32_t number = 0;
+  EXPECT_EQ(built.decode(), -1) << "nothing to decode";
+  EXPECT_EQ(AsnGetIntBER(bound.object, bound.value, "/", &number, nullptr), -1) << "not decoded yet";
+  EXPECT_EQ(bound.decode(), 0);
+  EXPECT_EQ(bound.decode(), 0) << "again";
+  EXPECT_EQ(AsnClose(bound.object, bound.value, nullptr), 0);
+  EXPECT_EQ(AsnClose(bound.object, bound.value, nullptr), -1);
+  EXPECT_EQ(bound.decode(), -1);
+  EXPECT_EQ(AsnGetIntBER(bound.object, bound.value, "/", &number, nullptr), -1);
+}
+
+TEST(Getters, DerLooksInside) {
+  const Pool pool;
   const Exact nested(fromHex("30 04 04 81 01 AA"));
   const AsnEncodedData source = nested.data();
   AsnEncodedData copy{};
@@ -393,6 +506,7 @@ TEST(Times, UnixAndText) {
     Gtime time{};
     ASSERT_EQ(GtimeFromUnix(row.seconds, row.microseconds, &time, nullptr), 0) << row.text;
     char text[28];
+    EXPECT_EQ(GtimeToText(&time, text, sizeof text - 1, nullptr), -1);
     EXPECT_EQ(GtimeToText(&time, text, sizeof text, nullptr), 0);
     EXPECT_STREQ(text, row.text);
     Gtime parsed{};
@@ -442,9 +556,9 @@ TEST(Errors, BlockKeepsTheFirstEntriesAndCountsTheRest) {
   EXPECT_EQ(err.block.dropped, 6u);
   EXPECT_EQ(err.trace()[0], "f: " + std::string(127, 'm'));
   AsnErrorReset(err);
-  AsnErrorInfo("M", "f", "line\nbreak \xC3", err, nullptr, 0);
+  AsnErrorInfo("M", "f", "line\nbreak \xC3 \\", err, nullptr, 0);
   err.block.code = 0x12345678;
-  EXPECT_EQ(err.text(), "error 0x12345678\n  M f: line\\x0Abreak \\xC3");
+  EXPECT_EQ(err.text(), "error 0x12345678\n  M f: line\\x0Abreak \\xC3 \\x5C");
   char small[8];
   EXPECT_EQ(AsnErrorText(err, nullptr, 0, small, sizeof small), err.text().size());
   EXPECT_STREQ(small, "error 0");

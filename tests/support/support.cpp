@@ -35,7 +35,7 @@ std::string toHex(const uint8_t *octets, std::size_t length) {
   return hex;
 }
 
-std::string golden(const std::string &name) {
+const std::map<std::string, std::string> &goldenRows() {
   static const std::map<std::string, std::string> rows = [] {
     std::map<std::string, std::string> read;
     std::ifstream file(KETRA_GOLDEN);
@@ -46,8 +46,12 @@ std::string golden(const std::string &name) {
     }
     return read;
   }();
-  const auto row = rows.find(name);
-  return row == rows.end() ? "no golden row " + name : row->second;
+  return rows;
+}
+
+std::string golden(const std::string &name) {
+  const auto row = goldenRows().find(name);
+  return row == goldenRows().end() ? "no golden row " + name : row->second;
 }
 
 std::string Err::text() const {

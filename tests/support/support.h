@@ -21,7 +21,8 @@ std::string toHex(const uint8_t *octets, std::size_t length);
 inline std::string toHex(const AsnEncodedData &data) { return toHex(data.octets, data.length); }
 inline std::string toHex(const Octets &octets) { return toHex(octets.data(), octets.size()); }
 
-// The octets of a row in tests/golden.tsv, as toHex writes them.
+// The rows of tests/golden.tsv by name, and the octets of one, as toHex writes them.
+const std::map<std::string, std::string> &goldenRows();
 std::string golden(const std::string &name);
 
 // A heap block of exactly this size, so that a read beyond it is seen.
