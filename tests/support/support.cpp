@@ -35,15 +35,23 @@ std::string toHex(const uint8_t *octets, std::size_t length) {
   return hex;
 }
 
+std::vector<std::vector<std::string>> rowsOf(const std::string &path) {
+  std::vector<std::vector<std::string>> rows;
+  std::ifstream file(path);
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with('#') || line.starts_with("id\t")) continue;
+    rows.emplace_back();
+    std::istringstream columns(line);
+    for (std::string column; std::getline(columns, column, '\t');) rows.back().push_back(column);
+  }
+  EXPECT_FALSE(rows.empty()) << path;
+  return rows;
+}
+
 const std::map<std::string, std::string> &goldenRows() {
   static const std::map<std::string, std::string> rows = [] {
     std::map<std::string, std::string> read;
-    std::ifstream file(KETRA_GOLDEN);
-    for (std::string line; std::getline(file, line);) {
-      const std::size_t tab = line.find('\t');
-      if (line.starts_with('#') || tab == std::string::npos) continue;
-      read[line.substr(0, tab)] = toHex(fromHex(line.substr(tab + 1, line.find('\t', tab + 1) - tab - 1)));
-    }
+    for (const auto &row : rowsOf(KETRA_GOLDEN)) read[row[0]] = toHex(fromHex(row[1]));
     return read;
   }();
   return rows;

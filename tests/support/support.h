@@ -21,6 +21,9 @@ std::string toHex(const uint8_t *octets, std::size_t length);
 inline std::string toHex(const AsnEncodedData &data) { return toHex(data.octets, data.length); }
 inline std::string toHex(const Octets &octets) { return toHex(octets.data(), octets.size()); }
 
+// The columns of each row of a tab-separated file; comments and the header row are left out. Fails on an empty file.
+std::vector<std::vector<std::string>> rowsOf(const std::string &path);
+
 // The rows of tests/golden.tsv by name, and the octets of one, as toHex writes them.
 const std::map<std::string, std::string> &goldenRows();
 std::string golden(const std::string &name);

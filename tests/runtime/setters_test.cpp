@@ -1,0 +1,245 @@
+// Setting, making and finding elements, and what is encoded.
+
+#include "runtime/schema_rows.h"
+#include "support/support.h"
+
+namespace ketra::test {
+namespace {
+
+TEST(Setters, WriteGoldenOctets) {
+  const auto integer = [](const AsnType *schema, int32_t number) {
+    Work work(schema);
+    EXPECT_EQ(AsnSetIntDER(work.object, work.value, "/", number, nullptr), 0);
+    return work.encode();
+  };
+  EXPECT_EQ(integer(type("Int"), 0), golden("integer/0"));
+  EXPECT_EQ(integer(type("Int"), 127), golden("integer/127"));
+  EXPECT_EQ(integer(type("Int"), 128), golden("integer/128"));
+  EXPECT_EQ(integer(type("Int"), -128), golden("integer/-128"));
+  EXPECT_EQ(integer(type("Int"), -129), golden("integer/-129"));
+  EXPECT_EQ(integer(type("Int"), INT32_MIN), golden("integer/least"));
+  EXPECT_EQ(integer(type("Enum"), 8), golden("enumerated/8"));
+
+  const auto octets = [](const AsnType *schema, const Octets &content) {
+    Work work(schema);
+    const AsnOct value{content.data(), static_cast<uint32_t>(content.size())};
+    EXPECT_EQ(AsnSetOctBER(work.object, work.value, "", &value, nullptr), 0);
+    return work.encode(false);
+  };
+  EXPECT_EQ(octets(type("Utf8"), fromHex("61 C3 A4")), golden("string/utf8"));
+  EXPECT_EQ(octets(type("Printable"), fromHex("41 42")), golden("string/printable"));
+  EXPECT_EQ(octets(type("Ia5"), fromHex("61 40")), golden("string/ia5"));
+  EXPECT_EQ(octets(type("Bmp"), fromHex("00 41")), golden("string/bmp"));
+  EXPECT_EQ(octets(type("Oct"), fromHex("AA*128")), golden("octets/128"));
+
+  const auto bits = [](const char *hex, uint32_t count) {
+    Work work(type("Bits"));
+    const Octets content = fromHex(hex);
+    const AsnBit value{content.data(), count};
+    EXPECT_EQ(AsnSetBitDER(work.object, work.value, nullptr, &value, nullptr), 0);
+    return work.encode();
+  };
+  EXPECT_EQ(bits("", 0), golden("keyUsage/none"));
+  EXPECT_EQ(bits("00 00", 16), golden("keyUsage/none"));
+  EXPECT_EQ(bits("80 7F", 9), golden("keyUsage/digitalSignature")) << "bits beyond the length do not count";
+  EXPECT_EQ(bits("FF FF", 9), golden("keyUsage/all"));
+  EXPECT_EQ(bits("01", 8), golden("keyUsage/encipherOnly"));
+
+  for (const std::string name : {"2.5.29.37.0", "2.999.4294967295", "1.2.840.113549", "2.4294967295", "0.39"}) {
+    const Pool pool;
+    Objid objid{};
+    ASSERT_EQ(ObjidFromText(pool, name.c_str(), &objid, nullptr), 0);
+    Work work(type("Oid"));
+    EXPECT_EQ(AsnSetObjidDER(work.object, work.value, "/", &objid, nullptr), 0);
+    EXPECT_EQ(work.encode(), golden("objid/" + name));
+    Objid read{};
+    EXPECT_EQ(AsnGetObjidBER(work.object, work.value, "/", &read, nullptr), 0);
+    char text[64];
+    EXPECT_EQ(ObjidToText(&read, text, sizeof text, nullptr, nullptr), 0);
+    EXPECT_EQ(text, name);
+  }
+
+  for (const auto &[text, row] :
+       {std::pair{"2026-01-31T23:59:59Z", "time/plain"}, std::pair{"2026-02-01T01:59:59.500+02:00", "time/fraction"}}) {
+    Gtime time{};
+    ASSERT_EQ(GtimeFromText(text, &time, nullptr), 0);
+    Work work(type("Time"));
+    EXPECT_EQ(AsnSetGtimeDER(work.object, work.value, "/", &time, nullptr), 0);
+    EXPECT_EQ(work.encode(), golden(row));
+  }
+
+  Work wrapped(type("Wrapped"));  // in schema order, whatever the order of the calls
+  EXPECT_EQ(AsnSetBoolDER(wrapped.object, wrapped.value, "flag", 1, nullptr), 0);
+  EXPECT_EQ(AsnSetIntDER(wrapped.object, wrapped.value, "number", 7, nullptr), 0);
+  EXPECT_EQ(wrapped.encode(), golden("sequence/explicit"));
+}
+
+TEST(Setters, EncodedData) {
+  const auto set = [](const char *hex, bool der, Err &err) {
+    Work work(type("Any"));
+    const Exact input(fromHex(hex));
+    const AsnEncodedData data = input.data();
+    const int32_t result = der ? AsnSetEncodedDataDER(work.object, work.value, "/", &data, err)
+                               : AsnSetEncodedDataBER(work.object, work.value, "/", &data, err);
+    return result == 0 ? work.encode(false) : std::string("refused");
+  };
+  Err err;
+  EXPECT_EQ(set("30 80 24 80 04 81 01 AA 00 00 00 00", false, err), "30 80 24 80 04 81 01 AA 00 00 00 00");
+  EXPECT_EQ(set("30 80 24 80 04 81 01 AA 00 00 00 00", true, err), "30 05 24 03 04 01 AA");
+  EXPECT_EQ(set("30 80 30 00 30 80 00 00 02 81 01 05 BF 81 02 80 00 00 00 00", true, err),
+            "30 0B 30 00 30 00 02 01 05 BF 81 02 00");
+  EXPECT_EQ(set("30 80 04 81 C8+BB*200+00 00", true, err), toHex(fromHex("30 81 CB 04 81 C8+BB*200")));
+  EXPECT_EQ(set("04 82 00 C8+BB*200", true, err), toHex(fromHex("04 81 C8+BB*200"))) << "no leading zeros";
+  EXPECT_EQ(err.block.count, 0u);
+  for (const char *bad : {"", "30", "05 00 05 00", "30 80", "00 00", "30 03 02 01"}) {
+    Err refused;
+    EXPECT_EQ(set(bad, false, refused), "refused") << bad;
+    EXPECT_EQ(refused.block.count, 1u) << bad;
+  }
+  EXPECT_EQ(set("30 03 30 02 05", true, err), "refused") << "DER looks inside";
+}
+
+TEST(Setters, SetOfIsSortedInDerOnly) {
+  Work work(type("AnySet"));
+  int member = 0;
+  for (const char *hex : {"04 01 42", "02 01 05", "04 01 41", "02 01 02"}) {
+    const Octets octets = fromHex(hex);
+    const AsnEncodedData data{octets.data(), static_cast<uint32_t>(octets.size())};
+    EXPECT_EQ(AsnSetEncodedDataDER(work.object, work.value, std::to_string(++member).c_str(), &data, nullptr), 0);
+  }
+  EXPECT_EQ(work.encode(), golden("set/sorted"));
+  EXPECT_EQ(work.encode(false), "31 0C 04 01 42 02 01 05 04 01 41 02 01 02");
+}
+
+TEST(Setters, RefuseWhatCannotBe) {
+  Work work(type("Point"));
+  const std::pair<uint32_t, int32_t (*)(AsnObject, AsnValue, const void *, AsnErrorBlock *)> calls[] = {
+      {AsnError_Value, [](auto o, auto v, auto, auto e) { return AsnSetBoolDER(o, v, "flag", 2, e); }},
+      {AsnError_Kind, [](auto o, auto v, auto, auto e) { return AsnSetBoolDER(o, v, "number", 1, e); }},
+      {AsnError_Kind, [](auto o, auto v, auto, auto e) { return AsnSetIntDER(o, v, "name", 1, e); }},
+      {AsnError_NullParameter, [](auto o, auto v, auto, auto e) { return AsnSetOctDER(o, v, "rest", nullptr, e); }},
+      {AsnError_Path, [](auto o, auto v, auto, auto e) { return AsnSetIntDER(o, v, "nimber", 1, e); }},
+  };
+  for (const auto &[code, call] : calls) {
+    Err err;
+    EXPECT_EQ(call(work.object, work.value, nullptr, err), -1);
+    EXPECT_EQ(err.code(), code) << err.text();
+    EXPECT_EQ(err.block.count, 1u);
+  }
+  Err err;
+  const uint32_t arcs[] = {1, 40};
+  const Objid badArcs{arcs, 2};
+  Work oid(type("Oid"));
+  EXPECT_EQ(AsnSetObjidBER(oid.object, oid.value, "/", &badArcs, err), -1);
+  EXPECT_EQ(err.code(), uint32_t{AsnError_Value});
+  AsnErrorReset(err);
+  const Gtime late{INT32_MAX, 0};
+  Work time(type("Time"));
+  EXPECT_EQ(AsnSetGtimeDER(time.object, time.value, "/", &late, err), -1);
+  EXPECT_EQ(err.code(), uint32_t{AsnError_Value});
+  AsnErrorReset(err);
+  const AsnOct empty{nullptr, 0};
+  Work number(type("IntString"));
+  EXPECT_EQ(AsnSetOctDER(number.object, number.value, "/", &empty, err), -1) << "an INTEGER has content";
+  EXPECT_EQ(err.code(), uint32_t{AsnError_Value});
+  EXPECT_NE(Work(type("Point")).encode().find("component number of Point is missing"), std::string::npos);
+  EXPECT_NE(Work(type("Name")).encode().find("Name has no alternative"), std::string::npos);
+  EXPECT_NE(Work(type("Int")).encode().find("is absent"), std::string::npos);
+}
+
+// A set that fails makes and replaces nothing.
+TEST(Setters, FailedSetsLeaveTheValueAlone) {
+  Work work(type("Name"));
+  const AsnOct dns{reinterpret_cast<const uint8_t *>("a"), 1};
+  ASSERT_EQ(AsnSetOctDER(work.object, work.value, "dns", &dns, nullptr), 0);
+  EXPECT_EQ(AsnSetIntDER(work.object, work.value, "ints/2", 1, nullptr), -1);
+  EXPECT_EQ(AsnSetBoolDER(work.object, work.value, "ints/1", 1, nullptr), -1);
+  const Octets padded = fromHex("00 01");
+  const AsnOct notMinimal{padded.data(), 2};
+  EXPECT_EQ(AsnSetOctDER(work.object, work.value, "serial", &notMinimal, nullptr), -1);
+  EXPECT_EQ(work.encode(), "82 01 61");
+
+  Work point(type("Point"));
+  AsnValue flag = nullptr;
+  ASSERT_EQ(AsnMakeElement(point.object, point.value, "flag", &flag, nullptr), 0);
+  ASSERT_EQ(AsnSetIntDER(point.object, point.value, "number", 1, nullptr), 0);
+  EXPECT_EQ(point.encode(), "30 03 02 01 01") << "an optional scalar that was made but not set is absent";
+
+  const Exact input(fromHex("30 03 02 01 01"));
+  Work decoded(type("Point"), input.data());
+  ASSERT_EQ(decoded.decode(), 0);
+  Err err;
+  EXPECT_EQ(AsnSetIntDER(decoded.object, decoded.value, "number", 2, err), -1);
+  EXPECT_EQ(err.code(), uint32_t{AsnError_State});
+}
+
+TEST(Paths, FindAndMake) {
+  Work work(type("Points"));
+  const auto get = [&](AsnValue from, const char *path, Err &err) {
+    AsnValue element = nullptr;
+    if (AsnGetElement(work.object, from, path, &element, err) != 0) return std::string("error");
+    return std::string(element == nullptr ? "absent" : "present");
+  };
+  AsnValue first = nullptr;
+  Err err;
+  ASSERT_EQ(AsnMakeElement(work.object, work.value, "/1", &first, err), 0);
+  EXPECT_EQ(AsnSetIntDER(work.object, first, "number", 5, err), 0);
+  EXPECT_EQ(AsnSetIntDER(work.object, work.value, "2/number", 6, err), 0);
+  AsnValue name = nullptr;
+  ASSERT_EQ(AsnMakeElement(work.object, work.value, "2/name", &name, err), 0);
+  EXPECT_EQ(AsnSetIntDER(work.object, name, "ints/1", 9, err), 0);
+
+  for (const char *path : {"/", "", "1", "/1", "2/name/ints/1", "/2/name", "01"}) {
+    EXPECT_EQ(get(work.value, path, err), "present") << path;
+  }
+  EXPECT_EQ(get(work.value, nullptr, err), "present");
+  EXPECT_EQ(get(name, "/", err), "present");
+  EXPECT_EQ(get(name, "/ints/1", err), "present") << "a path starts at the element, with or without a slash";
+  for (const char *path : {"0", "-1", "3", "99999999999999999999", "1/name", "1/name/ints/7", "2/name/dns", "1/flag"}) {
+    EXPECT_EQ(get(work.value, path, err), "absent") << path;
+  }
+  EXPECT_EQ(err.block.count, 0u);
+  for (const char *path : {"x", "1/", "//1", "1/nome", "1/number/x", "+1", "1x", "-", "2/name/ints/", "1/rest/1"}) {
+    Err failed;
+    EXPECT_EQ(get(work.value, path, failed), "error") << path;
+    EXPECT_EQ(failed.code(), uint32_t{AsnError_Path}) << path;
+  }
+  AsnValue made = nullptr;
+  for (const char *path : {"4", "0", "-1"})
+    EXPECT_EQ(AsnMakeElement(work.object, work.value, path, &made, nullptr), -1);
+  AsnValue again = nullptr;
+  EXPECT_EQ(AsnMakeElement(work.object, work.value, "1", &again, err), 0);
+  EXPECT_EQ(again, first);
+
+  uint32_t number = 0;
+  EXPECT_EQ(AsnCalNumberOfChoice(work.object, work.value, "2/name", &number, err), 0);
+  EXPECT_EQ(number, 2u);
+  uint32_t count = 99;
+  EXPECT_EQ(AsnCalCountOfSequence(work.object, name, "ints", &count, err), 0);
+  EXPECT_EQ(count, 1u);
+  const AsnOct dns{reinterpret_cast<const uint8_t *>("a"), 1};
+  EXPECT_EQ(AsnSetOctDER(work.object, name, "dns", &dns, err), 0) << "another alternative replaces the first";
+  EXPECT_EQ(work.encode(), "30 0F 30 03 02 01 05 30 08 A0 03 82 01 61 02 01 06");
+  EXPECT_EQ(work.encode(true, "2/name"), "82 01 61") << "without the tag that the component adds";
+  EXPECT_EQ(AsnCalCountOfSequence(work.object, work.value, "1/name", &count, nullptr), -1);
+  EXPECT_EQ(AsnCalCountOfSequence(work.object, nullptr, nullptr, &count, nullptr), -1);
+}
+
+// A value serves one purpose, and only while it is open.
+TEST(Values, StatesAreKept) {
+  const Exact input(fromHex("02 01 05"));
+  Work built(type("Int"));
+  Work bound(type("Int"), input.data());
+  int32_t number = 0;
+  EXPECT_EQ(built.decode(), -1) << "nothing to decode";
+  EXPECT_EQ(AsnGetIntBER(bound.object, bound.value, "/", &number, nullptr), -1) << "not decoded yet";
+  EXPECT_EQ(bound.decode(), 0);
+  EXPECT_EQ(bound.decode(), 0) << "again";
+  EXPECT_EQ(AsnClose(bound.object, bound.value, nullptr), 0);
+  EXPECT_EQ(AsnClose(bound.object, bound.value, nullptr), -1);
+  EXPECT_EQ(bound.decode(), -1);
+  EXPECT_EQ(AsnGetIntBER(bound.object, bound.value, "/", &number, nullptr), -1);
+}
+
+}  // namespace
+}  // namespace ketra::test
