@@ -240,8 +240,8 @@ int32_t AsnMUtilCopyEncodedDataDER(AsnMemObject pool, AsnEncodedData *destinatio
     case Lengths::Der: return copyShape(call, pool, destination, source);
     case Lengths::Other: return call.fail(AsnError_NotDer, "the encoding has lengths that are not DER");
     default:
-      return call.fail(fault.code,
-                       Text() << fault.text.c_str() << " at offset " << uint64_t(fault.at - source->octets));
+      return call.fail(fault.code, Text()
+                                       << fault.text.c_str() << " at offset " << uint64_t(fault.at - source->octets));
   }
 }
 
