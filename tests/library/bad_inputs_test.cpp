@@ -88,7 +88,7 @@ TEST(BadInputs, EveryVerdict) {
   if (!std::ifstream(KETRA_BAD_INPUTS)) GTEST_SKIP() << "no list of bad inputs at " << KETRA_BAD_INPUTS;
   int rows = 0;
   for (const auto &row : rowsOf(KETRA_BAD_INPUTS)) {
-    const std::string &id = row[0], &type = row[1], &hex = row[2], &library = row[5];
+    const std::string &id = row.at(0), &type = row.at(1), &hex = row.at(2), &library = row.at(5);
     ++rows;
     Err err;
     const int32_t result = read(type, build(hex), err);

@@ -18,12 +18,12 @@ const AsnType *typeNamed(const std::string &name) {
 // What BER allows beyond DER is read and written as DER.
 TEST(Decoder, ReadsEveryForm) {
   for (const auto &row : rowsOf(KETRA_ACCEPTED)) {
-    SCOPED_TRACE(row[0]);
-    const Exact input(fromHex(row[2]));
-    Work work(typeNamed(row[1]), input.data());
+    SCOPED_TRACE(row.at(0));
+    const Exact input(fromHex(row.at(2)));
+    Work work(typeNamed(row.at(1)), input.data());
     Err err;
     EXPECT_EQ(work.decode(err), 0) << err.text();
-    EXPECT_EQ(work.encode(), row[3].find('/') == std::string::npos ? row[3] : golden(row[3]));
+    EXPECT_EQ(work.encode(), row.at(3).find('/') == std::string::npos ? row.at(3) : golden(row.at(3)));
   }
 }
 
@@ -34,14 +34,14 @@ TEST(Decoder, RefusesWhatIsMalformed) {
 #undef NAMED
   };
   for (const auto &row : rowsOf(KETRA_REFUSED)) {
-    SCOPED_TRACE(row[1] + " " + row[2]);
-    const Exact input(fromHex(row[2]));
-    Work work(typeNamed(row[1]), input.data());
+    SCOPED_TRACE(row.at(1) + " " + row.at(2));
+    const Exact input(fromHex(row.at(2)));
+    Work work(typeNamed(row.at(1)), input.data());
     Err err;
     EXPECT_EQ(work.decode(err), -1);
-    EXPECT_EQ(err.code(), codes.at(row[0])) << err.text();
+    EXPECT_EQ(err.code(), codes.at(row.at(0))) << err.text();
     ASSERT_EQ(err.block.count, 1u);
-    EXPECT_EQ(err.trace()[0].find("AsnDecode: " + row[3]), 0u) << err.text();
+    EXPECT_EQ(err.trace()[0].find("AsnDecode: " + row.at(3)), 0u) << err.text();
     AsnValue element = nullptr;
     EXPECT_EQ(AsnGetElement(work.object, work.value, "/", &element, err), -1);
     EXPECT_EQ(err.code(), uint32_t{AsnError_State}) << "a value that was refused gives nothing away";

@@ -51,7 +51,7 @@ std::vector<std::vector<std::string>> rowsOf(const std::string &path) {
 const std::map<std::string, std::string> &goldenRows() {
   static const std::map<std::string, std::string> rows = [] {
     std::map<std::string, std::string> read;
-    for (const auto &row : rowsOf(KETRA_GOLDEN)) read[row[0]] = toHex(fromHex(row[1]));
+    for (const auto &row : rowsOf(KETRA_GOLDEN)) read[row.at(0)] = toHex(fromHex(row.at(1)));
     return read;
   }();
   return rows;
