@@ -1,20 +1,19 @@
-// Counts what typed operations ask of the system.
+// Counts what operations ask of the system, and lets it refuse.
 
 #include <cstdlib>
+#include <functional>
 
 #include "ketra.h"
 #include "support/support.h"
 
 namespace {
 int allocations = 0;
-}
+int failAt = 0;  // the request to refuse, counted from 1; 0: none
+}  // namespace
 
 extern "C" void *__libc_malloc(std::size_t);
 
-extern "C" void *malloc(std::size_t size) {
-  ++allocations;
-  return __libc_malloc(size);
-}
+extern "C" void *malloc(std::size_t size) { return ++allocations == failAt ? nullptr : __libc_malloc(size); }
 
 namespace ketra::test {
 namespace {
@@ -44,6 +43,57 @@ TEST(Allocations, FewPerOperation) {
     return AsnObjectDestroy(work, nullptr);
   });
   EXPECT_EQ(working, 1);
+}
+
+// Whichever request the system refuses, the operation fails with the code for it and leaves its object as it was; the
+// next call works.
+TEST(Allocations, EachMayBeRefused) {
+  static const Octets large(20000, 0xAB);
+  static Octets list = fromHex("30 82 0B B8");
+  for (uint8_t i = 0; i < 250; ++i) {  // 2.5.1.n and 2.5.2.n
+    const uint8_t arc = i < 125 ? 1 : 2;
+    list.insert(list.end(), {0x30, 0x0A, 0x06, 0x03, 0x55, arc, static_cast<uint8_t>(i % 125), 0x04, 0x03, 1, 1, 0xFF});
+  }
+  static const AsnEncodedData pdu{list.data(), static_cast<uint32_t>(list.size())};
+  const std::pair<const char *, std::function<int32_t(KetraObject, AsnErrorBlock *)>> operations[] = {
+      {"set",
+       [](auto object, auto err) {
+         const AsnOct value{large.data(), static_cast<uint32_t>(large.size())};
+         return KetraObjectSsetSubjectKeyId(object, &value, err);
+       }},
+      {"get",
+       [](auto object, auto err) {
+         AsnOct value{};
+         return KetraObjectSgetSubjectKeyId(object, &value, err);
+       }},
+      {"SetPdu", [](auto object, auto err) { return KetraObjectSetPduBER(object, &pdu, err); }},
+      {"GetPdu",
+       [](auto object, auto err) {
+         AsnEncodedData der{};
+         return KetraObjectGetPduDER(object, &der, err);
+       }},
+  };
+  for (const auto &[name, run] : operations) {
+    int refused = 0;
+    for (bool reached = true; reached; ++refused) {
+      SCOPED_TRACE(std::string(name) + ", request " + std::to_string(refused + 1));
+      Extensions extensions;
+      extensions.store(X509Objid_SubjectKeyId, fromHex("04 82 27 10+CC*10000"));
+      const std::string before = extensions.stored(X509Objid_SubjectKeyId);
+      Err err;
+      allocations = 0;
+      failAt = refused + 1;
+      const int32_t result = run(extensions, err);
+      reached = allocations >= failAt;
+      failAt = 0;
+      EXPECT_EQ(result, reached ? -1 : 0) << err.text();
+      if (!reached) break;
+      EXPECT_TRUE(err.code() == AsnError_OutOfMemory || err.code() == AsnMemError_OutOfMemory) << err.text();
+      EXPECT_EQ(extensions.stored(X509Objid_SubjectKeyId), before);
+      EXPECT_EQ(run(extensions, err), 0);
+    }
+    EXPECT_GE(refused, 1) << name;
+  }
 }
 
 }  // namespace

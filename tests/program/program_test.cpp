@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -79,36 +80,18 @@ std::string octets(const std::string &hex) {
   return out;
 }
 
-constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-
 // DER of a PEM sample.
 std::string der(const std::string &name) {
-  const std::string pem = readAll(sample(name));
-  const std::size_t begin = pem.find('\n');
-  std::string out;
-  unsigned bits = 0;
-  unsigned count = 0;
-  for (const char c : pem.substr(begin, pem.find("-----END") - begin)) {
-    const std::size_t digit = kDigits.find(c);
-    if (digit == kDigits.npos) continue;
-    bits = bits << 6 | static_cast<unsigned>(digit);
-    count += 6;
-    if (count >= 8) out += static_cast<char>(bits >> (count -= 8));
-  }
-  return out;
+  const std::string out = file("", "der");
+  EXPECT_EQ(std::system(("openssl asn1parse -noout -in " + quote(sample(name)) + " -out " + quote(out)).c_str()), 0);
+  return readAll(out);
 }
 
 std::string toPem(const std::string &label, const std::string &content) {
-  std::string body;
-  for (std::size_t at = 0; at < content.size(); at += 3) {
-    const std::string group = content.substr(at, 3) + std::string(2, '\0');
-    unsigned bits = 0;
-    for (std::size_t i = 0; i < 3; ++i) bits = bits << 8 | static_cast<unsigned char>(group[i]);
-    for (unsigned shift = 18; shift <= 18; shift -= 6) body += kDigits[bits >> shift & 63];
-  }
-  const std::size_t padding = (3 - content.size() % 3) % 3;
-  body.replace(body.size() - padding, padding, padding, '=');
-  return "-----BEGIN " + label + "-----\n" + body + "\n-----END " + label + "-----\n";
+  const std::string body = file("", "base64");
+  const std::string in = file(content, "content");
+  EXPECT_EQ(std::system(("openssl base64 -in " + quote(in) + " -out " + quote(body)).c_str()), 0);
+  return "-----BEGIN " + label + "-----\n" + readAll(body) + "-----END " + label + "-----\n";
 }
 
 // A sample in which `from`, which must be there, is replaced by `to` of the same length.
