@@ -1,4 +1,4 @@
-// The Extensions object: its records in encoding order, and beyond a few of them an index by identifier.
+// The Extensions object.
 
 #include <algorithm>
 #include <charconv>
@@ -8,6 +8,7 @@
 #include "contracts/certificate.h"
 #include "ketra_runtime.h"
 #include "runtime/asn1/pool.h"
+#include "runtime/certificate/extension_table.h"
 
 namespace ketra::certificate {
 namespace {
@@ -15,7 +16,6 @@ namespace {
 using asn1::Call;
 using asn1::Text;
 
-constexpr char kModule[] = "X509-EXT";
 constexpr std::size_t kPoolSize = 1024;  // an object with the extensions of an ordinary certificate asks once or twice
 
 constexpr schema::Row kRows[] = {
@@ -29,169 +29,6 @@ constexpr schema::Row kRows[] = {
     // clang-format on
 };
 constexpr auto kExtensions = schema::compile(kRows);
-
-// One extension, linked in encoding order. Arcs and value have blocks of their own in the pool; a value that came with
-// a whole encoding lies in the copy of that.
-struct Entry {
-  KetraExtension extension;
-  bool ownsValue;
-  uint64_t age;  // rises along the list
-  Entry *previous;
-  Entry *next;
-};
-
-bool sameObjid(const Objid &a, const Objid &b) {
-  return a.count == b.count && std::equal(a.arcs, a.arcs + a.count, b.arcs);
-}
-
-// The entries of an object. Entries never move, so records that were handed out stay where they are.
-class Table {
- public:
-  explicit Table(AsnMemObject pool) : pool_(pool) {}
-
-  uint32_t count() const { return count_; }
-  Entry *first() const { return first_; }
-  Entry *find(const Objid &objid) const;
-  Entry *at(uint32_t position);  // below count(); costs the distance from the last one asked for, or from an end
-  // Makes an entry around arcs and value that are in the pool already and whose identifier is new to the table.
-  int32_t append(const KetraExtension &extension, bool ownsValue, AsnErrorBlock *err);
-  void remove(Entry *entry);
-  void release();
-  void free(const void *memory) const { AsnMemObjectFree(pool_, memory, nullptr); }
-
-  const uint8_t *encoding = nullptr;  // the copy in which values lie, or null
-
- private:
-  static constexpr uint32_t kUnindexed = 16;  // so many are found fast enough one by one
-
-  uint32_t slotOf(const Objid &objid) const;
-  int32_t makeRoom(AsnErrorBlock *err);
-  void enter(Entry *entry);
-  void leave(const Entry *entry);
-  void freeEntry(Entry *entry) const;
-
-  AsnMemObject pool_;
-  Entry *first_ = nullptr;
-  Entry *last_ = nullptr;
-  uint32_t count_ = 0;
-  uint64_t appended_ = 0;     // ever
-  Entry *visited_ = nullptr;  // the entry that was asked for last, at its position; null before the first time
-  uint32_t visitedAt_ = 0;
-  Entry **index_ = nullptr;  // open addressing, at most half full; null while there are few entries
-  uint32_t indexSize_ = 0;   // a power of two
-};
-
-// The first slot to look at. Mixed with an address, so that nobody who writes certificates can make identifiers
-// collide.
-uint32_t Table::slotOf(const Objid &objid) const {
-  uint64_t mixed = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(pool_)) | 1;
-  for (uint32_t i = 0; i < objid.count; ++i) {
-    mixed = (mixed ^ objid.arcs[i]) * 0x9E3779B97F4A7C15u;
-    mixed ^= mixed >> 32;
-  }
-  return static_cast<uint32_t>(mixed * 0xC2B2AE3D27D4EB4Fu >> 32) & (indexSize_ - 1);
-}
-
-Entry *Table::find(const Objid &objid) const {
-  if (index_ == nullptr) {
-    Entry *entry = first_;
-    while (entry != nullptr && !sameObjid(entry->extension.objid, objid)) entry = entry->next;
-    return entry;
-  }
-  for (uint32_t slot = slotOf(objid);; slot = (slot + 1) & (indexSize_ - 1)) {
-    if (index_[slot] == nullptr || sameObjid(index_[slot]->extension.objid, objid)) return index_[slot];
-  }
-}
-
-Entry *Table::at(uint32_t position) {
-  const uint32_t fromLast = count_ - 1 - position;
-  const uint32_t fromVisited = position < visitedAt_ ? visitedAt_ - position : position - visitedAt_;
-  if (visited_ == nullptr || std::min(position, fromLast) < fromVisited) {
-    visited_ = position <= fromLast ? first_ : last_;
-    visitedAt_ = position <= fromLast ? 0 : count_ - 1;
-  }
-  for (; visitedAt_ < position; ++visitedAt_) visited_ = visited_->next;
-  for (; visitedAt_ > position; --visitedAt_) visited_ = visited_->previous;
-  return visited_;
-}
-
-int32_t Table::append(const KetraExtension &extension, bool ownsValue, AsnErrorBlock *err) {
-  void *memory = nullptr;
-  if (makeRoom(err) != 0 || AsnMemObjectMalloc(pool_, sizeof(Entry), &memory, err) != 0) return -1;
-  auto *entry = new (memory) Entry{extension, ownsValue, ++appended_, last_, nullptr};
-  (last_ == nullptr ? first_ : last_->next) = entry;
-  last_ = entry;
-  ++count_;
-  if (index_ != nullptr) enter(entry);
-  return 0;
-}
-
-// Before one more entry: an index that stays at most half full, once there are enough of them.
-int32_t Table::makeRoom(AsnErrorBlock *err) {
-  if (count_ < kUnindexed || (index_ != nullptr && count_ < indexSize_ / 2)) return 0;
-  const uint32_t size = index_ == nullptr ? 4 * kUnindexed : 2 * indexSize_;
-  if (size > UINT32_MAX / sizeof(Entry *)) {
-    return Call{kModule, "KetraObjectSetExt", err}.fail(AsnMemError_OutOfMemory, "too many extensions for one object");
-  }
-  void *memory = nullptr;
-  if (AsnMemObjectMalloc(pool_, static_cast<uint32_t>(size * sizeof(Entry *)), &memory, err) != 0) return -1;
-  free(index_);
-  index_ = static_cast<Entry **>(memory);
-  indexSize_ = size;
-  std::fill_n(index_, indexSize_, nullptr);
-  for (Entry *entry = first_; entry != nullptr; entry = entry->next) enter(entry);
-  return 0;
-}
-
-void Table::enter(Entry *entry) {
-  uint32_t slot = slotOf(entry->extension.objid);
-  while (index_[slot] != nullptr) slot = (slot + 1) & (indexSize_ - 1);
-  index_[slot] = entry;
-}
-
-// Empties the entry's slot, and moves up what stands behind it only because slots before were taken.
-void Table::leave(const Entry *entry) {
-  const uint32_t mask = indexSize_ - 1;
-  uint32_t hole = slotOf(entry->extension.objid);
-  while (index_[hole] != entry) hole = (hole + 1) & mask;
-  for (uint32_t slot = (hole + 1) & mask; index_[slot] != nullptr; slot = (slot + 1) & mask) {
-    const uint32_t home = slotOf(index_[slot]->extension.objid);
-    if (((slot - home) & mask) < ((slot - hole) & mask)) continue;
-    index_[hole] = index_[slot];
-    hole = slot;
-  }
-  index_[hole] = nullptr;
-}
-
-void Table::remove(Entry *entry) {
-  if (index_ != nullptr) leave(entry);
-  (entry->previous == nullptr ? first_ : entry->previous->next) = entry->next;
-  (entry->next == nullptr ? last_ : entry->next->previous) = entry->previous;
-  --count_;
-  if (visited_ == entry) {
-    visited_ = entry->next != nullptr ? entry->next : entry->previous;
-    if (entry->next == nullptr && visitedAt_ > 0) --visitedAt_;
-  } else if (visited_ != nullptr && entry->age < visited_->age) {
-    --visitedAt_;
-  }
-  freeEntry(entry);
-}
-
-void Table::freeEntry(Entry *entry) const {
-  free(entry->extension.objid.arcs);
-  if (entry->ownsValue) free(entry->extension.value.octets);
-  free(entry);
-}
-
-void Table::release() {
-  for (Entry *entry = first_; entry != nullptr;) {
-    Entry *const next = entry->next;
-    freeEntry(entry);
-    entry = next;
-  }
-  free(index_);
-  free(encoding);
-}
 
 struct ExtensionsObject : KetraObjectRecord {
   explicit ExtensionsObject(AsnMemObject memory) : KetraObjectRecord{memory, {}, nullptr}, table(memory) {}

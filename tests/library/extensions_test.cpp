@@ -265,27 +265,6 @@ TEST(Frames, AbsentExtensionAndNulls) {
   }
 }
 
-// No get reads a value that was cut short, and none needs an error block.
-TEST(Frames, EveryPrefixOfAValueIsRefused) {
-  KetraBasicConstraints constraints{};
-  AsnBit bits{};
-  AsnOct octets{};
-  for (const auto &[name, hex] : goldenRows()) {
-    const Octets whole = fromHex(hex);
-    for (std::size_t n = 0; n < whole.size(); ++n) {
-      const Octets prefix(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n));
-      Extensions extensions;
-      for (const Objid *objid : {&X509Objid_BasicConstraints, &X509Objid_KeyUsage, &X509Objid_SubjectKeyId}) {
-        extensions.store(*objid, prefix);
-      }
-      EXPECT_EQ(KetraObjectSgetBasicConstraints(extensions, &constraints, nullptr), -1) << name << " cut to " << n;
-      EXPECT_EQ(KetraObjectSgetKeyUsage(extensions, &bits, nullptr), -1) << name << " cut to " << n;
-      EXPECT_EQ(KetraObjectSgetSubjectKeyId(extensions, &octets, nullptr), -1) << name << " cut to " << n;
-    }
-  }
-  EXPECT_EQ(KetraObjectSgetBasicConstraints(nullptr, nullptr, nullptr), -1);
-}
-
 // After a set the encoding is back in the pool: a second set of the same value leaves the usage as it was.
 TEST(Frames, SetReturnsItsEncoding) {
   const Extensions extensions;
