@@ -19,6 +19,8 @@ inline constexpr schema::Row kTestRows[] = {
     schema::Type("Printable", schema::Octets(19)),
     schema::Type("Ia5", schema::Octets(22)),
     schema::Type("Bmp", "Oct", schema::Universal(30)),
+    schema::Type("Universal", "Oct", schema::Universal(28)),
+    schema::Type("Teletex", schema::Octets(20)),
     schema::Type("IntString", "Oct", schema::Universal(2)),
     schema::SequenceOf("Ints"),
         schema::Element("Int"),

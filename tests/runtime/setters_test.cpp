@@ -30,6 +30,9 @@ TEST(Setters, WriteGoldenOctets) {
   EXPECT_EQ(octets(type("Printable"), fromHex("41 42")), golden("string/printable"));
   EXPECT_EQ(octets(type("Ia5"), fromHex("61 40")), golden("string/ia5"));
   EXPECT_EQ(octets(type("Bmp"), fromHex("00 41")), golden("string/bmp"));
+  EXPECT_EQ(octets(type("Universal"), fromHex("00 00 00 41")), golden("string/universal"));
+  EXPECT_EQ(octets(type("Teletex"), fromHex("41")), golden("string/teletex"));
+  EXPECT_EQ(octets(type("IntString"), fromHex("00 FF EE DD CC BB AA 99 88")), golden("integer/9-octets"));
   EXPECT_EQ(octets(type("Oct"), fromHex("AA*128")), golden("octets/128"));
 
   const auto bits = [](const char *hex, uint32_t count) {
