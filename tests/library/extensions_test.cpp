@@ -244,6 +244,7 @@ TEST(Frames, AbsentExtensionAndNulls) {
   EXPECT_EQ(err.code(), 0x0146F204u);
   EXPECT_EQ(err.trace(), std::vector<std::string>{"ketraObjectSgetValueByObjid: None extension"});
   EXPECT_EQ(value.cA.value, 5);
+  EXPECT_EQ(KetraObjectSgetBasicConstraints(extensions, &value, nullptr), -1) << "an error block is not needed";
 
   const AsnBit bits{nullptr, 0};
   const AsnOct octets{nullptr, 0};
