@@ -13,6 +13,16 @@ inline bool isGiven(const Call &call, AsnObject object, const void *place) {
   return false;
 }
 
+// What a path leads to: the element, null when it is absent, and its type.
+struct Found {
+  Node *element = nullptr;
+  const AsnType *type = nullptr;
+};
+inline bool find(const Call &call, AsnObject object, AsnValue value, const char *path, const void *place,
+                 Found *found) {
+  return isGiven(call, object, place) && findElement(call, value, path, &found->element, &found->type);
+}
+
 enum class Need : bool { Optional, Mandatory };
 
 // The element at the path, whose type must satisfy `fits`; null when it is absent and may be. False after a failure.

@@ -252,7 +252,7 @@ bool Decoder::failMemory() {
   return false;
 }
 
-// "BOOLEAN content is 2 octets at offset 7 (1/distributionPoint)": what, where in the input, where in the value.
+// "BOOLEAN content is 2 octets at offset 4 (BasicConstraints/cA)": what, where in the input, where in the value.
 void Decoder::describe(Text &message) const {
   message << fault_.text.c_str() << " at offset " << uint64_t(fault_.at - begin_) << " (" << nameOf(root_->record);
   for (uint32_t i = 0; i < depth_; ++i) {

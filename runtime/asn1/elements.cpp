@@ -49,20 +49,17 @@ int32_t AsnMakeElement(AsnObject object, AsnValue value, const char *path, AsnVa
 
 int32_t AsnGetElement(AsnObject object, AsnValue value, const char *path, AsnValue *element, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (!isGiven(call, object, element)) return -1;
-  Node *found = nullptr;
-  const AsnType *type = nullptr;
-  if (!findElement(call, value, path, &found, &type)) return -1;
-  *element = found;
+  Found found;
+  if (!find(call, object, value, path, element, &found)) return -1;
+  *element = found.element;
   return 0;
 }
 
 int32_t AsnCalCountOfSequence(AsnObject object, AsnValue value, const char *path, uint32_t *count, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (!isGiven(call, object, count)) return -1;
-  Node *list = nullptr;
-  const AsnType *type = nullptr;
-  if (!findElement(call, value, path, &list, &type)) return -1;
+  Found found;
+  if (!find(call, object, value, path, count, &found)) return -1;
+  const auto [list, type] = found;
   if (!isList(kindOf(type))) return call.fail(AsnError_Kind, Text() << nameOf(type) << " is no list");
   if (list == nullptr) return call.fail(AsnError_Absent, Text() << nameOf(type) << " is absent");
   *count = list->length;
@@ -71,10 +68,9 @@ int32_t AsnCalCountOfSequence(AsnObject object, AsnValue value, const char *path
 
 int32_t AsnCalNumberOfChoice(AsnObject object, AsnValue value, const char *path, uint32_t *number, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (!isGiven(call, object, number)) return -1;
-  Node *choice = nullptr;
-  const AsnType *type = nullptr;
-  if (!findElement(call, value, path, &choice, &type)) return -1;
+  Found found;
+  if (!find(call, object, value, path, number, &found)) return -1;
+  const auto [choice, type] = found;
   if (kindOf(type) != Kind::Choice) return call.fail(AsnError_Kind, Text() << nameOf(type) << " is no CHOICE");
   if (choice == nullptr || choice->children[0] == nullptr) {
     return call.fail(AsnError_Absent, Text() << nameOf(type) << " has no alternative");
@@ -86,10 +82,9 @@ int32_t AsnCalNumberOfChoice(AsnObject object, AsnValue value, const char *path,
 int32_t AsnCalAddressOfValFld(AsnObject object, AsnValue value, const char *path, const uint8_t **address,
                               uint32_t *length, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (!isGiven(call, object, address) || !isGiven(call, object, length)) return -1;
-  Node *element = nullptr;
-  const AsnType *type = nullptr;
-  if (!findElement(call, value, path, &element, &type)) return -1;
+  Found found;
+  if (!isGiven(call, object, address) || !find(call, object, value, path, length, &found)) return -1;
+  const auto [element, type] = found;
   if (element == nullptr) {
     *address = nullptr;
     *length = ASN_ABSENT_LENGTH;
@@ -116,10 +111,9 @@ int32_t AsnCalAddressOfValFld(AsnObject object, AsnValue value, const char *path
 
 int32_t AsnCalLengthOfValFld(AsnObject object, AsnValue value, const char *path, uint32_t *length, AsnErrorBlock *err) {
   const Call call{kRuntimeModule, __func__, err};
-  if (!isGiven(call, object, length)) return -1;
-  Node *element = nullptr;
-  const AsnType *type = nullptr;
-  if (!findElement(call, value, path, &element, &type)) return -1;
+  Found found;
+  if (!find(call, object, value, path, length, &found)) return -1;
+  const Node *element = found.element;
   if (element == nullptr) {
     *length = ASN_ABSENT_LENGTH;
     return 0;

@@ -167,7 +167,7 @@ bool Encoder::writeTime(const Node *node) {
 bool Encoder::writeOpen(const Node *node) {
   const uint8_t *octets = node->content;
   uint32_t length = node->length;
-  if (rules_ == Rules::Der) {
+  if (rules_ == Rules::Der && !node->derLength) {
     Fault fault;
     Lengths lengths = checkLengths(octets, length, fault);
     if (lengths == Lengths::Other && !rewriteLengths(arena_, octets, length, &octets, &length, fault)) {

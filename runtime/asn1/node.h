@@ -18,7 +18,7 @@ struct AsnValueRecord {
   bool isSet;         // scalar: has content
   bool isRoot;        // an OpenValue
   bool inPlace;       // content lies in the bound encoding
-  bool derLength;     // decoded scalar: primitive, with a length in DER form
+  bool derLength;     // decoded scalar: primitive, with a length in DER form. Open type: known to have DER lengths only
 };
 
 namespace ketra::asn1 {

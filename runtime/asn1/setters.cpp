@@ -36,17 +36,19 @@ class Setter {
     adopt(octets, static_cast<uint32_t>(length));
     return octets;
   }
-  int32_t copy(const uint8_t *octets, uint32_t length) {
+  int32_t copy(const uint8_t *octets, uint32_t length, bool derLength = false) {
     uint8_t *to = content(length);
     if (to == nullptr) return -1;
     if (length > 0) std::memcpy(to, octets, length);
+    element_->derLength = derLength;
     return 0;
   }
-  void adopt(const uint8_t *octets, uint32_t length) {
+  void adopt(const uint8_t *octets, uint32_t length, bool derLength = false) {
     element_->content = octets;
     element_->length = length;
     element_->encoding = nullptr;
     element_->inPlace = false;
+    element_->derLength = derLength;
     element_->isSet = true;
   }
   // Whether the path leads to an INTEGER handled as octets, whose content has rules; reports nothing.
@@ -115,7 +117,7 @@ int32_t setEncoded(Setter setter, AsnValue value, const char *path, const AsnEnc
                           : isComplete(encoding->octets, encoding->length, fault) ? Lengths::Der
                                                                                   : Lengths::Malformed;
   if (lengths != Lengths::Malformed && !setter.make(value, path, isOpen)) return -1;
-  if (lengths == Lengths::Der) return setter.copy(encoding->octets, encoding->length);
+  if (lengths == Lengths::Der) return setter.copy(encoding->octets, encoding->length, der);
   const uint8_t *rewritten = nullptr;
   uint32_t length = 0;
   if (lengths == Lengths::Malformed ||
@@ -123,7 +125,7 @@ int32_t setEncoded(Setter setter, AsnValue value, const char *path, const AsnEnc
     return setter.call.fail(fault.code, Text() << fault.text.c_str() << " at offset "
                                                << uint64_t(fault.at - encoding->octets) << " of the encoding to set");
   }
-  setter.adopt(rewritten, length);
+  setter.adopt(rewritten, length, true);
   return 0;
 }
 

@@ -100,6 +100,17 @@ TEST(Setters, EncodedData) {
     EXPECT_EQ(refused.block.count, 1u) << bad;
   }
   EXPECT_EQ(set("30 03 30 02 05", true, err), "refused") << "DER looks inside";
+
+  // What went in as BER comes out as DER when DER is asked for, also over a value that was DER.
+  Work work(type("Any"));
+  const Octets der = fromHex("05 00");
+  const Octets ber = fromHex("30 80 04 81 01 AA 00 00");
+  const AsnEncodedData first{der.data(), 2};
+  const AsnEncodedData second{ber.data(), static_cast<uint32_t>(ber.size())};
+  ASSERT_EQ(AsnSetEncodedDataDER(work.object, work.value, "/", &first, nullptr), 0);
+  EXPECT_EQ(work.encode(), "05 00");
+  ASSERT_EQ(AsnSetEncodedDataBER(work.object, work.value, "/", &second, nullptr), 0);
+  EXPECT_EQ(work.encode(), "30 03 04 01 AA");
 }
 
 TEST(Setters, SetOfIsSortedInDerOnly) {
