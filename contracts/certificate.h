@@ -1,5 +1,5 @@
-/* The certificate library: the Extensions object that holds the extensions of one certificate or CRL. The house rules
- * of asn1.h hold here too. */
+/* The certificate library: the Extensions object that holds the extensions of one certificate or CRL, distinguished
+ * names and DirectoryString values. The house rules of asn1.h hold here too. */
 #ifndef KETRA_CONTRACTS_CERTIFICATE_H
 #define KETRA_CONTRACTS_CERTIFICATE_H
 
@@ -33,7 +33,20 @@ typedef struct KetraExtension {
   X(KetraObjectError_Duplicate, 0x02500005, "an identifier occurs twice (RFC 5280 4.2)")                 \
   X(KetraObjectError_Empty, 0x02500006, "an Extensions SEQUENCE has at least one member")
 
-enum { KETRA_CERTIFICATE_ERROR_LIST(ASN_ERROR_CONSTANT) };
+#define X509_NAME_ERROR_LIST(X)                                                                                \
+  X(X509NameError_OutOfMemory, 0x02510001, "the system could not supply memory for a name")                    \
+  X(X509NameError_NullParameter, 0x02510002, "a required name, structure or out-parameter is null")            \
+  X(X509NameError_Empty, 0x02510003, "a relative distinguished name has at least one attribute (X.501 9.3)")   \
+  X(X509NameError_Attribute, 0x02510004, "an attribute value does not fit its attribute type")                 \
+  X(X509DirStrError_Choice, 0x02510010, "no DirectoryString has this alternative")                             \
+  X(X509DirStrError_Length, 0x02510011, "a DirectoryString with too few or too many characters")               \
+  X(X509DirStrError_Characters, 0x02510012, "octets that are no characters of the DirectoryString's alphabet") \
+  X(X509IpError_Text, 0x02510020, "no IP address, and no address with mask")                                   \
+  X(X509IpError_Length, 0x02510021, "an iPAddress of 4 or 16 octets, or of 8 or 32 with a mask, is needed")
+
+enum { KETRA_CERTIFICATE_ERROR_LIST(ASN_ERROR_CONSTANT) X509_NAME_ERROR_LIST(ASN_ERROR_CONSTANT) };
+
+/* ---- Extensions object ------------------------------------------------------------------------------------------- */
 
 /* Stores a copy of the extension. An extension of the same identifier is replaced in its place, so an object never
  * holds two; the new value may be the object's own. On failure the object is unchanged. */
@@ -42,6 +55,87 @@ KETRA_RUNTIME_API int32_t KetraObjectSetExt(KetraObject object, const KetraExten
  * stay valid until that extension is replaced or deleted. */
 KETRA_RUNTIME_API int32_t KetraObjectSearchExtpByObjid(KetraObject object, const Objid *objid,
                                                        const KetraExtension **extension, AsnErrorBlock *err);
+
+/* ---- Name object: one distinguished name (X.501 9, RFC 5280 4.1.2.4) --------------------------------------------- */
+
+typedef struct X509NameObjectRecord *X509NameObject;
+
+/* Releases the object; a null one succeeds without effect. */
+KETRA_RUNTIME_API int32_t X509NameObjectDestroy(X509NameObject name, AsnErrorBlock *err);
+/* Makes a new object that shares nothing with the source. */
+KETRA_RUNTIME_API int32_t X509MUtilCopyNameObject(X509NameObject *name, X509NameObject source, AsnErrorBlock *err);
+/* Make the open-type element at the path and give it the encoding of the name, which is DER with both. */
+KETRA_RUNTIME_API int32_t X509MUtilSetNameObjectDER(AsnObject object, AsnValue value, const char *path,
+                                                    X509NameObject name, AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t X509MUtilSetNameObjectBER(AsnObject object, AsnValue value, const char *path,
+                                                    X509NameObject name, AsnErrorBlock *err);
+/* Make a new Name object from the encoding that the open-type element holds; the caller destroys it. It has memory of
+ * its own and takes nothing from `pool`. A malformed name is refused; the DER form refuses lengths that are not DER. */
+KETRA_RUNTIME_API int32_t X509MUtilGetNameObjectDER(AsnMemObject pool, AsnObject object, AsnValue value,
+                                                    const char *path, X509NameObject *name, AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t X509MUtilGetNameObjectBER(AsnMemObject pool, AsnObject object, AsnValue value,
+                                                    const char *path, X509NameObject *name, AsnErrorBlock *err);
+
+/* ---- DirectoryString (X.520 6.1, RFC 5280 4.1.2.4) --------------------------------------------------------------- */
+
+enum { /* alternatives, in the order of the definition */
+       X509DirStr_TeletexString = 1,
+       X509DirStr_PrintableString = 2,
+       X509DirStr_BmpString = 3,       /* UTF-16 code units, two octets each, most significant first */
+       X509DirStr_UniversalString = 4, /* UTF-32 code units, four octets each, most significant first */
+       X509DirStr_Utf8String = 5
+};
+
+typedef struct X509DirStr {
+  uint32_t choice; /* X509DirStr_... */
+  const uint8_t *octets;
+  uint32_t length; /* in octets */
+} X509DirStr;
+
+typedef struct X509DirStrOpt {
+  X509DirStr value;
+  int32_t option;
+} X509DirStrOpt;
+
+/* Make the DirectoryString element at the path and give it a copy of the value. The Opt form makes nothing when the
+ * flag is not 1. Characters are taken as they are. */
+KETRA_RUNTIME_API int32_t X509MUtilSetDirStrDER(AsnObject object, AsnValue value, const char *path,
+                                                const X509DirStr *string, AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t X509MUtilSetDirStrBER(AsnObject object, AsnValue value, const char *path,
+                                                const X509DirStr *string, AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t X509MUtilSetDirStrOptDER(AsnObject object, AsnValue value, const char *path,
+                                                   const X509DirStrOpt *string, AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t X509MUtilSetDirStrOptBER(AsnObject object, AsnValue value, const char *path,
+                                                   const X509DirStrOpt *string, AsnErrorBlock *err);
+/* Read the element into pool memory. The DER forms refuse lengths that are not DER. The Opt forms report an absent
+ * element as zeros, flag 0; the others fail on it (AsnError_Absent). */
+KETRA_RUNTIME_API int32_t X509MUtilGetDirStrDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
+                                                X509DirStr *string, AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t X509MUtilGetDirStrBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
+                                                X509DirStr *string, AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t X509MUtilGetDirStrOptDER(AsnMemObject pool, AsnObject object, AsnValue value,
+                                                   const char *path, X509DirStrOpt *string, AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t X509MUtilGetDirStrOptBER(AsnMemObject pool, AsnObject object, AsnValue value,
+                                                   const char *path, X509DirStrOpt *string, AsnErrorBlock *err);
+/* Deep copies into the pool. The Opt form copies an absent value as zeros, flag 0. */
+KETRA_RUNTIME_API int32_t X509MUtilCopyDirStrBER(AsnMemObject pool, X509DirStr *destination, const X509DirStr *source,
+                                                 AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t X509MUtilCopyDirStrOptBER(AsnMemObject pool, X509DirStrOpt *destination,
+                                                    const X509DirStrOpt *source, AsnErrorBlock *err);
+/* Free what a read or copy allocated and set the value to zeros; the Opt form also clears its flag. */
+KETRA_RUNTIME_API int32_t X509MUtilFreeDirStr(AsnMemObject pool, X509DirStr *string, AsnErrorBlock *err);
+KETRA_RUNTIME_API int32_t X509MUtilFreeDirStrOpt(AsnMemObject pool, X509DirStrOpt *string, AsnErrorBlock *err);
+
+enum { /* what a length belongs to, for messages */
+       X509LengthOf_NameAssigner = 59,
+       X509LengthOf_PartyName = 60
+};
+
+/* Success when the string has 1 to `upperBound` characters of its own alphabet: an octet each, but for BMPString (two
+ * octets), UniversalString (four) and UTF8String (encoded characters). Octets that are no such characters are refused:
+ * the length of such a string cannot be told. */
+KETRA_RUNTIME_API int32_t X509MUtilGetCheckLengthOfDirStr(const X509DirStr *string, uint32_t upperBound,
+                                                          int32_t lengthOf, AsnErrorBlock *err);
 
 #ifdef __cplusplus
 }

@@ -79,6 +79,119 @@ KETRA_API int32_t KetraObjectSgetPolicyConstraintsCritical(KetraObject extension
 KETRA_API int32_t KetraObjectSgetCRLDistributionPointsCritical(KetraObject extensions, int32_t *critical,
                                                                AsnErrorBlock *err);
 
+/* ---- GeneralName object (RFC 5280 4.2.1.6) ----------------------------------------------------------------------- */
+
+typedef struct X509GenNameObjectRecord *X509GenNameObject;
+
+enum { /* kinds of GeneralName, in the order of the CHOICE */
+       X509GenName_OtherName = 1,
+       X509GenName_Rfc822Name = 2,
+       X509GenName_DNSName = 3,
+       X509GenName_X400Address = 4,
+       X509GenName_DirectoryName = 5,
+       X509GenName_EdiPartyName = 6,
+       X509GenName_UniformResourceIdentifier = 7,
+       X509GenName_IPAddress = 8,
+       X509GenName_RegisteredID = 9
+};
+
+typedef struct X509OtherName {
+  Objid type;
+  AsnEncodedDataOpt value; /* one complete encoding */
+} X509OtherName;
+
+typedef struct X509EdiPartyName { /* strings of 1 to 32768 characters */
+  X509DirStrOpt nameAssigner;
+  X509DirStr partyName;
+} X509EdiPartyName;
+
+typedef struct X509GenNameParam {
+  uint32_t type; /* X509GenName_...: which member counts */
+  union {
+    X509OtherName otherName;
+    AsnOct rfc822Name; /* characters of IA5String, not checked, not NUL-terminated; so are the next and the URI */
+    AsnOct dNSName;
+    AsnEncodedData x400Address; /* one ORAddress SEQUENCE */
+    X509NameObject directoryName;
+    X509EdiPartyName ediPartyName;
+    AsnOct uniformResourceIdentifier;
+    AsnOct iPAddress; /* X509IpAddressFromText makes it */
+    Objid registeredID;
+  };
+} X509GenNameParam;
+
+/* An object holds one name, as a parameter, as its encoding, or as both; it makes one from the other on demand. What it
+ * hands out points into it and lives until its name is replaced or it is destroyed. After a failed SetName, SetPdu or
+ * Copy the object holds its old name or none.
+ *
+ * Makes an object without a name. */
+KETRA_API int32_t X509GenNameObjectCreate(X509GenNameObject *object, AsnErrorBlock *err);
+/* Releases the object and all it holds; a null object succeeds without effect. */
+KETRA_API int32_t X509GenNameObjectDestroy(X509GenNameObject object, AsnErrorBlock *err);
+/* Takes a deep copy of the parameter (a Name object is copied too), which may point into the object itself. Contents
+ * are not checked, but for the lengths of an ediPartyName. */
+KETRA_API int32_t X509GenNameObjectSetName(X509GenNameObject object, const X509GenNameParam *parameter,
+                                           AsnErrorBlock *err);
+/* A view of the parameter. An object without a name is KetraError_GetNameEmpty. */
+KETRA_API int32_t X509GenNameObjectGetName(X509GenNameObject object, X509GenNameParam *parameter, AsnErrorBlock *err);
+/* Take a copy of one encoded GeneralName and decode it at once. The DER form refuses lengths that are not DER. */
+KETRA_API int32_t X509GenNameObjectSetPduDER(X509GenNameObject object, const AsnEncodedData *encoding,
+                                             AsnErrorBlock *err);
+KETRA_API int32_t X509GenNameObjectSetPduBER(X509GenNameObject object, const AsnEncodedData *encoding,
+                                             AsnErrorBlock *err);
+/* A view of the encoding. A name that was set in BER is encoded anew as DER and loses its BER encoding, whereas the BER
+ * form returns whatever is stored. An object without a name is KetraError_GetPduEmpty. */
+KETRA_API int32_t X509GenNameObjectGetPduDER(X509GenNameObject object, AsnEncodedData *encoding, AsnErrorBlock *err);
+KETRA_API int32_t X509GenNameObjectGetPduBER(X509GenNameObject object, AsnEncodedData *encoding, AsnErrorBlock *err);
+/* Makes `destination` hold what `source` holds, in its own memory. */
+KETRA_API int32_t X509GenNameObjectCopy(X509GenNameObject destination, X509GenNameObject source, AsnErrorBlock *err);
+
+/* ---- GeneralNames ------------------------------------------------------------------------------------------------ */
+
+/* A chain of nodes and objects that belong to the caller. To read a list, count its members, make as many nodes with an
+ * object each, and let the read fill the objects in order. */
+typedef struct X509GenNameChain {
+  struct X509GenNameChain *next;
+  X509GenNameObject genName;
+} X509GenNameChain;
+
+typedef struct X509GenNames {
+  X509GenNameChain *genNames;
+} X509GenNames;
+
+typedef struct X509GenNamesOpt {
+  X509GenNameChain *genNames;
+  int32_t option;
+} X509GenNamesOpt;
+
+/* Make the GeneralNames element at the path with one member per node. The objects may come to store an encoding. */
+KETRA_API int32_t X509MUtilSetGenNamesDER(AsnObject work, AsnValue value, const char *path,
+                                          const X509GenNameChain *chain, AsnErrorBlock *err);
+KETRA_API int32_t X509MUtilSetGenNamesBER(AsnObject work, AsnValue value, const char *path,
+                                          const X509GenNameChain *chain, AsnErrorBlock *err);
+/* Fill the objects of the chain in the order of the members; `pool` serves for passing buffers. Objects beyond the last
+ * member are left alone; a chain that is too short fails after its last object is filled. */
+KETRA_API int32_t X509MUtilSgetGenNamesDER(AsnMemObject pool, AsnObject work, AsnValue value, const char *path,
+                                           const X509GenNameChain *chain, AsnErrorBlock *err);
+KETRA_API int32_t X509MUtilSgetGenNamesBER(AsnMemObject pool, AsnObject work, AsnValue value, const char *path,
+                                           const X509GenNameChain *chain, AsnErrorBlock *err);
+/* Give the object the encoding of one GeneralName element. */
+KETRA_API int32_t X509MUtilSgetGenNameObjectDER(AsnMemObject pool, AsnObject work, AsnValue value, const char *path,
+                                                X509GenNameObject object, AsnErrorBlock *err);
+KETRA_API int32_t X509MUtilSgetGenNameObjectBER(AsnMemObject pool, AsnObject work, AsnValue value, const char *path,
+                                                X509GenNameObject object, AsnErrorBlock *err);
+/* Destroys the object in `destination` (may be null) and puts a new copy of `source` there, or null when `source` is
+ * null. After a failure `destination` is null. An object copied onto itself stays as it is. */
+KETRA_API int32_t X509MUtilCopyGenNameObject(X509GenNameObject *destination, X509GenNameObject source,
+                                             AsnErrorBlock *err);
+/* Refuses an empty chain and nodes without an object; whether the objects hold names is not looked at. */
+KETRA_API int32_t X509MUtilCheckGenNames(const X509GenNameChain *chain, AsnErrorBlock *err);
+/* Besides, refuses a flag other than 0 and 1; with 0 the chain is not looked at. */
+KETRA_API int32_t X509MUtilCheckGenNamesOpt(const X509GenNamesOpt *names, AsnErrorBlock *err);
+/* Points `path` at a constant string, the element name of a kind of GeneralName; for X509GenName_EdiPartyName at
+ * "EDIPartyName". */
+KETRA_API int32_t X509MUtilGetPathOfGenName(uint32_t type, const char **path, AsnErrorBlock *err);
+
 /* ---- BasicConstraints (RFC 5280 4.2.1.9) ------------------------------------------------------------------------- */
 
 typedef struct KetraBasicConstraints {
@@ -109,6 +222,23 @@ KETRA_API int32_t KetraObjectSgetKeyUsage(KetraObject extensions, AsnBit *value,
 KETRA_API int32_t KetraObjectSsetSubjectKeyId(KetraObject extensions, const AsnOct *value, AsnErrorBlock *err);
 /* Written only when the identifier was read; a failing close or destroy after that leaves it written. */
 KETRA_API int32_t KetraObjectSgetSubjectKeyId(KetraObject extensions, AsnOct *value, AsnErrorBlock *err);
+
+/* ---- SubjectAltName, IssuerAltName (RFC 5280 4.2.1.6, 4.2.1.7), CertIssuer (RFC 5280 5.3.3) -----------------------
+ */
+
+/* The sets need 1 name or more. The gets fill the objects of a chain that the caller has prepared, one per name; the
+ * Cal operations tell how many. CertIssuer is always stored critical. */
+KETRA_API int32_t KetraObjectSsetSubjectAltName(KetraObject extensions, int32_t critical, const X509GenNames *value,
+                                                AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetSubjectAltName(KetraObject extensions, const X509GenNames *value, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetSubjectAltNameCalGenName(KetraObject extensions, uint32_t *count, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSsetIssuerAltName(KetraObject extensions, int32_t critical, const X509GenNames *value,
+                                               AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetIssuerAltName(KetraObject extensions, const X509GenNames *value, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetIssuerAltNameCalGenName(KetraObject extensions, uint32_t *count, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSsetCertIssuer(KetraObject extensions, const X509GenNames *value, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetCertIssuer(KetraObject extensions, const X509GenNames *value, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetCertIssuerCalGenName(KetraObject extensions, uint32_t *count, AsnErrorBlock *err);
 
 #ifdef __cplusplus
 }

@@ -4,19 +4,66 @@
 #define KETRA_ERRORS_H
 
 /* X(name, code, function, reason, meaning) */
-#define KETRA_ERROR_LIST(X)                                                                          \
-  X(KetraError_NullParameter, 0x01460F02, "any", "None parameter",                                   \
-    "a required handle, structure or out-parameter is null")                                         \
-  X(KetraError_CriticalAbsent, 0x0146F104, "ketraObjectSgetCritical", "None extension",              \
-    "the extension is not in the Extensions object")                                                 \
-  X(KetraError_ExtensionAbsent, 0x0146F204, "ketraObjectSgetValueByObjid", "None extension",         \
-    "the extension is not in the Extensions object")                                                 \
-  X(KetraError_SetBasicConstraintsPathLen, 0x01464852, "KetraObjectSsetBasicConstraints", "pathLen", \
-    "pathLenConstraint is present and negative")                                                     \
-  X(KetraError_GetBasicConstraintsPathLen, 0x0146B952, "KetraObjectSgetBasicConstraints", "pathLen", \
-    "the stored pathLenConstraint is negative")                                                      \
-  X(KetraError_SetKeyUsageBitLength, 0x0146203A, "KetraObjectSsetKeyUsage", "bitlength",             \
-    "more than nine key usage bits")
+#define KETRA_ERROR_LIST(X)                                                                                            \
+  X(KetraError_NullParameter, 0x01460F02, "any", "None parameter",                                                     \
+    "a required handle, structure or out-parameter is null")                                                           \
+  X(KetraError_CriticalAbsent, 0x0146F104, "ketraObjectSgetCritical", "None extension",                                \
+    "the extension is not in the Extensions object")                                                                   \
+  X(KetraError_ExtensionAbsent, 0x0146F204, "ketraObjectSgetValueByObjid", "None extension",                           \
+    "the extension is not in the Extensions object")                                                                   \
+  X(KetraError_SetBasicConstraintsPathLen, 0x01464852, "KetraObjectSsetBasicConstraints", "pathLen",                   \
+    "pathLenConstraint is present and negative")                                                                       \
+  X(KetraError_GetBasicConstraintsPathLen, 0x0146B952, "KetraObjectSgetBasicConstraints", "pathLen",                   \
+    "the stored pathLenConstraint is negative")                                                                        \
+  X(KetraError_SetKeyUsageBitLength, 0x0146203A, "KetraObjectSsetKeyUsage", "bitlength",                               \
+    "more than nine key usage bits")                                                                                   \
+  X(KetraError_SetNameNoNameObject, 0x01472102, "X509GenNameObjectSetName", "None NameObject",                         \
+    "a directoryName without Name object")                                                                             \
+  X(KetraError_SetNameType, 0x01472144, "X509GenNameObjectSetName", "type", "no kind of GeneralName has this number")  \
+  X(KetraError_GetNameEmpty, 0x01475102, "X509GenNameObjectGetName", "None parameter",                                 \
+    "the GeneralName object holds no name")                                                                            \
+  X(KetraError_GetPduEmpty, 0x01479103, "X509GenNameObjectGetPduDER, X509GenNameObjectGetPduBER",                      \
+    "None PDU and None Param", "the GeneralName object holds no name")                                                 \
+  X(KetraError_ResetParamType, 0x0147E144, "x509GenNameObjectResetParam", "type", "the GeneralName object is damaged") \
+  X(KetraError_SetParamType, 0x0147E244, "x509GenNameObjectSetParam", "type", "the GeneralName object is damaged")     \
+  X(KetraError_GetParamType, 0x0147E344, "x509GenNameObjectGetParam", "type",                                          \
+    "no kind of GeneralName has this number")                                                                          \
+  X(KetraError_GenNameObjectMissing, 0x0147F202, "x509MUtilSgetGenNameObject", "None GenNameObject",                   \
+    "no GeneralName object to read into")                                                                              \
+  X(KetraError_GenNameElementEmpty, 0x0147F221, "x509MUtilSgetGenNameObject", "the element path",                      \
+    "no GeneralName stands at the path")                                                                               \
+  X(KetraError_GenNamesNoObject, 0x0147F302, "x509MUtilSetGenNames", "None parameter",                                 \
+    "a node names no GeneralName object")                                                                              \
+  X(KetraError_GenNamesEmpty, 0x0147F382, "x509MUtilSetGenNames", "Count of SetOf = 0",                                \
+    "the chain of GeneralNames is empty")                                                                              \
+  X(KetraError_GenNamesAbsent, 0x0147F406, "x509MUtilSgetGenNames", "Call AsnGetElement",                              \
+    "no GeneralNames stand at the path")                                                                               \
+  X(KetraError_GenNamesChainShort, 0x0147F499, "x509MUtilSgetGenNames", "Chain is too short ",                         \
+    "fewer nodes than GeneralNames")                                                                                   \
+  X(KetraError_PathOfGenNameType, 0x0147F544, "X509MUtilGetPathOfGenName", "type",                                     \
+    "no kind of GeneralName has this number")                                                                          \
+  X(KetraError_CheckGenNamesNoObject, 0x0147F602, "X509MUtilCheckGenNames", "No Object",                               \
+    "a node names no GeneralName object")                                                                              \
+  X(KetraError_CheckGenNamesEmpty, 0x0147F682, "X509MUtilCheckGenNames", "Count = 0",                                  \
+    "the chain of GeneralNames is empty")                                                                              \
+  X(KetraError_CheckGenNamesOption, 0x0147F754, "X509MUtilCheckGenNamesOpt", "option",                                 \
+    "a presence flag other than 0 and 1")                                                                              \
+  X(KetraError_SetORAddressDomain, 0x0147F985, "x509MUtilSetORAddress", "Count of SequenceOf is invalid",              \
+    "domain-defined attributes without a member")                                                                      \
+  X(KetraError_SetORAddressExtension, 0x0147F986, "x509MUtilSetORAddress", "Count of SequenceOf is invalid",           \
+    "extension attributes without a member")                                                                           \
+  X(KetraError_ORAddressAbsent, 0x0147FA06, "x509MUtilSgetORAddress", "Call AsnGetElement",                            \
+    "no ORAddress stands at the path")                                                                                 \
+  X(KetraError_ORAddressPartAbsent, 0x0147FA21, "x509MUtilSgetORAddress", "the component",                             \
+    "a component of the ORAddress is missing")                                                                         \
+  X(KetraError_ORAddressPartEmpty, 0x0147FA22, "x509MUtilSgetORAddress", "the component",                              \
+    "a component of the ORAddress is empty")                                                                           \
+  X(KetraError_GetORAddressDomain, 0x0147FA85, "x509MUtilSgetORAddress", "Count of SequenceOf is invalid",             \
+    "domain-defined attributes without a member")                                                                      \
+  X(KetraError_GetORAddressExtension, 0x0147FA86, "x509MUtilSgetORAddress", "Count of SequenceOf is invalid",          \
+    "extension attributes without a member")                                                                           \
+  X(KetraError_CertIssuerAbsent, 0x0146DA82, "KetraObjectSgetCertIssuerCalGenName", "CertIssuer",                      \
+    "no GeneralNames in the extension")
 
 /* A row for AsnErrorText: static const AsnErrorMeaning meanings[] = {KETRA_ERROR_LIST(KETRA_ERROR_MEANING)}; */
 #define KETRA_ERROR_MEANING(name, code, function, reason, meaning) {code, meaning},

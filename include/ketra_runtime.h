@@ -60,6 +60,47 @@ KETRA_RUNTIME_API int32_t KetraObjectDeleteExt(KetraObject object, const Objid *
 /* The object's pool: to bound it, and to free what typed gets put there. */
 KETRA_RUNTIME_API int32_t KetraObjectGetMemObject(KetraObject object, AsnMemObject *pool, AsnErrorBlock *err);
 
+/* ---- Names ------------------------------------------------------------------------------------------------------- */
+
+/* Makes a name without relative distinguished names; the caller destroys it (X509NameObjectDestroy). */
+KETRA_RUNTIME_API int32_t X509NameObjectCreate(X509NameObject *name, AsnErrorBlock *err);
+/* Replaces the name by the one that is encoded: RDNSequence (RFC 5280 4.1.2.4). On failure the object is unchanged. */
+KETRA_RUNTIME_API int32_t X509NameObjectSetPduBER(X509NameObject name, const AsnEncodedData *encoding,
+                                                  AsnErrorBlock *err);
+/* The name in DER. The octets belong to the object and live until it is changed or destroyed. */
+KETRA_RUNTIME_API int32_t X509NameObjectGetPduDER(X509NameObject name, AsnEncodedData *encoding, AsnErrorBlock *err);
+
+typedef struct X509NameAttribute { /* AttributeTypeAndValue */
+  Objid type;
+  X509DirStr value;
+} X509NameAttribute;
+
+/* Appends one relative distinguished name of `count` attributes, 1 or more. The attribute types whose syntax is
+ * IA5String (emailAddress, domainComponent) are written as that: their value must be ASCII, given as PrintableString
+ * or UTF8String. On failure the object is unchanged. */
+KETRA_RUNTIME_API int32_t X509NameObjectAppendRdn(X509NameObject name, const X509NameAttribute *attributes,
+                                                  uint32_t count, AsnErrorBlock *err);
+/* The text form of RFC 4514, most specific first: "CN=Steve,O=Example\, Inc.,C=GB". The keywords are those of RFC 4514
+ * 3 (CN, L, ST, O, OU, C, STREET, DC, UID) and some more of common use; other types stand in dotted form with "#" and
+ * the value in hex. The text is UTF-8; control characters are escaped. Writes at most `size` octets, NUL included, and
+ * sets `length` (may be null) to the length of the whole text without the NUL; a text that does not fit is an error
+ * (AsnError_Range) that still sets `length`. */
+KETRA_RUNTIME_API int32_t X509NameObjectGetText(X509NameObject name, char *text, uint32_t size, uint32_t *length,
+                                                AsnErrorBlock *err);
+/* Sets `equal` to 1 when the names match (RFC 5280 7.1): the same relative distinguished names in the same order, their
+ * attributes in any order. Strings match whatever their type, without regard to the case of ASCII letters, to leading
+ * and trailing space and to the length of space between; other values match octet by octet. */
+KETRA_RUNTIME_API int32_t X509NameObjectCompare(X509NameObject name, X509NameObject other, int32_t *equal,
+                                                AsnErrorBlock *err);
+
+/* An iPAddress in text form: "192.0.2.1", "2001:db8::1" (RFC 5952); with a mask, as in name constraints, "192.0.2.0/24"
+ * or, when the mask is not contiguous, "192.0.2.0/255.0.255.0". Needs at most 80 octets, NUL included. A length of
+ * other than 4, 16, 8 or 32 octets is X509IpError_Length. */
+KETRA_RUNTIME_API int32_t X509IpAddressToText(const AsnOct *address, char *text, uint32_t size, AsnErrorBlock *err);
+/* Reads any of these forms (and "2001:db8::/ffff:ffff::") into `octets` and sets `length` to 4, 16, 8 or 32. */
+KETRA_RUNTIME_API int32_t X509IpAddressFromText(const char *text, uint8_t octets[32], uint32_t *length,
+                                                AsnErrorBlock *err);
+
 /* ---- Times and identifiers --------------------------------------------------------------------------------------- */
 
 /* ISO 8601, "2026-01-31T23:59:59Z", with up to six digits of fraction; read with an offset ("+01:00") too. The text
