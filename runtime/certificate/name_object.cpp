@@ -55,7 +55,10 @@ int32_t create(const Call &call, X509NameObject *name) {
 // Room for `length` octets: a buffer of its own for another name, and one of double size for one that grows.
 int32_t reserve(const Call &call, X509NameObject name, uint32_t kept, uint64_t length) {
   constexpr uint32_t kMost = UINT32_MAX - kHeaderRoom;
-  if (length > kMost) return call.fail(AsnError_TooLong, "the name would exceed 4294967295 octets");
+  if (length > kMost) {
+    call.fail(AsnError_TooLong, "the name would exceed 4294967295 octets");
+    return -1;
+  }
   if (kept > 0 && length <= name->capacity) return 0;
   const uint64_t wanted = kept == 0 ? length : std::max(length, 2 * uint64_t{kept});
   const auto capacity = static_cast<uint32_t>(std::min<uint64_t>(wanted, kMost));

@@ -74,24 +74,18 @@ TEST(DirectoryString, ReadsWhatIsThere) {
 TEST(DirectoryString, RefusesToSet) {
   Work work(type("Party"));
   const Octets octets = fromHex("41");
-  struct Row {
-    X509DirStr string;
-    uint32_t code;
-  };
-  for (const Row &row : {Row{view(0, octets), X509DirStrError_Choice}, Row{view(6, octets), X509DirStrError_Choice},
-                         Row{{1, nullptr, 1}, X509NameError_NullParameter}}) {
+  for (const X509DirStr &string : {view(0, octets), view(6, octets), X509DirStr{1, nullptr, 1}}) {
     Err err;
-    EXPECT_EQ(X509MUtilSetDirStrDER(work.object, work.value, "name", &row.string, err), -1);
-    EXPECT_EQ(err.code(), row.code);
-    AsnValue element = nullptr;
-    EXPECT_EQ(AsnGetElement(work.object, work.value, "name", &element, nullptr), 0);
-    EXPECT_EQ(element, nullptr) << "nothing is made";
+    EXPECT_EQ(X509MUtilSetDirStrDER(work.object, work.value, "name", &string, err), -1);
+    EXPECT_EQ(err.code(), uint32_t(string.choice == 1 ? X509NameError_NullParameter : X509DirStrError_Choice));
   }
+  AsnValue element = nullptr;
+  EXPECT_EQ(AsnGetElement(work.object, work.value, "name", &element, nullptr), 0);
+  EXPECT_EQ(element, nullptr) << "nothing is made";
   const X509DirStr string = view(1, octets);
-  Err err;
-  EXPECT_EQ(X509MUtilSetDirStrDER(work.object, work.value, "number", &string, err), -1) << "no CHOICE";
-  EXPECT_EQ(X509MUtilGetDirStrBER(nullptr, work.object, work.value, "name", nullptr, err), -1);
-  EXPECT_EQ(err.block.count, 2u);
+  EXPECT_EQ(X509MUtilSetDirStrDER(work.object, work.value, "number", &string, nullptr), -1) << "no CHOICE";
+  EXPECT_EQ(X509MUtilGetDirStrBER(nullptr, work.object, work.value, "name", nullptr, nullptr), -1);
+  EXPECT_EQ(X509MUtilFreeDirStrOpt(nullptr, nullptr, nullptr), -1);
 }
 
 TEST(DirectoryString, CheckLength) {
