@@ -136,8 +136,9 @@ TEST(NameObject, InElements) {
     EXPECT_EQ(err.block.count, result == 0 ? 0u : 1u);
     AsnEncodedData encoding{};
     EXPECT_EQ(X509NameObjectGetPduDER(made, &encoding, nullptr), result);
+    const std::string read = result == 0 ? toHex(encoding) : std::to_string(err.code());
     X509NameObjectDestroy(made, nullptr);
-    return result == 0 ? toHex(encoding) : std::to_string(err.code());
+    return read;
   };
   const auto code = [](uint32_t number) { return std::to_string(number); };
   EXPECT_EQ(get(built, true, "wrapped"), golden("name/ia5"));
