@@ -2,13 +2,10 @@
 // tests/data/outside_calls.txt.
 
 #include <fstream>
-#include <functional>
 #include <sstream>
 
-#include "ketra.h"
 #include "library/outside_calls.h"
-#include "schema/schema.h"
-#include "support/names.h"
+#include "library/outside_operations.h"
 
 namespace ketra::test {
 namespace {
@@ -22,8 +19,8 @@ struct ExpectedCall {
 };
 
 struct Case {
-  std::string name;  // operation and input
   std::string operation;
+  std::string input;
   std::vector<ExpectedCall> calls;
 };
 
@@ -32,259 +29,93 @@ std::string replaced(std::string text, const std::string &rules) {
   return text;
 }
 
-// One line: a function and what stands above it says when it fails.
+// One line of the table.
 struct Line {
+  std::size_t depth = 0;
   std::string name;
   std::string message;
+  std::string recorder;   // whose entry it is, when not that of the line above
+  std::string paragraph;  // where its own calls stand, when not below it
   bool silent = false;
   bool passes = false;
 
-  Line(std::string text, const std::string &rules) {
+  Line(const std::string &text, const std::string &rules) {
+    const std::size_t begin = text.find_first_not_of(' ');
+    depth = begin / 2;
     const std::size_t colon = text.find(": ");
-    if (colon != std::string::npos) message = text.substr(colon + 2);
-    std::istringstream words(text.substr(0, colon));
+    const std::size_t open = text.find(" (");
+    std::istringstream words(replaced(text.substr(begin, std::min(colon, open) - begin), rules));
     words >> name;
-    name = replaced(name, rules);
-    if (message.empty()) message = "Call " + name;
+    message = colon == std::string::npos ? "Call " + name : text.substr(colon + 2);
+    if (open < colon) {
+      const std::string input = text.substr(open + 2, text.find(')', open) - open - 2);
+      paragraph = name + (input.empty() ? "" : " ") + input;
+    }
     for (std::string word; words >> word;) {
+      if (word == "as") std::getline(words >> std::ws, recorder);
       silent = silent || word == "silent";
       passes = passes || word == "passes";
     }
   }
 };
 
-Case parse(const std::vector<std::string> &paragraph, const std::string &rules) {
-  Case one;
-  one.name = replaced(paragraph[0], rules);
-  one.operation = one.name.substr(0, one.name.find(' '));
-  std::vector<Line> path;  // down to the line, without the operation
-  for (std::size_t i = 1; i < paragraph.size(); ++i) {
-    const std::size_t depth = paragraph[i].find_first_not_of(' ') / 2;
-    path.resize(depth - 1, Line("", ""));
-    path.emplace_back(paragraph[i], rules);
-    const bool isCall = i + 1 == paragraph.size() || paragraph[i + 1].find_first_not_of(' ') / 2 <= depth;
-    if (!isCall) continue;
-    ExpectedCall call{path.back().name, {}, path.back().passes ? kInjectedResult : -1};
-    for (std::size_t at = path.size(); at-- > 0;) {
-      if (path[at].silent) continue;
-      call.trace.push_back((at == 0 ? one.operation : path[at - 1].name) + ": " + path[at].message);
-    }
-    one.calls.push_back(call);
-  }
-  return one;
-}
-
-std::vector<Case> readCases() {
-  std::vector<Case> cases;
-  std::ifstream file(KETRA_OUTSIDE_CALLS);
-  std::vector<std::string> paragraph;
-  const auto finish = [&] {
-    if (paragraph.empty()) return;
-    const bool isTwin = paragraph[0].find("XER") != std::string::npos;
-    for (const char *rules : {"DER", "BER"}) {
-      if (isTwin || *rules == 'D') cases.push_back(parse(paragraph, rules));
-    }
-    paragraph.clear();
-  };
-  for (std::string line; std::getline(file, line);) {
-    if (line.starts_with('#')) continue;
-    if (line.empty()) {
-      finish();
-    } else {
-      paragraph.push_back(line);
+class Table {
+ public:
+  explicit Table(const std::string &path) {
+    std::ifstream file(path);
+    std::string name;
+    for (std::string line; std::getline(file, line);) {
+      if (line.empty() || line.starts_with('#')) continue;
+      if (line[0] != ' ') name = line;
+      for (const char *rules : {"DER", "BER"}) {
+        std::vector<Line> &lines = paragraphs_[replaced(name, rules)];
+        const bool isTwin = name.find("XER") != std::string::npos;
+        if (line[0] == ' ' && (isTwin || *rules == 'D')) lines.emplace_back(line, rules);
+      }
     }
   }
-  finish();
-  return cases;
-}
-
-// ---- The operations ------------------------------------------------------------------------------------------------
-
-// Everything that an operation may need, made anew for each failure.
-struct Stage {
-  explicit Stage(const std::string &kind) : input(kind) {
-    EXPECT_EQ(object.setPdu(fromHex(held), false), 0);
-    extensions.store(X509Objid_BasicConstraints, fromHex("30 00"));
-    extensions.store(X509Objid_KeyUsage, fromHex("03 02 07 80"));
-    extensions.store(X509Objid_SubjectKeyId, fromHex("04 01 AA"));
-    for (const Objid *objid : {&X509Objid_SubjectAltName, &X509Objid_IssuerAltName, &X509Objid_CertIssuer}) {
-      extensions.store(*objid, list);
+  std::vector<Case> cases() const {
+    std::vector<Case> cases;
+    for (const auto &[name, lines] : paragraphs_) {
+      const std::size_t blank = std::min(name.find(' '), name.size());
+      Case one{name.substr(0, blank), name.substr(std::min(blank + 1, name.size())), {}};
+      append(name, {}, one.operation, &one.calls);
+      cases.push_back(one);
     }
-    EXPECT_EQ(decoded.decode(), 0);
-    for (std::size_t i = 0; i < 2; ++i) EXPECT_EQ(setName(names.at(i), names.at(i)), 0);  // has to be encoded
-    if (kind != "empty") {
-      EXPECT_EQ(source.setPdu(fromHex(held), false), 0);
-    }
-  }
-  static bool isKind(const std::string &text) { return std::find(kKinds.begin(), kKinds.end(), text) != kKinds.end(); }
-  static int32_t setName(const GenName &to, const GenName &from, AsnErrorBlock *err = nullptr) {
-    const X509GenNameParam param = from.param();
-    return X509GenNameObjectSetName(to, &param, err);
+    return cases;
   }
 
-  const std::string input;
-  const Octets list = fromHex("30 09 82 01 61 87 04 C0 00 02 01");
-  const Exact encodedList{list};
-  Extensions extensions;
-  Work built{AsnType_SequenceOfAny};
-  Work decoded{AsnType_SequenceOfAny, encodedList.data()};
-  Pool pool;
-  Names names{{"dNSName", "iPAddress"}};
-  Names fresh{{"", ""}};
-  GenName source;                                                              // the name of the input's kind, or none
-  const std::string held = sampleOf(isKind(input) ? input : "directoryName");  // by both
-  GenName object;
+ private:
+  // The calls of a paragraph whose function is called as `outer` says, from the inside out.
+  void append(const std::string &paragraph, const std::vector<std::string> &outer, const std::string &function,
+              std::vector<ExpectedCall> *calls) const {
+    const auto found = paragraphs_.find(paragraph);
+    ASSERT_NE(found, paragraphs_.end()) << paragraph;
+    const std::vector<Line> &lines = found->second;
+    std::vector<const Line *> path;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      path.resize(lines[i].depth - 1);
+      path.push_back(&lines[i]);
+      if (i + 1 < lines.size() && lines[i + 1].depth > lines[i].depth) continue;
+      std::vector<std::string> trace;
+      for (std::size_t at = path.size(); at-- > 0;) {
+        if (path[at]->silent) continue;
+        const std::string &recorder = !path[at]->recorder.empty() ? path[at]->recorder
+                                      : at == 0                   ? function
+                                                                  : path[at - 1]->name;
+        trace.push_back(recorder + ": " + path[at]->message);
+      }
+      trace.insert(trace.end(), outer.begin(), outer.end());
+      if (!lines[i].paragraph.empty()) {
+        append(lines[i].paragraph, trace, lines[i].name, calls);
+      } else {
+        calls->push_back({lines[i].name, trace, lines[i].passes ? kInjectedResult : -1});
+      }
+    }
+  }
+
+  std::map<std::string, std::vector<Line>> paragraphs_;
 };
-
-using Step = std::function<int32_t(Stage &, AsnErrorBlock *)>;
-
-struct Operation {
-  Step run;
-  const Objid *objid = nullptr;  // of the extension that it reads or writes
-  std::string opened = "";       // the type of the value it opens
-  Step prepare = [](Stage &, AsnErrorBlock *) { return 0; };
-};
-
-const std::map<std::string, Operation> &operations() {
-  static const KetraBasicConstraints constraints{{1, 1}, {3, 1}};
-  static const uint8_t octets[] = {0x06, 0x00};
-  static const AsnBit bits{octets, 9};
-  static const AsnOct identifier{octets, 2};
-  static KetraBasicConstraints constraintsRead;
-  static AsnBit bitsRead;
-  static AsnOct identifierRead;
-  static int32_t critical;
-  static uint32_t count;
-  const auto getPdu = [](auto get) {
-    return Operation{.run =
-                         [=](Stage &s, auto err) {
-                           AsnEncodedData encoding{};
-                           return get(s.object, &encoding, err);
-                         },
-                     .opened = "GeneralName",
-                     .prepare = [](Stage &s, auto err) { return Stage::setName(s.object, s.source, err); }};
-  };
-  const auto setPdu = [](auto set) {
-    return Operation{.run =
-                         [=](Stage &s, auto err) {
-                           const Exact encoding(fromHex(sampleOf(s.input)));
-                           const AsnEncodedData data = encoding.data();
-                           return set(s.object, &data, err);
-                         },
-                     .opened = "GeneralName"};
-  };
-  const auto setList = [](auto set) {
-    return Operation{
-        .run = [=](Stage &s, auto err) { return set(s.built.object, s.built.value, "", s.names.first(), err); },
-        .opened = "GeneralName"};
-  };
-  const auto getList = [](auto get) {
-    return Operation{
-        .run = [=](Stage &s,
-                   auto err) { return get(s.pool, s.decoded.object, s.decoded.value, "", s.fresh.first(), err); },
-        .opened = "GeneralName"};
-  };
-  const auto getOne = [](auto get) {
-    return Operation{
-        .run = [=](Stage &s,
-                   auto err) { return get(s.pool, s.decoded.object, s.decoded.value, "1", s.fresh.at(0), err); },
-        .opened = "GeneralName"};
-  };
-  const auto setNames = [](auto set, const Objid &objid) {
-    return Operation{.run =
-                         [=](Stage &s, auto err) {
-                           const X509GenNames value{s.names.first()};
-                           return set(s.extensions, &value, err);
-                         },
-                     .objid = &objid,
-                     .opened = "GeneralNames"};
-  };
-  const auto getNames = [](auto get, const Objid &objid, const char *opened) {
-    return Operation{.run =
-                         [=](Stage &s, auto err) {
-                           const X509GenNames value{s.fresh.first()};
-                           return get(s.extensions, &value, err);
-                         },
-                     .objid = &objid,
-                     .opened = opened};
-  };
-  const auto countNames = [](auto get, const Objid &objid, const char *opened) {
-    return Operation{[=](Stage &s, auto err) { return get(s.extensions, &count, err); }, &objid, opened};
-  };
-  const auto critically = [](auto set) {
-    return [=](KetraObject extensions, const X509GenNames *value, AsnErrorBlock *err) {
-      return set(extensions, 1, value, err);
-    };
-  };
-  static const std::map<std::string, Operation> rows = {
-      {"KetraObjectSsetBasicConstraints",
-       {[](Stage &s, auto err) { return KetraObjectSsetBasicConstraints(s.extensions, 1, &constraints, err); },
-        &X509Objid_BasicConstraints, "BasicConstraints"}},
-      {"KetraObjectSgetBasicConstraints",
-       {[](Stage &s, auto err) { return KetraObjectSgetBasicConstraints(s.extensions, &constraintsRead, err); },
-        &X509Objid_BasicConstraints, "BasicConstraints"}},
-      {"KetraObjectSgetBasicConstraintsCritical",
-       {[](Stage &s, auto err) { return KetraObjectSgetBasicConstraintsCritical(s.extensions, &critical, err); },
-        &X509Objid_BasicConstraints}},
-      {"KetraObjectSsetKeyUsage",
-       {[](Stage &s, auto err) { return KetraObjectSsetKeyUsage(s.extensions, 1, &bits, err); }, &X509Objid_KeyUsage,
-        "BITSTRING"}},
-      {"KetraObjectSgetKeyUsage",
-       {[](Stage &s, auto err) { return KetraObjectSgetKeyUsage(s.extensions, &bitsRead, err); }, &X509Objid_KeyUsage,
-        "BITSTRING"}},
-      {"KetraObjectSsetSubjectKeyId",
-       {[](Stage &s, auto err) { return KetraObjectSsetSubjectKeyId(s.extensions, &identifier, err); },
-        &X509Objid_SubjectKeyId, "SubjectKeyIdentifier"}},
-      {"KetraObjectSgetSubjectKeyId",
-       {[](Stage &s, auto err) { return KetraObjectSgetSubjectKeyId(s.extensions, &identifierRead, err); },
-        &X509Objid_SubjectKeyId, "SubjectKeyIdentifier"}},
-      {"X509GenNameObjectCreate", {[](Stage &, auto err) {
-         X509GenNameObject made = nullptr;
-         const int32_t result = X509GenNameObjectCreate(&made, err);
-         outside.armed = false;
-         X509GenNameObjectDestroy(made, nullptr);
-         return result;
-       }}},
-      {"X509GenNameObjectDestroy",
-       {[](Stage &s, auto err) { return X509GenNameObjectDestroy(std::exchange(*s.object.handle(), nullptr), err); }}},
-      {"X509GenNameObjectSetName", {[](Stage &s, auto err) {
-         const bool isOwn = s.input.starts_with("its-own") && s.object.hasName();
-         return Stage::setName(s.object, isOwn ? s.object : s.source, err);
-       }}},
-      {"X509GenNameObjectGetPduDER", getPdu(X509GenNameObjectGetPduDER)},
-      {"X509GenNameObjectGetPduBER", getPdu(X509GenNameObjectGetPduBER)},
-      {"X509GenNameObjectSetPduDER", setPdu(X509GenNameObjectSetPduDER)},
-      {"X509GenNameObjectSetPduBER", setPdu(X509GenNameObjectSetPduBER)},
-      {"X509GenNameObjectCopy", {[](Stage &s, auto err) { return X509GenNameObjectCopy(s.object, s.source, err); }}},
-      {"X509MUtilSetGenNamesDER", setList(X509MUtilSetGenNamesDER)},
-      {"X509MUtilSetGenNamesBER", setList(X509MUtilSetGenNamesBER)},
-      {"X509MUtilSgetGenNamesDER", getList(X509MUtilSgetGenNamesDER)},
-      {"X509MUtilSgetGenNamesBER", getList(X509MUtilSgetGenNamesBER)},
-      {"X509MUtilSgetGenNameObjectDER", getOne(X509MUtilSgetGenNameObjectDER)},
-      {"X509MUtilSgetGenNameObjectBER", getOne(X509MUtilSgetGenNameObjectBER)},
-      {"X509MUtilCopyGenNameObject",
-       {.run = [](Stage &s, auto err) { return X509MUtilCopyGenNameObject(s.object.handle(), s.source, err); },
-        .prepare =
-            [](Stage &s, auto err) {
-              Stage::setName(s.source, s.source, err);
-              return s.object.setPdu(fromHex(sampleOf("directoryName")), true, err);
-            }}},
-      {"KetraObjectSsetSubjectAltName", setNames(critically(KetraObjectSsetSubjectAltName), X509Objid_SubjectAltName)},
-      {"KetraObjectSsetIssuerAltName", setNames(critically(KetraObjectSsetIssuerAltName), X509Objid_IssuerAltName)},
-      {"KetraObjectSsetCertIssuer", setNames(KetraObjectSsetCertIssuer, X509Objid_CertIssuer)},
-      {"KetraObjectSgetSubjectAltName",
-       getNames(KetraObjectSgetSubjectAltName, X509Objid_SubjectAltName, "GeneralNames")},
-      {"KetraObjectSgetIssuerAltName", getNames(KetraObjectSgetIssuerAltName, X509Objid_IssuerAltName, "GeneralNames")},
-      {"KetraObjectSgetCertIssuer", getNames(KetraObjectSgetCertIssuer, X509Objid_CertIssuer, "CertificateIssuer")},
-      {"KetraObjectSgetSubjectAltNameCalGenName",
-       countNames(KetraObjectSgetSubjectAltNameCalGenName, X509Objid_SubjectAltName, "GeneralNames")},
-      {"KetraObjectSgetIssuerAltNameCalGenName",
-       countNames(KetraObjectSgetIssuerAltNameCalGenName, X509Objid_IssuerAltName, "GeneralNames")},
-      {"KetraObjectSgetCertIssuerCalGenName",
-       countNames(KetraObjectSgetCertIssuerCalGenName, X509Objid_CertIssuer, "CertificateIssuer")},
-  };
-  return rows;
-}
 
 // ---- The sweep -----------------------------------------------------------------------------------------------------
 
@@ -309,21 +140,23 @@ int32_t runArmed(const Operation &operation, Stage &stage, Err &err, int failAt)
 }
 
 void expectSuccess(const Case &one, const Operation &operation) {
-  Stage stage(one.name.substr(std::min(one.name.size(), one.operation.size() + 1)));
+  Stage stage(one.input);
   Err err;
   ASSERT_EQ(operation.prepare(stage, err), 0);
   EXPECT_EQ(runArmed(operation, stage, err, 0), 0) << err.text();
   std::vector<std::string> calls;
   for (const ExpectedCall &call : one.calls) calls.push_back(call.name);
   EXPECT_EQ(outside.calls, calls);
-  EXPECT_EQ(outside.opened, operation.opened);
+  if (operation.objid != nullptr) {
+    EXPECT_EQ(outside.opened, operation.opened);
+  }
   EXPECT_EQ(err.block.count, 0u);
 }
 
 void expectFailure(const Case &one, const Operation &operation, int failAt) {
   const ExpectedCall &call = one.calls.at(static_cast<std::size_t>(failAt) - 1);
   SCOPED_TRACE(call.name + ", call " + std::to_string(failAt));
-  Stage stage(one.name.substr(std::min(one.name.size(), one.operation.size() + 1)));
+  Stage stage(one.input);
   Err err;
   ASSERT_EQ(operation.prepare(stage, err), 0);
   const std::string stored = operation.objid == nullptr ? "" : stage.extensions.stored(*operation.objid);
@@ -345,10 +178,10 @@ void expectFailure(const Case &one, const Operation &operation, int failAt) {
 }
 
 TEST(FaultSweep, EveryOutsideCallOfEveryOperation) {
-  const std::vector<Case> cases = readCases();
+  const std::vector<Case> cases = Table(KETRA_OUTSIDE_CALLS).cases();
   const Live before;
   for (const Case &one : cases) {
-    SCOPED_TRACE(one.name);
+    SCOPED_TRACE(one.operation + " " + one.input);
     const auto operation = operations().find(one.operation);
     ASSERT_NE(operation, operations().end());
     expectSuccess(one, operation->second);

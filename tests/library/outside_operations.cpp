@@ -1,0 +1,341 @@
+#include "library/outside_operations.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "library/outside_calls.h"
+
+namespace ketra::test {
+namespace {
+
+bool isKind(const std::string &text) { return std::find(kKinds.begin(), kKinds.end(), text) != kKinds.end(); }
+
+int32_t setName(const GenName &to, const GenName &from, AsnErrorBlock *err = nullptr) {
+  const X509GenNameParam param = from.param();
+  return X509GenNameObjectSetName(to, &param, err);
+}
+
+// An object that has its name as a parameter only and has to encode it.
+void dropEncoding(GenName &name) { EXPECT_EQ(setName(name, name), 0); }
+
+}  // namespace
+
+Stage::Stage(const std::string &name) : input(name), held(sampleOf(isKind(name) ? name : "directoryName")) {
+  const std::pair<const Objid *, std::string> values[] = {
+      {&X509Objid_BasicConstraints, "30 00"},
+      {&X509Objid_KeyUsage, "03 02 07 80"},
+      {&X509Objid_SubjectKeyId, "04 01 AA"},
+      {&X509Objid_SubjectAltName, "30 09 82 01 61 87 04 C0 00 02 01"},
+      {&X509Objid_IssuerAltName, "30 09 82 01 61 87 04 C0 00 02 01"},
+      {&X509Objid_CertIssuer, "30 09 82 01 61 87 04 C0 00 02 01"},
+      {&X509Objid_CRLDistributionPoints, Structures::pointsDer()},
+      {&X509Objid_IssuingDistributionPoint, Structures::issuingDer()},
+      {&X509Objid_NameConstraints, Structures::constraintsDer(name != "excludedSubtrees", name != "permittedSubtrees")},
+  };
+  for (const auto &[objid, hex] : values) extensions.store(*objid, fromHex(hex));
+  for (Names *list : {&samples.fullName, &samples.bases}) {
+    dropEncoding(list->at(0));
+    dropEncoding(list->at(1));
+  }
+  dropEncoding(samples.issuer.at(0));
+  EXPECT_EQ(object.setPdu(fromHex(held), false), 0);
+  if (input != "empty") {
+    EXPECT_EQ(source.setPdu(fromHex(held), false), 0);
+  }
+}
+
+namespace {
+
+// ---- Families ------------------------------------------------------------------------------------------------------
+
+template <class Get>
+Operation getPdu(Get get) {
+  const Step run = [=](Stage &s, auto err) {
+    AsnEncodedData encoding{};
+    return get(s.object, &encoding, err);
+  };
+  return {.run = run, .prepare = [](Stage &s, auto err) { return setName(s.object, s.source, err); }};
+}
+
+template <class Set>
+Operation setPdu(Set set) {
+  const Step run = [=](Stage &s, auto err) {
+    const bool isFirst = s.input.starts_with("first-");
+    const Exact encoding(fromHex(sampleOf(isFirst ? s.input.substr(sizeof "first-" - 1) : s.input)));
+    const AsnEncodedData data = encoding.data();
+    return set(isFirst ? s.prepared.fullName.at(0) : s.object, &data, err);
+  };
+  return {.run = run};
+}
+
+template <class Set>
+Operation setList(Set set) {
+  const Step run = [=](Stage &s, auto err) {
+    Names &names = s.input == "two" ? s.samples.fullName : s.samples.issuer;
+    return set(s.names.object, s.names.value, "", names.first(), err);
+  };
+  return {.run = run};
+}
+
+template <class Get>
+Operation getList(Get get) {
+  const Step run = [=](Stage &s, auto err) {
+    const Decoded &list = s.input == "two" ? s.two : s.one;
+    return get(s.pool, list.object(), list.value(), "", s.prepared.fullName.first(), err);
+  };
+  return {.run = run};
+}
+
+template <class Get>
+Operation getOne(Get get) {
+  const Step run = [=](Stage &s, auto err) {
+    const GenName &object = s.prepared.fullName.at(0);
+    if (s.input == "iPAddress") return get(s.pool, s.one.object(), s.one.value(), "1", object, err);
+    if (s.input.size() == 1) return get(s.pool, s.two.object(), s.two.value(), s.input.c_str(), object, err);
+    const bool armed = std::exchange(outside.armed, false);
+    const AsnValue list = s.subtrees.element("permittedSubtrees");
+    outside.armed = armed;
+    return get(s.pool, s.subtrees.object(), list, s.input.c_str(), object, err);
+  };
+  return {.run = run};
+}
+
+template <class Set>
+Operation setNames(Set set, const Objid &objid) {
+  const Step run = [=](Stage &s, auto err) {
+    const X509GenNames value{s.samples.fullName.first()};
+    if constexpr (std::is_invocable_v<Set, KetraObject, int32_t, const X509GenNames *, AsnErrorBlock *>) {
+      return set(s.extensions, 1, &value, err);
+    } else {
+      return set(s.extensions, &value, err);
+    }
+  };
+  return {run, &objid, "GeneralNames"};
+}
+
+template <class Get>
+Operation getNames(Get get, const Objid &objid, const char *opened) {
+  const Step run = [=](Stage &s, auto err) {
+    const X509GenNames value{s.prepared.fullName.first()};
+    return get(s.extensions, &value, err);
+  };
+  return {run, &objid, opened};
+}
+
+template <class Get>
+Operation count(Get get, const Objid &objid, const char *opened) {
+  return {[=](Stage &s, auto err) { return get(s.extensions, &s.number, err); }, &objid, opened};
+}
+
+// ---- One by one ----------------------------------------------------------------------------------------------------
+
+constexpr uint8_t kOctets[] = {0x06, 0x00};
+
+int32_t createAndDestroy(Stage &, AsnErrorBlock *err) {
+  X509GenNameObject made = nullptr;
+  const int32_t result = X509GenNameObjectCreate(&made, err);
+  outside.armed = false;
+  X509GenNameObjectDestroy(made, nullptr);
+  return result;
+}
+
+int32_t setNameOf(Stage &s, AsnErrorBlock *err) {
+  const bool isOwn = s.input.starts_with("its-own") && s.object.hasName();
+  return setName(s.object, isOwn ? s.object : s.source, err);
+}
+
+int32_t prepareCopy(Stage &s, AsnErrorBlock *err) {
+  dropEncoding(s.source);
+  return s.object.setPdu(fromHex(sampleOf("directoryName")), true, err);
+}
+
+int32_t getPointName(Stage &s, AsnErrorBlock *err) {
+  X509DistributionPointName name = s.preparedName();
+  return X509MUtilSgetDistributionPointName(s.pool, s.point().object(), s.point().value(), "distributionPoint", &name,
+                                            err);
+}
+
+int32_t getPointNameOpt(Stage &s, AsnErrorBlock *err) {
+  X509DistributionPointNameOpt name{s.preparedName(), 0};
+  return X509MUtilSgetDistributionPointNameOpt(s.pool, s.point().object(), s.point().value(), "distributionPoint",
+                                               &name, err);
+}
+
+int32_t setConstraints(Stage &s, AsnErrorBlock *err) {
+  const bool isPermitted = s.input == "permittedSubtrees";
+  const KetraNameConstraints value{{s.samples.subtrees, isPermitted ? 1 : 0},
+                                   {s.samples.subtrees, isPermitted ? 0 : 1}};
+  return KetraObjectSsetNameConstraints(s.extensions, 1, &value, err);
+}
+
+int32_t getConstraints(Stage &s, AsnErrorBlock *err) {
+  KetraNameConstraints value{{s.prepared.subtrees, 0}, {s.prepared.subtrees, 0}};
+  return KetraObjectSgetNameConstraints(s.extensions, &value, err);
+}
+
+const std::map<std::string, Operation> kOperations = {
+    {"KetraObjectSsetBasicConstraints",
+     {[](Stage &s, auto err) {
+        const KetraBasicConstraints value{{1, 1}, {3, 1}};
+        return KetraObjectSsetBasicConstraints(s.extensions, 1, &value, err);
+      },
+      &X509Objid_BasicConstraints, "BasicConstraints"}},
+    {"KetraObjectSgetBasicConstraints",
+     {[](Stage &s, auto err) {
+        KetraBasicConstraints value{};
+        return KetraObjectSgetBasicConstraints(s.extensions, &value, err);
+      },
+      &X509Objid_BasicConstraints, "BasicConstraints"}},
+    {"KetraObjectSgetBasicConstraintsCritical",
+     {[](Stage &s, auto err) {
+        int32_t critical = 0;
+        return KetraObjectSgetBasicConstraintsCritical(s.extensions, &critical, err);
+      },
+      &X509Objid_BasicConstraints}},
+    {"KetraObjectSsetKeyUsage",
+     {[](Stage &s, auto err) {
+        const AsnBit value{kOctets, 9};
+        return KetraObjectSsetKeyUsage(s.extensions, 1, &value, err);
+      },
+      &X509Objid_KeyUsage, "BITSTRING"}},
+    {"KetraObjectSgetKeyUsage",
+     {[](Stage &s, auto err) {
+        AsnBit value{};
+        return KetraObjectSgetKeyUsage(s.extensions, &value, err);
+      },
+      &X509Objid_KeyUsage, "BITSTRING"}},
+    {"KetraObjectSsetSubjectKeyId",
+     {[](Stage &s, auto err) {
+        const AsnOct value{kOctets, 2};
+        return KetraObjectSsetSubjectKeyId(s.extensions, &value, err);
+      },
+      &X509Objid_SubjectKeyId, "SubjectKeyIdentifier"}},
+    {"KetraObjectSgetSubjectKeyId",
+     {[](Stage &s, auto err) {
+        AsnOct value{};
+        return KetraObjectSgetSubjectKeyId(s.extensions, &value, err);
+      },
+      &X509Objid_SubjectKeyId, "SubjectKeyIdentifier"}},
+    {"X509GenNameObjectCreate", {createAndDestroy}},
+    {"X509GenNameObjectDestroy",
+     {[](Stage &s, auto err) { return X509GenNameObjectDestroy(std::exchange(*s.object.handle(), nullptr), err); }}},
+    {"X509GenNameObjectSetName", {setNameOf}},
+    {"X509GenNameObjectGetPduDER", getPdu(X509GenNameObjectGetPduDER)},
+    {"X509GenNameObjectGetPduBER", getPdu(X509GenNameObjectGetPduBER)},
+    {"X509GenNameObjectSetPduDER", setPdu(X509GenNameObjectSetPduDER)},
+    {"X509GenNameObjectSetPduBER", setPdu(X509GenNameObjectSetPduBER)},
+    {"X509GenNameObjectCopy", {[](Stage &s, auto err) { return X509GenNameObjectCopy(s.object, s.source, err); }}},
+    {"X509MUtilSetGenNamesDER", setList(X509MUtilSetGenNamesDER)},
+    {"X509MUtilSetGenNamesBER", setList(X509MUtilSetGenNamesBER)},
+    {"X509MUtilSgetGenNamesDER", getList(X509MUtilSgetGenNamesDER)},
+    {"X509MUtilSgetGenNamesBER", getList(X509MUtilSgetGenNamesBER)},
+    {"X509MUtilSgetGenNameObjectDER", getOne(X509MUtilSgetGenNameObjectDER)},
+    {"X509MUtilSgetGenNameObjectBER", getOne(X509MUtilSgetGenNameObjectBER)},
+    {"X509MUtilCopyGenNameObject",
+     {.run = [](Stage &s, auto err) { return X509MUtilCopyGenNameObject(s.object.handle(), s.source, err); },
+      .prepare = prepareCopy}},
+    {"KetraObjectSsetSubjectAltName", setNames(KetraObjectSsetSubjectAltName, X509Objid_SubjectAltName)},
+    {"KetraObjectSsetIssuerAltName", setNames(KetraObjectSsetIssuerAltName, X509Objid_IssuerAltName)},
+    {"KetraObjectSsetCertIssuer", setNames(KetraObjectSsetCertIssuer, X509Objid_CertIssuer)},
+    {"KetraObjectSgetSubjectAltName",
+     getNames(KetraObjectSgetSubjectAltName, X509Objid_SubjectAltName, "GeneralNames")},
+    {"KetraObjectSgetIssuerAltName", getNames(KetraObjectSgetIssuerAltName, X509Objid_IssuerAltName, "GeneralNames")},
+    {"KetraObjectSgetCertIssuer", getNames(KetraObjectSgetCertIssuer, X509Objid_CertIssuer, "CertificateIssuer")},
+    {"KetraObjectSgetSubjectAltNameCalGenName",
+     count(KetraObjectSgetSubjectAltNameCalGenName, X509Objid_SubjectAltName, "GeneralNames")},
+    {"KetraObjectSgetIssuerAltNameCalGenName",
+     count(KetraObjectSgetIssuerAltNameCalGenName, X509Objid_IssuerAltName, "GeneralNames")},
+    {"KetraObjectSgetCertIssuerCalGenName",
+     count(KetraObjectSgetCertIssuerCalGenName, X509Objid_CertIssuer, "CertificateIssuer")},
+    {"X509MUtilSetDistributionPointName",
+     {.run =
+          [](Stage &s, auto err) {
+            const X509DistributionPointName name = s.sampleName();
+            return X509MUtilSetDistributionPointName(s.issuing.object, s.issuing.value, "distributionPoint", &name,
+                                                     err);
+          }}},
+    {"X509MUtilSgetDistributionPointName", {getPointName}},
+    {"X509MUtilSgetDistributionPointNameOpt", {getPointNameOpt}},
+    {"X509MUtilCalDistributionPointName", {[](Stage &s, auto err) {
+       return X509MUtilCalDistributionPointName(s.point().object(), s.point().value(), "distributionPoint", &s.choice,
+                                                &s.number, err);
+     }}},
+    {"X509MUtilCheckDistributionPointName", {[](Stage &s, auto err) {
+       return X509MUtilCheckDistributionPointName(&s.samples.issuing.distributionPoint.value, err);
+     }}},
+    {"X509MUtilCheckDistributionPointNameOpt", {[](Stage &s, auto err) {
+       return X509MUtilCheckDistributionPointNameOpt(&s.samples.issuing.distributionPoint, err);
+     }}},
+    {"X509MUtilCheckCRLDistributionPoints",
+     {[](Stage &s, auto err) { return X509MUtilCheckCRLDistributionPoints(s.samples.points, err); }}},
+    {"KetraObjectSsetCRLDistributionPoints",
+     {[](Stage &s, auto err) { return KetraObjectSsetCRLDistributionPoints(s.extensions, 1, s.samples.points, err); },
+      &X509Objid_CRLDistributionPoints, "CRLDistributionPoints"}},
+    {"KetraObjectSgetCRLDistributionPoints",
+     {[](Stage &s, auto err) { return KetraObjectSgetCRLDistributionPoints(s.extensions, s.prepared.points, err); },
+      &X509Objid_CRLDistributionPoints, "CRLDistributionPoints"}},
+    {"KetraObjectSgetCRLDistributionPointsCalDistributionPoint",
+     count(KetraObjectSgetCRLDistributionPointsCalDistributionPoint, X509Objid_CRLDistributionPoints,
+           "CRLDistributionPoints")},
+    {"KetraObjectSgetCRLDistributionPointsCalDistributionPointName",
+     {[](Stage &s, auto err) {
+        return KetraObjectSgetCRLDistributionPointsCalDistributionPointName(s.extensions, 0, &s.choice, &s.number, err);
+      },
+      &X509Objid_CRLDistributionPoints, "CRLDistributionPoints"}},
+    {"KetraObjectSgetCRLDistributionPointsCalCRLIssuer",
+     {[](Stage &s, auto err) {
+        return KetraObjectSgetCRLDistributionPointsCalCRLIssuer(s.extensions, 0, &s.number, err);
+      },
+      &X509Objid_CRLDistributionPoints, "CRLDistributionPoints"}},
+    {"KetraObjectSsetIssuingDistributionPoint",
+     {[](Stage &s, auto err) { return KetraObjectSsetIssuingDistributionPoint(s.extensions, &s.samples.issuing, err); },
+      &X509Objid_IssuingDistributionPoint, "IssuingDistributionPoint"}},
+    {"KetraObjectSgetIssuingDistributionPoint",
+     {[](Stage &s, auto err) {
+        return KetraObjectSgetIssuingDistributionPoint(s.extensions, &s.prepared.issuing, err);
+      },
+      &X509Objid_IssuingDistributionPoint, "IssuingDistributionPoint"}},
+    {"KetraObjectSgetIssuingDistributionPointCalDistributionPointName",
+     {[](Stage &s, auto err) {
+        return KetraObjectSgetIssuingDistributionPointCalDistributionPointName(s.extensions, &s.choice, &s.number, err);
+      },
+      &X509Objid_IssuingDistributionPoint, "IssuingDistributionPoint"}},
+    {"X509MUtilSetGenSubtrees",
+     {.run =
+          [](Stage &s, auto err) {
+            return X509MUtilSetGenSubtrees(s.constraints.object, s.constraints.value, "permittedSubtrees",
+                                           s.samples.subtrees, err);
+          }}},
+    {"X509MUtilSgetGenSubtrees",
+     {.run =
+          [](Stage &s, auto err) {
+            return X509MUtilSgetGenSubtrees(s.pool, s.subtrees.object(), s.subtrees.value(), "permittedSubtrees",
+                                            s.prepared.subtrees, err);
+          }}},
+    {"X509MUtilSgetGenSubtreesOpt",
+     {.run =
+          [](Stage &s, auto err) {
+            X509GenSubtreesOpt list{s.prepared.subtrees, 0};
+            return X509MUtilSgetGenSubtreesOpt(s.pool, s.subtrees.object(), s.subtrees.value(), "permittedSubtrees",
+                                               &list, err);
+          }}},
+    {"X509MUtilCheckGenSubtrees",
+     {[](Stage &s, auto err) { return X509MUtilCheckGenSubtrees(s.samples.subtrees, err); }}},
+    {"X509MUtilCheckGenSubtreesOpt", {[](Stage &s, auto err) {
+       const X509GenSubtreesOpt list{s.samples.subtrees, 1};
+       return X509MUtilCheckGenSubtreesOpt(&list, err);
+     }}},
+    {"KetraObjectSsetNameConstraints", {setConstraints, &X509Objid_NameConstraints, "NameConstraints"}},
+    {"KetraObjectSgetNameConstraints", {getConstraints, &X509Objid_NameConstraints, "NameConstraints"}},
+    {"KetraObjectSgetNameConstraintsCalGenSubtree",
+     {[](Stage &s, auto err) {
+        return KetraObjectSgetNameConstraintsCalGenSubtree(s.extensions, &s.number, &s.number, err);
+      },
+      &X509Objid_NameConstraints, "NameConstraints"}},
+};
+
+}  // namespace
+
+const std::map<std::string, Operation> &operations() { return kOperations; }
+
+}  // namespace ketra::test

@@ -1,0 +1,72 @@
+// The operations that the fault sweep runs, and what they run on.
+#pragma once
+
+#include <functional>
+
+#include "schema/schema.h"
+#include "support/structures.h"
+
+namespace ketra::test {
+
+// A decoded value.
+class Decoded {
+ public:
+  Decoded(schema::Entry type, const std::string &hex)
+      : encoding_(fromHex(hex)), work_(schema::record(type), encoding_.data()) {
+    EXPECT_EQ(work_.decode(), 0) << hex;
+  }
+  AsnObject object() const { return work_.object; }
+  AsnValue value() const { return work_.value; }
+  AsnValue element(const char *path) const {
+    AsnValue element = nullptr;
+    EXPECT_EQ(AsnGetElement(object(), value(), path, &element, nullptr), 0);
+    return element;
+  }
+
+ private:
+  Exact encoding_;
+  Work work_;
+};
+
+// Everything that an operation may need, made anew for each failure.
+struct Stage {
+  explicit Stage(const std::string &name);
+
+  const std::string input;
+  Extensions extensions;
+  Pool pool;
+  Structures samples{Structures::Content::Samples};
+  Structures prepared{Structures::Content::Prepared};
+  const std::string held;  // by the next two
+  GenName source;          // but not when the input is "empty"
+  GenName object;
+  Work names{schema::record(schema::Entry::GeneralNames)};  // to be built
+  Work issuing{schema::record(schema::Entry::IssuingDistributionPoint)};
+  Work constraints{schema::record(schema::Entry::NameConstraints)};
+  Decoded two{schema::Entry::GeneralNames, "30 09 82 01 61 87 04 C0 00 02 01"};
+  Decoded one{schema::Entry::GeneralNames, "30 06 87 04 C0 00 02 01"};
+  Decoded subtrees{schema::Entry::NameConstraints, Structures::constraintsDer(true, false)};
+  Decoded fullName{schema::Entry::IssuingDistributionPoint, std::string("30 0D ") + Structures::kFullName};
+  Decoded relativeName{schema::Entry::IssuingDistributionPoint, Structures::issuingDer()};
+
+  int32_t choice = 0;  // results that nobody looks at
+  uint32_t number = 0;
+
+  const Decoded &point() const { return input == "fullName" ? fullName : relativeName; }
+  X509DistributionPointName sampleName() { return input == "fullName" ? samples.full() : samples.relative(); }
+  X509DistributionPointName preparedName() { return input == "fullName" ? prepared.full() : prepared.relative(); }
+};
+
+using Step = std::function<int32_t(Stage &, AsnErrorBlock *)>;
+
+struct Operation {
+  Step run;
+  const Objid *objid = nullptr;  // of the extension that it reads or writes
+  std::string opened = "";       // as that type
+  Step prepare = [](Stage &, AsnErrorBlock *) { return 0; };
+};
+
+// By the names of the operations.
+const std::map<std::string, Operation> &operations();
+
+}  // namespace ketra::test
