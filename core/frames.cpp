@@ -1,12 +1,23 @@
 #include "core/frames.h"
 
-namespace ketra::detail {
+namespace ketra {
 
-int32_t beginSet(const Operation &op, const Extension &extension, AsnObject *work, AsnValue *value) {
+int32_t openNew(const Operation &op, schema::Entry type, AsnObject *work, AsnValue *value) {
   if (op.failed(AsnObjectCreate(work, op.err()), "Call AsnObjectCreate")) return -1;
-  if (op.failed(AsnOpenNew(*work, schema::record(extension.type), value, op.err()), "Call AsnOpenNew")) {
+  if (op.failed(AsnOpenNew(*work, schema::record(type), value, op.err()), "Call AsnOpenNew")) {
     return abandon(*work, nullptr, -1);
   }
+  return 0;
+}
+
+int32_t openEncoded(const Operation &op, schema::Entry type, const AsnEncodedData &encoding, AsnObject *work,
+                    AsnValue *value) {
+  if (op.failed(AsnObjectCreate(work, op.err()), "Call AsnObjectCreate")) return -1;
+  if (op.failed(AsnOpenFromMem(*work, schema::record(type), &encoding, value, op.err()), "Call AsnOpenFromMem")) {
+    return abandon(*work, nullptr, -1);
+  }
+  uint32_t unused = 0;
+  if (op.failed(AsnDecode(*work, *value, 0, &unused, op.err()), "Call AsnDecode")) return abandon(*work, *value, -1);
   return 0;
 }
 
@@ -15,6 +26,8 @@ int32_t closeAndDestroy(const Operation &op, AsnObject work, AsnValue value) {
   if (op.failed(AsnClose(work, value, op.err()), "Call AsnClose")) return abandon(work, nullptr, -1);
   return op.failed(AsnObjectDestroy(work, op.err()), "Call AsnObjectDestroy") ? -1 : 0;
 }
+
+namespace detail {
 
 int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &extension, int32_t critical,
                   AsnObject work, AsnValue value) {
@@ -32,14 +45,8 @@ int32_t beginGet(const Operation &op, KetraObject extensions, const Extension &e
   // A failed lookup has said all there is to say.
   const int32_t found = ketraObjectSgetValueByObjid(extensions, extension.objid, &encoding, op.err());
   if (found != 0) return found;
-  if (op.failed(AsnObjectCreate(work, op.err()), "Call AsnObjectCreate")) return -1;
-  if (op.failed(AsnOpenFromMem(*work, schema::record(extension.type), &encoding, value, op.err()),
-                "Call AsnOpenFromMem")) {
-    return abandon(*work, nullptr, -1);
-  }
-  uint32_t unused = 0;
-  if (op.failed(AsnDecode(*work, *value, 0, &unused, op.err()), "Call AsnDecode")) return abandon(*work, *value, -1);
-  return 0;
+  return openEncoded(op, extension.type, encoding, work, value);
 }
 
-}  // namespace ketra::detail
+}  // namespace detail
+}  // namespace ketra

@@ -21,14 +21,18 @@ inline int32_t abandon(AsnObject work, AsnValue value, int32_t result) {
   return result;
 }
 
+// The steps that sequences are made of. Each reports under `op` what failed and releases the work object then.
+int32_t openNew(const Operation &op, schema::Entry type, AsnObject *work, AsnValue *value);
+int32_t openEncoded(const Operation &op, schema::Entry type, const AsnEncodedData &encoding, AsnObject *work,
+                    AsnValue *value);
+int32_t closeAndDestroy(const Operation &op, AsnObject work, AsnValue value);
+
 namespace detail {
 
-int32_t beginSet(const Operation &op, const Extension &extension, AsnObject *work, AsnValue *value);
 int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &extension, int32_t critical,
                   AsnObject work, AsnValue value);
 int32_t beginGet(const Operation &op, KetraObject extensions, const Extension &extension, AsnObject *work,
                  AsnValue *value);
-int32_t closeAndDestroy(const Operation &op, AsnObject work, AsnValue value);
 
 }  // namespace detail
 
@@ -40,7 +44,7 @@ int32_t setFrame(const Operation &op, KetraObject extensions, const void *struct
   if (const int32_t result = check(); result != 0) return result;
   AsnObject work = nullptr;
   AsnValue value = nullptr;
-  if (detail::beginSet(op, extension, &work, &value) != 0) return -1;
+  if (openNew(op, extension.type, &work, &value) != 0) return -1;
   if (const int32_t result = fill(work, value); result != 0) return abandon(work, value, result);
   return detail::finishSet(op, extensions, extension, critical, work, value);
 }
@@ -54,7 +58,7 @@ int32_t getFrame(const Operation &op, KetraObject extensions, const void *struct
   AsnValue value = nullptr;
   if (const int32_t result = detail::beginGet(op, extensions, extension, &work, &value); result != 0) return result;
   if (const int32_t result = read(work, value); result != 0) return abandon(work, value, result);
-  return detail::closeAndDestroy(op, work, value);
+  return closeAndDestroy(op, work, value);
 }
 
 }  // namespace ketra

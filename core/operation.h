@@ -28,12 +28,23 @@ class Operation {
     return true;
   }
 
+  // The same where the message is an element path; the block copies it.
+  template <class T>
+  bool failedAt(int32_t result, const char *path, const T &offending) const {
+    if (result == 0) [[likely]]
+      return false;
+    record(path, &offending, static_cast<uint32_t>(sizeof offending));
+    return true;
+  }
+
   // Refuses the input: code, entry, -1.
   int32_t reject(uint32_t code, Literal reason) const { return rejectValue(code, reason.text, nullptr, 0); }
   template <class T>
   int32_t reject(uint32_t code, Literal reason, const T &offending) const {
     return rejectValue(code, reason.text, &offending, static_cast<uint32_t>(sizeof offending));
   }
+
+  int32_t rejectAt(uint32_t code, const char *path) const { return rejectValue(code, path, nullptr, 0); }
 
   // Whether a handle, structure or place for a result is null; the caller then returns -1.
   template <class... Pointers>
