@@ -16,11 +16,11 @@ namespace {
 
 ketra::View viewOf(const std::string &text) { return {reinterpret_cast<const uint8_t *>(text.data()), text.size()}; }
 
-// Puts in the text that read() gives, or the remark when it fails.
+// Puts in the text that read() gives, escaped, or the remark when it fails.
 template <class Read>
 void addText(Json &json, const Read &read, std::string_view remark) {
   try {
-    json["text"] = escape(read());
+    json["text"] = read();
   } catch (const ketra::Error &) {
     json["remark"] = remark;
   }
@@ -59,7 +59,7 @@ std::optional<std::string> stringText(ketra::View encoding) try {
 Json directoryString(const ketra::DirectoryString &string) {
   Json json = Json::object();
   addText(
-      json, [&] { return string.text(); }, "these octets are no characters");
+      json, [&] { return escape(string.text()); }, "these octets are no characters");
   json["octets"] = hex(string.octets);
   return json;
 }
@@ -82,7 +82,7 @@ struct ToJson {
   Json operator()(const ketra::DirectoryName &name) const {
     Json json{{"kind", "directoryName"}};
     addText(
-        json, [&] { return name.name.text(); }, "this name has no text form");
+        json, [&] { return escapeDirectoryName(name.name.text()); }, "this name has no text form");
     json["octets"] = hex(name.name.encode());
     return json;
   }
