@@ -1,6 +1,6 @@
 #include "general_names.hpp"
 
-#include <iterator>
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -111,6 +111,14 @@ struct ToJson {
   }
 };
 
+// By the first octets of a name and of how it is written. Values of open types stay as they are.
+std::string memberReason(uint8_t before, uint8_t after) {
+  constexpr uint8_t kConstructed = 0x20, kX400Address = 0xA3, kDirectoryName = 0xA4, kEdiPartyName = 0xA5;
+  if ((before ^ after) == kConstructed || before == kEdiPartyName) return "a string comes in segments";
+  const bool hasSet = before == kX400Address || before == kDirectoryName;
+  return hasSet ? "the members of a SET are not in the order of DER" : "contents are not DER";
+}
+
 }  // namespace
 
 Json nameJson(const ketra::GeneralName &name) { return std::visit(ToJson{}, name); }
@@ -126,6 +134,19 @@ Json namesJson(const std::vector<ketra::NameOrError> &names, bool &allRead) {
     }
   }
   return list;
+}
+
+std::string namesReason(ketra::View value, ketra::View written) {
+  const Asn1Reader before(AsnType_SequenceOfAny, value);
+  const Asn1Reader after(AsnType_SequenceOfAny, written);
+  const uint32_t count = std::min(before.count("/"), after.count("/"));
+  for (uint32_t i = 1; i <= count; ++i) {
+    const std::string member = std::to_string(i);
+    const ketra::View was = before.octets(member).value();
+    const ketra::View is = after.octets(member).value();
+    if (!std::ranges::equal(was, is)) return "name " + member + ": " + memberReason(*was.data(), *is.data());
+  }
+  return "contents are not DER";
 }
 
 }  // namespace tool

@@ -12,6 +12,7 @@
 //   "error"     why the member is unreadable
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "ketra.hpp"
@@ -22,5 +23,8 @@ namespace tool {
 Json nameJson(const ketra::GeneralName &name);
 // Clears `allRead` when a member is unreadable.
 Json namesJson(const std::vector<ketra::NameOrError> &names, bool &allRead);
+
+// Why valid GeneralNames come back as `written`, when their lengths are DER.
+std::string namesReason(ketra::View value, ketra::View written);
 
 }  // namespace tool

@@ -91,9 +91,9 @@ const TypedExtension *findTyped(const ketra::ObjectIdentifier &objid) {
       row<ketra::BasicConstraints>(basicConstraintsReason),
       row<ketra::KeyUsage>(keyUsageReason),
       row<ketra::SubjectKeyId>(),
-      row<ketra::SubjectAltName, ketra::TolerantSubjectAltName>(),
-      row<ketra::IssuerAltName, ketra::TolerantIssuerAltName>(),
-      row<ketra::CertificateIssuer, ketra::TolerantCertificateIssuer>(),
+      row<ketra::SubjectAltName, ketra::TolerantSubjectAltName>(namesReason),
+      row<ketra::IssuerAltName, ketra::TolerantIssuerAltName>(namesReason),
+      row<ketra::CertificateIssuer, ketra::TolerantCertificateIssuer>(namesReason),
   };
   for (const TypedExtension &row : kRows) {
     if (std::ranges::equal(objid.arcs(), std::span(row.objid->arcs, row.objid->count))) return &row;
