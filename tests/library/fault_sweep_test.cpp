@@ -1,128 +1,151 @@
-// Fails every outside call of every typed operation in turn: the functions below stand in front of the runtime's, which
-// works because the library calls the runtime through the dynamic symbol table.
+// Fails every outside call of every operation in turn, and holds calls, results and traces against
+// tests/data/outside_calls.txt.
 
-#include <dlfcn.h>
-
+#include <fstream>
 #include <functional>
+#include <sstream>
 
 #include "ketra.h"
-#include "support/support.h"
+#include "library/outside_calls.h"
+#include "schema/schema.h"
+#include "support/names.h"
 
 namespace ketra::test {
 namespace {
 
-constexpr int32_t kInjectedResult = -77;
-constexpr uint32_t kInjectedCode = 0x7EA50FFF;
+// ---- The table -----------------------------------------------------------------------------------------------------
 
-struct Interposer {
-  bool armed = false;
-  int failAt = 0;  // 0: none
-  std::vector<std::string> calls;
-  int liveWorkObjects = 0;
-  std::vector<const Objid *> lookedUp;
-  std::string opened;  // the type of the value
-} interposer;
-
-const AsnType *opens(const AsnType *type) {
-  interposer.opened = type->name;
-  return type;
-}
-
-int32_t zero(int32_t argument) {
-  EXPECT_EQ(argument, 0);
-  return argument;
-}
-
-// Counts a call; true when it is the one to fail.
-bool fails(const char *name, AsnErrorBlock *err) {
-  if (!interposer.armed) return false;
-  interposer.calls.push_back(name);
-  if (static_cast<int>(interposer.calls.size()) != interposer.failAt) return false;
-  if (err != nullptr) err->code = kInjectedCode;
-  return true;
-}
-
-template <class Function>
-Function *real(const char *name, Function *) {
-  return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
-}
-
-}  // namespace
-}  // namespace ketra::test
-
-#define REAL(name) (ketra::test::real(#name, &name))
-// A call that fails does nothing; a release that fails has still released.
-#define CALL(name, parameters, arguments)                                                  \
-  extern "C" int32_t name parameters {                                                     \
-    static const auto next = REAL(name);                                                   \
-    return ketra::test::fails(#name, err) ? ketra::test::kInjectedResult : next arguments; \
-  }
-#define RELEASE(name, parameters, arguments, after)                                \
-  extern "C" int32_t name parameters {                                             \
-    static const auto next = REAL(name);                                           \
-    const int32_t result = next arguments;                                         \
-    after;                                                                         \
-    return ketra::test::fails(#name, err) ? ketra::test::kInjectedResult : result; \
-  }
-
-#define ELEMENT AsnObject o, AsnValue v, const char *p
-CALL(AsnCheckBoolOptBER, (const AsnBoolOpt *x, AsnErrorBlock *err), (x, err))
-CALL(AsnCheckIntOptBER, (const AsnIntOpt *x, AsnErrorBlock *err), (x, err))
-CALL(AsnCheckBitBER, (const AsnBit *x, AsnErrorBlock *err), (x, err))
-CALL(AsnCheckOctBER, (const AsnOct *x, AsnErrorBlock *err), (x, err))
-CALL(AsnOpenNew, (AsnObject o, const AsnType *t, AsnValue *v, AsnErrorBlock *err), (o, ketra::test::opens(t), v, err))
-CALL(AsnOpenFromMem, (AsnObject o, const AsnType *t, const AsnEncodedData *d, AsnValue *v, AsnErrorBlock *err),
-     (o, ketra::test::opens(t), d, v, err))
-CALL(AsnDecode, (AsnObject o, AsnValue v, int32_t z, uint32_t *s, AsnErrorBlock *err),
-     (o, v, ketra::test::zero(z), s, err))
-CALL(AsnSetBoolDER, (ELEMENT, int32_t x, AsnErrorBlock *err), (o, v, p, x, err))
-CALL(AsnSetIntDER, (ELEMENT, int32_t x, AsnErrorBlock *err), (o, v, p, x, err))
-CALL(AsnSetConstBitDER, (ELEMENT, const AsnBit *x, AsnErrorBlock *err), (o, v, p, x, err))
-CALL(AsnSetOctDER, (ELEMENT, const AsnOct *x, AsnErrorBlock *err), (o, v, p, x, err))
-CALL(AsnGetOptBoolBER, (ELEMENT, AsnBoolOpt *x, AsnErrorBlock *err), (o, v, p, x, err))
-CALL(AsnGetOptIntBER, (ELEMENT, AsnIntOpt *x, AsnErrorBlock *err), (o, v, p, x, err))
-CALL(AsnMUtilGetBitConstBER, (AsnMemObject m, ELEMENT, AsnBit *x, AsnErrorBlock *err), (m, o, v, p, x, err))
-CALL(AsnMUtilGetOctBER, (AsnMemObject m, ELEMENT, AsnOct *x, AsnErrorBlock *err), (m, o, v, p, x, err))
-CALL(AsnMUtilEncodeDER, (AsnMemObject m, ELEMENT, AsnEncodedData *x, AsnErrorBlock *err), (m, o, v, p, x, err))
-CALL(AsnMemObjectMalloc, (AsnMemObject m, uint32_t n, void **x, AsnErrorBlock *err), (m, n, x, err))
-CALL(KetraObjectSetExt, (KetraObject o, const KetraExtension *x, AsnErrorBlock *err), (o, x, err))
-RELEASE(AsnMemObjectFree, (AsnMemObject m, const void *x, AsnErrorBlock *err), (m, x, err), (void)0)
-RELEASE(AsnClose, (AsnObject o, AsnValue v, AsnErrorBlock *err), (o, v, err), (void)0)
-RELEASE(AsnObjectDestroy, (AsnObject o, AsnErrorBlock *err), (o, err), --ketra::test::interposer.liveWorkObjects)
-
-extern "C" int32_t AsnObjectCreate(AsnObject *o, AsnErrorBlock *err) {
-  static const auto next = REAL(AsnObjectCreate);
-  if (ketra::test::fails("AsnObjectCreate", err)) return ketra::test::kInjectedResult;
-  ++ketra::test::interposer.liveWorkObjects;
-  return next(o, err);
-}
-
-extern "C" int32_t AsnMUtilErrorFinishAsn(AsnObject o, AsnValue v) {
-  static const auto next = REAL(AsnMUtilErrorFinishAsn);
-  ketra::test::interposer.calls.push_back(v == nullptr ? "finish(null)" : "finish(value)");
-  --ketra::test::interposer.liveWorkObjects;
-  return next(o, v);
-}
-
-extern "C" int32_t KetraObjectSearchExtpByObjid(KetraObject o, const Objid *x, const KetraExtension **e,
-                                                AsnErrorBlock *err) {
-  static const auto next = REAL(KetraObjectSearchExtpByObjid);
-  if (ketra::test::interposer.armed) ketra::test::interposer.lookedUp.push_back(x);
-  return ketra::test::fails("KetraObjectSearchExtpByObjid", err) ? ketra::test::kInjectedResult : next(o, x, e, err);
-}
-
-namespace ketra::test {
-namespace {
-
-struct Case {
-  std::string name;  // of the exported operation
-  const Objid *objid;
-  const char *type;  // that its value is opened as
-  std::function<int32_t(KetraObject, AsnErrorBlock *)> run;
-  std::vector<std::string> calls;  // of a run that succeeds
+struct ExpectedCall {
+  std::string name;
+  std::vector<std::string> trace;  // when it fails
+  int32_t result = -1;
 };
 
-std::vector<Case> cases() {
+struct Case {
+  std::string name;  // operation and input
+  std::string operation;
+  std::vector<ExpectedCall> calls;
+};
+
+std::string replaced(std::string text, const std::string &rules) {
+  for (std::size_t at = 0; (at = text.find("XER", at)) != std::string::npos;) text.replace(at, 3, rules);
+  return text;
+}
+
+// One line: a function and what stands above it says when it fails.
+struct Line {
+  std::string name;
+  std::string message;
+  bool silent = false;
+  bool passes = false;
+
+  Line(std::string text, const std::string &rules) {
+    const std::size_t colon = text.find(": ");
+    if (colon != std::string::npos) message = text.substr(colon + 2);
+    std::istringstream words(text.substr(0, colon));
+    words >> name;
+    name = replaced(name, rules);
+    if (message.empty()) message = "Call " + name;
+    for (std::string word; words >> word;) {
+      silent = silent || word == "silent";
+      passes = passes || word == "passes";
+    }
+  }
+};
+
+Case parse(const std::vector<std::string> &paragraph, const std::string &rules) {
+  Case one;
+  one.name = replaced(paragraph[0], rules);
+  one.operation = one.name.substr(0, one.name.find(' '));
+  std::vector<Line> path;  // down to the line, without the operation
+  for (std::size_t i = 1; i < paragraph.size(); ++i) {
+    const std::size_t depth = paragraph[i].find_first_not_of(' ') / 2;
+    path.resize(depth - 1, Line("", ""));
+    path.emplace_back(paragraph[i], rules);
+    const bool isCall = i + 1 == paragraph.size() || paragraph[i + 1].find_first_not_of(' ') / 2 <= depth;
+    if (!isCall) continue;
+    ExpectedCall call{path.back().name, {}, path.back().passes ? kInjectedResult : -1};
+    for (std::size_t at = path.size(); at-- > 0;) {
+      if (path[at].silent) continue;
+      call.trace.push_back((at == 0 ? one.operation : path[at - 1].name) + ": " + path[at].message);
+    }
+    one.calls.push_back(call);
+  }
+  return one;
+}
+
+std::vector<Case> readCases() {
+  std::vector<Case> cases;
+  std::ifstream file(KETRA_OUTSIDE_CALLS);
+  std::vector<std::string> paragraph;
+  const auto finish = [&] {
+    if (paragraph.empty()) return;
+    const bool isTwin = paragraph[0].find("XER") != std::string::npos;
+    for (const char *rules : {"DER", "BER"}) {
+      if (isTwin || *rules == 'D') cases.push_back(parse(paragraph, rules));
+    }
+    paragraph.clear();
+  };
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with('#')) continue;
+    if (line.empty()) {
+      finish();
+    } else {
+      paragraph.push_back(line);
+    }
+  }
+  finish();
+  return cases;
+}
+
+// ---- The operations ------------------------------------------------------------------------------------------------
+
+// Everything that an operation may need, made anew for each failure.
+struct Stage {
+  explicit Stage(const std::string &kind) : input(kind) {
+    EXPECT_EQ(object.setPdu(fromHex(held), false), 0);
+    extensions.store(X509Objid_BasicConstraints, fromHex("30 00"));
+    extensions.store(X509Objid_KeyUsage, fromHex("03 02 07 80"));
+    extensions.store(X509Objid_SubjectKeyId, fromHex("04 01 AA"));
+    for (const Objid *objid : {&X509Objid_SubjectAltName, &X509Objid_IssuerAltName, &X509Objid_CertIssuer}) {
+      extensions.store(*objid, list);
+    }
+    EXPECT_EQ(decoded.decode(), 0);
+    for (std::size_t i = 0; i < 2; ++i) EXPECT_EQ(setName(names.at(i), names.at(i)), 0);  // has to be encoded
+    if (kind != "empty") {
+      EXPECT_EQ(source.setPdu(fromHex(held), false), 0);
+    }
+  }
+  static bool isKind(const std::string &text) { return std::find(kKinds.begin(), kKinds.end(), text) != kKinds.end(); }
+  static int32_t setName(const GenName &to, const GenName &from, AsnErrorBlock *err = nullptr) {
+    const X509GenNameParam param = from.param();
+    return X509GenNameObjectSetName(to, &param, err);
+  }
+
+  const std::string input;
+  const Octets list = fromHex("30 09 82 01 61 87 04 C0 00 02 01");
+  const Exact encodedList{list};
+  Extensions extensions;
+  Work built{AsnType_SequenceOfAny};
+  Work decoded{AsnType_SequenceOfAny, encodedList.data()};
+  Pool pool;
+  Names names{{"dNSName", "iPAddress"}};
+  Names fresh{{"", ""}};
+  GenName source;                                                              // the name of the input's kind, or none
+  const std::string held = sampleOf(isKind(input) ? input : "directoryName");  // by both
+  GenName object;
+};
+
+using Step = std::function<int32_t(Stage &, AsnErrorBlock *)>;
+
+struct Operation {
+  Step run;
+  const Objid *objid = nullptr;  // of the extension that it reads or writes
+  std::string opened = "";       // the type of the value it opens
+  Step prepare = [](Stage &, AsnErrorBlock *) { return 0; };
+};
+
+const std::map<std::string, Operation> &operations() {
   static const KetraBasicConstraints constraints{{1, 1}, {3, 1}};
   static const uint8_t octets[] = {0x06, 0x00};
   static const AsnBit bits{octets, 9};
@@ -131,112 +154,212 @@ std::vector<Case> cases() {
   static AsnBit bitsRead;
   static AsnOct identifierRead;
   static int32_t critical;
-  const std::vector<std::string> store = {"AsnMUtilEncodeDER", "AsnClose", "AsnObjectDestroy", "KetraObjectSetExt",
-                                          "AsnMemObjectFree"};
-  const std::vector<std::string> open = {"KetraObjectSearchExtpByObjid", "AsnObjectCreate", "AsnOpenFromMem",
-                                         "AsnDecode"};
-  const auto set = [&](std::vector<std::string> checks, const std::vector<std::string> &fills) {
-    checks.insert(checks.end(), {"AsnObjectCreate", "AsnOpenNew"});
-    checks.insert(checks.end(), fills.begin(), fills.end());
-    checks.insert(checks.end(), store.begin(), store.end());
-    return checks;
+  static uint32_t count;
+  const auto getPdu = [](auto get) {
+    return Operation{.run =
+                         [=](Stage &s, auto err) {
+                           AsnEncodedData encoding{};
+                           return get(s.object, &encoding, err);
+                         },
+                     .opened = "GeneralName",
+                     .prepare = [](Stage &s, auto err) { return Stage::setName(s.object, s.source, err); }};
   };
-  const auto get = [&](const std::vector<std::string> &reads) {
-    std::vector<std::string> calls = open;
-    calls.insert(calls.end(), reads.begin(), reads.end());
-    calls.insert(calls.end(), {"AsnClose", "AsnObjectDestroy"});
-    return calls;
+  const auto setPdu = [](auto set) {
+    return Operation{.run =
+                         [=](Stage &s, auto err) {
+                           const Exact encoding(fromHex(sampleOf(s.input)));
+                           const AsnEncodedData data = encoding.data();
+                           return set(s.object, &data, err);
+                         },
+                     .opened = "GeneralName"};
   };
-  return {
-      {"KetraObjectSsetBasicConstraints", &X509Objid_BasicConstraints, "BasicConstraints",
-       [](auto o, auto e) { return KetraObjectSsetBasicConstraints(o, 1, &constraints, e); },
-       set({"AsnCheckBoolOptBER", "AsnCheckIntOptBER"}, {"AsnSetBoolDER", "AsnSetIntDER"})},
-      {"KetraObjectSgetBasicConstraints", &X509Objid_BasicConstraints, "BasicConstraints",
-       [](auto o, auto e) { return KetraObjectSgetBasicConstraints(o, &constraintsRead, e); },
-       get({"AsnGetOptBoolBER", "AsnGetOptIntBER"})},
-      {"KetraObjectSsetKeyUsage", &X509Objid_KeyUsage, "BITSTRING",
-       [](auto o, auto e) { return KetraObjectSsetKeyUsage(o, 1, &bits, e); },
-       set({"AsnCheckBitBER"}, {"AsnSetConstBitDER"})},
-      {"KetraObjectSgetKeyUsage", &X509Objid_KeyUsage, "BITSTRING",
-       [](auto o, auto e) { return KetraObjectSgetKeyUsage(o, &bitsRead, e); }, get({"AsnMUtilGetBitConstBER"})},
-      {"KetraObjectSsetSubjectKeyId", &X509Objid_SubjectKeyId, "SubjectKeyIdentifier",
-       [](auto o, auto e) { return KetraObjectSsetSubjectKeyId(o, &identifier, e); },
-       set({"AsnCheckOctBER"}, {"AsnSetOctDER"})},
-      {"KetraObjectSgetSubjectKeyId", &X509Objid_SubjectKeyId, "SubjectKeyIdentifier",
-       [](auto o, auto e) { return KetraObjectSgetSubjectKeyId(o, &identifierRead, e); },
-       get({"AsnMemObjectMalloc", "AsnMUtilGetOctBER"})},
-      {"KetraObjectSgetKeyUsageCritical",
-       &X509Objid_KeyUsage,
-       "",
-       [](auto o, auto e) { return KetraObjectSgetKeyUsageCritical(o, &critical, e); },
-       {"KetraObjectSearchExtpByObjid"}},
+  const auto setList = [](auto set) {
+    return Operation{
+        .run = [=](Stage &s, auto err) { return set(s.built.object, s.built.value, "", s.names.first(), err); },
+        .opened = "GeneralName"};
   };
+  const auto getList = [](auto get) {
+    return Operation{
+        .run = [=](Stage &s,
+                   auto err) { return get(s.pool, s.decoded.object, s.decoded.value, "", s.fresh.first(), err); },
+        .opened = "GeneralName"};
+  };
+  const auto getOne = [](auto get) {
+    return Operation{
+        .run = [=](Stage &s,
+                   auto err) { return get(s.pool, s.decoded.object, s.decoded.value, "1", s.fresh.at(0), err); },
+        .opened = "GeneralName"};
+  };
+  const auto setNames = [](auto set, const Objid &objid) {
+    return Operation{.run =
+                         [=](Stage &s, auto err) {
+                           const X509GenNames value{s.names.first()};
+                           return set(s.extensions, &value, err);
+                         },
+                     .objid = &objid,
+                     .opened = "GeneralNames"};
+  };
+  const auto getNames = [](auto get, const Objid &objid, const char *opened) {
+    return Operation{.run =
+                         [=](Stage &s, auto err) {
+                           const X509GenNames value{s.fresh.first()};
+                           return get(s.extensions, &value, err);
+                         },
+                     .objid = &objid,
+                     .opened = opened};
+  };
+  const auto countNames = [](auto get, const Objid &objid, const char *opened) {
+    return Operation{[=](Stage &s, auto err) { return get(s.extensions, &count, err); }, &objid, opened};
+  };
+  const auto critically = [](auto set) {
+    return [=](KetraObject extensions, const X509GenNames *value, AsnErrorBlock *err) {
+      return set(extensions, 1, value, err);
+    };
+  };
+  static const std::map<std::string, Operation> rows = {
+      {"KetraObjectSsetBasicConstraints",
+       {[](Stage &s, auto err) { return KetraObjectSsetBasicConstraints(s.extensions, 1, &constraints, err); },
+        &X509Objid_BasicConstraints, "BasicConstraints"}},
+      {"KetraObjectSgetBasicConstraints",
+       {[](Stage &s, auto err) { return KetraObjectSgetBasicConstraints(s.extensions, &constraintsRead, err); },
+        &X509Objid_BasicConstraints, "BasicConstraints"}},
+      {"KetraObjectSgetBasicConstraintsCritical",
+       {[](Stage &s, auto err) { return KetraObjectSgetBasicConstraintsCritical(s.extensions, &critical, err); },
+        &X509Objid_BasicConstraints}},
+      {"KetraObjectSsetKeyUsage",
+       {[](Stage &s, auto err) { return KetraObjectSsetKeyUsage(s.extensions, 1, &bits, err); }, &X509Objid_KeyUsage,
+        "BITSTRING"}},
+      {"KetraObjectSgetKeyUsage",
+       {[](Stage &s, auto err) { return KetraObjectSgetKeyUsage(s.extensions, &bitsRead, err); }, &X509Objid_KeyUsage,
+        "BITSTRING"}},
+      {"KetraObjectSsetSubjectKeyId",
+       {[](Stage &s, auto err) { return KetraObjectSsetSubjectKeyId(s.extensions, &identifier, err); },
+        &X509Objid_SubjectKeyId, "SubjectKeyIdentifier"}},
+      {"KetraObjectSgetSubjectKeyId",
+       {[](Stage &s, auto err) { return KetraObjectSgetSubjectKeyId(s.extensions, &identifierRead, err); },
+        &X509Objid_SubjectKeyId, "SubjectKeyIdentifier"}},
+      {"X509GenNameObjectCreate", {[](Stage &, auto err) {
+         X509GenNameObject made = nullptr;
+         const int32_t result = X509GenNameObjectCreate(&made, err);
+         outside.armed = false;
+         X509GenNameObjectDestroy(made, nullptr);
+         return result;
+       }}},
+      {"X509GenNameObjectDestroy",
+       {[](Stage &s, auto err) { return X509GenNameObjectDestroy(std::exchange(*s.object.handle(), nullptr), err); }}},
+      {"X509GenNameObjectSetName", {[](Stage &s, auto err) {
+         const bool isOwn = s.input.starts_with("its-own") && s.object.hasName();
+         return Stage::setName(s.object, isOwn ? s.object : s.source, err);
+       }}},
+      {"X509GenNameObjectGetPduDER", getPdu(X509GenNameObjectGetPduDER)},
+      {"X509GenNameObjectGetPduBER", getPdu(X509GenNameObjectGetPduBER)},
+      {"X509GenNameObjectSetPduDER", setPdu(X509GenNameObjectSetPduDER)},
+      {"X509GenNameObjectSetPduBER", setPdu(X509GenNameObjectSetPduBER)},
+      {"X509GenNameObjectCopy", {[](Stage &s, auto err) { return X509GenNameObjectCopy(s.object, s.source, err); }}},
+      {"X509MUtilSetGenNamesDER", setList(X509MUtilSetGenNamesDER)},
+      {"X509MUtilSetGenNamesBER", setList(X509MUtilSetGenNamesBER)},
+      {"X509MUtilSgetGenNamesDER", getList(X509MUtilSgetGenNamesDER)},
+      {"X509MUtilSgetGenNamesBER", getList(X509MUtilSgetGenNamesBER)},
+      {"X509MUtilSgetGenNameObjectDER", getOne(X509MUtilSgetGenNameObjectDER)},
+      {"X509MUtilSgetGenNameObjectBER", getOne(X509MUtilSgetGenNameObjectBER)},
+      {"X509MUtilCopyGenNameObject",
+       {.run = [](Stage &s, auto err) { return X509MUtilCopyGenNameObject(s.object.handle(), s.source, err); },
+        .prepare =
+            [](Stage &s, auto err) {
+              Stage::setName(s.source, s.source, err);
+              return s.object.setPdu(fromHex(sampleOf("directoryName")), true, err);
+            }}},
+      {"KetraObjectSsetSubjectAltName", setNames(critically(KetraObjectSsetSubjectAltName), X509Objid_SubjectAltName)},
+      {"KetraObjectSsetIssuerAltName", setNames(critically(KetraObjectSsetIssuerAltName), X509Objid_IssuerAltName)},
+      {"KetraObjectSsetCertIssuer", setNames(KetraObjectSsetCertIssuer, X509Objid_CertIssuer)},
+      {"KetraObjectSgetSubjectAltName",
+       getNames(KetraObjectSgetSubjectAltName, X509Objid_SubjectAltName, "GeneralNames")},
+      {"KetraObjectSgetIssuerAltName", getNames(KetraObjectSgetIssuerAltName, X509Objid_IssuerAltName, "GeneralNames")},
+      {"KetraObjectSgetCertIssuer", getNames(KetraObjectSgetCertIssuer, X509Objid_CertIssuer, "CertificateIssuer")},
+      {"KetraObjectSgetSubjectAltNameCalGenName",
+       countNames(KetraObjectSgetSubjectAltNameCalGenName, X509Objid_SubjectAltName, "GeneralNames")},
+      {"KetraObjectSgetIssuerAltNameCalGenName",
+       countNames(KetraObjectSgetIssuerAltNameCalGenName, X509Objid_IssuerAltName, "GeneralNames")},
+      {"KetraObjectSgetCertIssuerCalGenName",
+       countNames(KetraObjectSgetCertIssuerCalGenName, X509Objid_CertIssuer, "CertificateIssuer")},
+  };
+  return rows;
 }
 
-struct Outcome {
-  int32_t result;
-  std::vector<std::string> trace;
-  std::string release;  // how the work object went
+// ---- The sweep -----------------------------------------------------------------------------------------------------
+
+struct Live {
+  int workObjects = outside.liveWorkObjects;
+  int pools = outside.livePools;
+  int names = outside.liveNames;
+  bool operator==(const Live &) const = default;
 };
 
-// What must follow when `call` of `operation` fails.
-Outcome expected(const std::string &operation, const std::string &call) {
-  const auto own = [&](const std::string &message) { return operation + ": " + message; };
-  if (call == "KetraObjectSearchExtpByObjid") {
-    if (operation.ends_with("Critical")) {
-      return {kInjectedResult, {"ketraObjectSgetCritical: Call " + call, own("Call ketraObjectSgetCritical")}, ""};
-    }
-    return {kInjectedResult, {"ketraObjectSgetValueByObjid: Call " + call}, ""};
+int32_t runArmed(const Operation &operation, Stage &stage, Err &err, int failAt) {
+  outside.callers = err;
+  outside.failAt = failAt;
+  outside.calls.clear();
+  outside.cleanUp.clear();
+  outside.lookedUp.clear();
+  outside.opened.clear();
+  outside.armed = true;
+  const int32_t result = operation.run(stage, err);
+  outside.armed = false;
+  return result;
+}
+
+void expectSuccess(const Case &one, const Operation &operation) {
+  Stage stage(one.name.substr(std::min(one.name.size(), one.operation.size() + 1)));
+  Err err;
+  ASSERT_EQ(operation.prepare(stage, err), 0);
+  EXPECT_EQ(runArmed(operation, stage, err, 0), 0) << err.text();
+  std::vector<std::string> calls;
+  for (const ExpectedCall &call : one.calls) calls.push_back(call.name);
+  EXPECT_EQ(outside.calls, calls);
+  EXPECT_EQ(outside.opened, operation.opened);
+  EXPECT_EQ(err.block.count, 0u);
+}
+
+void expectFailure(const Case &one, const Operation &operation, int failAt) {
+  const ExpectedCall &call = one.calls.at(static_cast<std::size_t>(failAt) - 1);
+  SCOPED_TRACE(call.name + ", call " + std::to_string(failAt));
+  Stage stage(one.name.substr(std::min(one.name.size(), one.operation.size() + 1)));
+  Err err;
+  ASSERT_EQ(operation.prepare(stage, err), 0);
+  const std::string stored = operation.objid == nullptr ? "" : stage.extensions.stored(*operation.objid);
+  const Live before;
+  EXPECT_EQ(runArmed(operation, stage, err, failAt), call.result);
+  EXPECT_EQ(err.code(), kInjectedCode);
+  EXPECT_EQ(err.trace(), call.trace);
+  EXPECT_EQ(outside.liveWorkObjects, before.workObjects);
+  for (const Objid *objid : outside.lookedUp) EXPECT_EQ(objid, operation.objid) << "the export itself is passed";
+  if (operation.objid != nullptr && call.name != "AsnMemObjectFree") {
+    EXPECT_EQ(stage.extensions.stored(*operation.objid), stored);
   }
-  if (call == "KetraObjectSetExt" || call == "AsnMemObjectFree") {
-    return {call == "KetraObjectSetExt" ? kInjectedResult : -1,
-            {"ketraObjectSsetExt: Call " + call, own("Call ketraObjectSsetExt")},
-            ""};
+  if (*stage.object.handle() != nullptr) {
+    const std::string holds = stage.object.der();
+    EXPECT_TRUE(holds == stage.held || holds == "empty") << holds;
   }
-  if (call == "AsnMemObjectMalloc") return {-1, {"ketraObjectSgetSExt: Call " + call}, "finish(value)"};
-  if (call == "AsnMUtilGetOctBER") return {-1, {own("Call AsnMUtilGetOctetBER")}, "finish(value)"};
-  if (call == "AsnOpenNew" || call == "AsnOpenFromMem" || call == "AsnClose") {
-    return {-1, {own("Call " + call)}, "finish(null)"};
-  }
-  const bool before = call.starts_with("AsnCheck") || call == "AsnObjectCreate" || call == "AsnObjectDestroy";
-  return {-1, {own("Call " + call)}, before ? "" : "finish(value)"};
+  Err again;
+  EXPECT_EQ(operation.run(stage, again), 0) << "the next call works: " << again.text();
 }
 
 TEST(FaultSweep, EveryOutsideCallOfEveryOperation) {
-  for (const Case &one : cases()) {
-    for (int failAt = 0; failAt <= static_cast<int>(one.calls.size()); ++failAt) {
-      SCOPED_TRACE(one.name + ", failing call " + std::to_string(failAt));
-      Extensions extensions;
-      extensions.store(X509Objid_BasicConstraints, fromHex("30 00"));
-      extensions.store(X509Objid_KeyUsage, fromHex("03 02 07 80"));
-      extensions.store(X509Objid_SubjectKeyId, fromHex("04 01 AA"));
-      const std::string before = extensions.stored(*one.objid);
-      Err err;
-      interposer = {.armed = true, .failAt = failAt, .calls = {}, .liveWorkObjects = 0, .lookedUp = {}, .opened = {}};
-      const int32_t result = one.run(extensions, err);
-      interposer.armed = false;
-      EXPECT_EQ(interposer.liveWorkObjects, 0);
-      for (const Objid *objid : interposer.lookedUp) EXPECT_EQ(objid, one.objid) << "the export itself is passed";
-      if (failAt == 0) {
-        EXPECT_EQ(result, 0) << err.text();
-        EXPECT_EQ(interposer.calls, one.calls);
-        EXPECT_EQ(interposer.opened, one.type);
-        EXPECT_EQ(err.block.count, 0u);
-        continue;
-      }
-      const std::string &failed = one.calls[static_cast<std::size_t>(failAt) - 1];
-      const Outcome outcome = expected(one.name, failed);
-      EXPECT_EQ(result, outcome.result) << failed;
-      EXPECT_EQ(err.code(), kInjectedCode);
-      EXPECT_EQ(err.trace(), outcome.trace);
-      std::vector<std::string> calls(one.calls.begin(), one.calls.begin() + failAt);
-      if (!outcome.release.empty()) calls.push_back(outcome.release);
-      EXPECT_EQ(interposer.calls, calls) << "nothing is called after the failure but the release";
-      if (failed != "AsnMemObjectFree") {
-        EXPECT_EQ(extensions.stored(*one.objid), before);
-      }
-      EXPECT_EQ(one.run(extensions, err), 0) << "the next call works";
+  const std::vector<Case> cases = readCases();
+  const Live before;
+  for (const Case &one : cases) {
+    SCOPED_TRACE(one.name);
+    const auto operation = operations().find(one.operation);
+    ASSERT_NE(operation, operations().end());
+    expectSuccess(one, operation->second);
+    for (int failAt = 1; failAt <= static_cast<int>(one.calls.size()); ++failAt) {
+      expectFailure(one, operation->second, failAt);
     }
+    EXPECT_EQ(Live(), before) << "everything is released";
+  }
+  for (const auto &[name, operation] : operations()) {
+    const auto isTested = [&, &wanted = name](const Case &one) { return one.operation == wanted; };
+    EXPECT_TRUE(std::any_of(cases.begin(), cases.end(), isTested)) << name;
   }
 }
 

@@ -21,5 +21,14 @@ OFFSET(KetraExtension, criticalOption, 2 * kPointer + 4);
 OFFSET(KetraExtension, value, 2 * kPointer + 8);
 OFFSET(struct KetraObjectRecord, structuredCache, 6 * kPointer);
 OFFSET(AsnErrorBlock, code, 0);
+SIZE(X509DirStr, 3 * kPointer);
+SIZE(X509DirStrOpt, 4 * kPointer);
+OFFSET(X509DirStrOpt, option, 3 * kPointer);
+SIZE(X509GenNameParam, 8 * kPointer);
+OFFSET(X509GenNameParam, dNSName, kPointer);
+OFFSET(X509GenNameParam, otherName.value.option, 5 * kPointer);
+OFFSET(X509GenNameParam, ediPartyName.partyName, 5 * kPointer);
+OFFSET(X509GenNameChain, genName, kPointer);
+OFFSET(X509GenNamesOpt, option, kPointer);
 
 int main(void) { return 0; }

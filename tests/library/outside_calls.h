@@ -1,0 +1,33 @@
+// Stands between libketra and its runtime: counts the outside calls of one operation and fails the one that is asked
+// for. It works because the library calls the runtime through the dynamic symbol table.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "contracts/asn1.h"
+
+namespace ketra::test {
+
+constexpr int32_t kInjectedResult = -77;
+constexpr uint32_t kInjectedCode = 0x7EA50FFF;
+
+struct OutsideCalls {
+  bool armed = false;
+  AsnErrorBlock *callers = nullptr;  // what every call up to the failure must be given, and none after it
+  int failAt = 0;                    // 0: none
+  std::vector<std::string> calls;    // up to the failure
+  std::vector<std::string> cleanUp;  // after it
+  std::vector<const Objid *> lookedUp;
+  std::string opened;                       // the type of the first value
+  std::map<AsnObject, AsnValue> openRoots;  // the first value of each work object, while it is open
+  int liveWorkObjects = 0;
+  int livePools = 0;
+  int liveNames = 0;
+};
+
+extern OutsideCalls outside;
+
+}  // namespace ketra::test
