@@ -97,14 +97,16 @@ bool operator!=(const T &a, const T &b) {
 }
 
 // A GeneralName of each kind.
-inline GeneralName otherName(ObjectIdentifier type, std::optional<Octets> value = std::nullopt) {
+inline GeneralName otherName(ObjectIdentifier type) { return OtherName{std::move(type), std::nullopt}; }
+inline GeneralName otherName(ObjectIdentifier type, Octets value) {
   return OtherName{std::move(type), std::move(value)};
 }
 inline GeneralName email(std::string address) { return Rfc822Name{std::move(address)}; }
 inline GeneralName dns(std::string name) { return DnsName{std::move(name)}; }
 inline GeneralName x400(Octets orAddress) { return X400Address{std::move(orAddress)}; }
 inline GeneralName directory(Name name) { return DirectoryName{std::move(name)}; }
-inline GeneralName edi(DirectoryString partyName, std::optional<DirectoryString> nameAssigner = std::nullopt) {
+inline GeneralName edi(DirectoryString partyName) { return EdiPartyName{std::nullopt, std::move(partyName)}; }
+inline GeneralName edi(DirectoryString partyName, DirectoryString nameAssigner) {
   return EdiPartyName{std::move(nameAssigner), std::move(partyName)};
 }
 inline GeneralName uri(std::string text) { return Uri{std::move(text)}; }
@@ -149,14 +151,12 @@ inline std::string text(const AsnOct &c) { return {reinterpret_cast<const char *
 inline DirectoryString directoryString(const X509DirStr &c) { return {c.choice, View(c.octets, c.length).copy()}; }
 
 inline GeneralName generalName(const X509OtherName &c) {
-  std::optional<Octets> value;
-  if (c.value.option == 1) value = view(c.value.value).copy();
-  return OtherName{ObjectIdentifier(c.type), std::move(value)};
+  if (c.value.option != 1) return otherName(ObjectIdentifier(c.type));
+  return otherName(ObjectIdentifier(c.type), view(c.value.value).copy());
 }
 inline GeneralName generalName(const X509EdiPartyName &c) {
-  std::optional<DirectoryString> nameAssigner;
-  if (c.nameAssigner.option == 1) nameAssigner = directoryString(c.nameAssigner.value);
-  return EdiPartyName{std::move(nameAssigner), directoryString(c.partyName)};
+  if (c.nameAssigner.option != 1) return edi(directoryString(c.partyName));
+  return edi(directoryString(c.partyName), directoryString(c.nameAssigner.value));
 }
 
 // A name from the C interface, copied.
