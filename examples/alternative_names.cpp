@@ -11,7 +11,8 @@ int main() try {
   extensions.set(ketra::SubjectAltName{{ketra::dns("www.example"), ketra::ip("192.0.2.1"), ketra::directory(name)}},
                  /*critical=*/false);
 
-  for (const ketra::NameOrError &each : extensions.get<ketra::TolerantSubjectAltName>()->names) {
+  const auto read = extensions.get<ketra::TolerantSubjectAltName>();
+  for (const ketra::NameOrError &each : read->names) {
     if (const auto *bad = std::get_if<ketra::UnreadableName>(&each)) {
       std::cout << "unreadable: " << bad->error.what() << "\n";
       continue;

@@ -2,6 +2,9 @@
 //
 // Each comes in two forms. The strict one can be set, and a get of it fails when one member of the list cannot be read.
 // The tolerant one can only be read: it has an UnreadableName in the place of such a member.
+//
+//   const auto read = extensions.get<ketra::SubjectAltName>();  // kept: a loop over get()->names would outlive it
+//   if (read) for (const ketra::GeneralName &name : read->names) ...
 #pragma once
 
 #include <cstdint>
