@@ -1,4 +1,5 @@
 // Stores a subjectAltName and reads it back; one bad name would not hide the others.
+#include <exception>
 #include <iostream>
 #include <variant>
 
@@ -22,7 +23,7 @@ int main() try {
     if (const auto *ip = std::get_if<ketra::IpAddress>(&readable)) std::cout << "IP " << ip->text() << "\n";
     if (const auto *dn = std::get_if<ketra::DirectoryName>(&readable)) std::cout << "DN " << dn->name.text() << "\n";
   }
-} catch (const ketra::Error &error) {
+} catch (const std::exception &error) {
   std::cerr << error.what() << "\n";
   return 1;
 }
