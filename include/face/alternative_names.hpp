@@ -60,8 +60,10 @@ struct NameListTraits {
     } else {
       const KetraExtension *extension = nullptr;
       const int32_t result = KetraObjectSearchExtpByObjid(object, &objid(), &extension, err);
-      if (result == 0) value.names = readNames(view(extension->value));
-      return result;
+      if (result != 0) return result;
+      if (extension == nullptr) fail(KetraError_ExtensionAbsent, "ketra::ExtensionTraits", "None extension");
+      value.names = readNames(view(extension->value));
+      return 0;
     }
   }
 

@@ -69,7 +69,7 @@ struct Kind {
 std::vector<Kind> nineKinds() {
   const ketra::Octets printable = {'X', 'Y', 'Z'};
   return {
-      {"otherName", ketra::otherName({1, 3, 6, 1, 4, 1, 311, 20, 2, 3}, fromHex("0C08614062 2E74657374"))},
+      {"otherName", ketra::otherName({1, 3, 6, 1, 4, 1, 311, 20, 2, 3}, ketra::utf8String("a@b.test"))},
       {"rfc822Name", ketra::email("a@b.test")},
       {"dNSName", ketra::dns("a.example")},
       {"x400Address", ketra::x400(fromHex("300F300D61041302474262051303414243"))},
@@ -99,6 +99,21 @@ TEST(FaceNames, NineKindsBothWays) {
     const auto tolerant = extensions.get<ketra::TolerantSubjectAltName>();
     ASSERT_EQ(tolerant->names.size(), 2u);
     EXPECT_EQ(std::get<ketra::GeneralName>(tolerant->names[0]), kind.value);
+  }
+}
+
+// At every length of the length.
+TEST(FaceNames, Utf8StringIsOneEncoding) {
+  for (const std::size_t length : {0u, 0x7Fu, 0x80u, 0xFFu, 0x100u, 0xFFFFu, 0x10000u, 0x1000000u}) {
+    const ketra::Octets encoding = ketra::utf8String(std::string(length, 'x'));
+    EXPECT_EQ(encoding.size() - length, length < 0x80        ? 2
+                                        : length < 0x100     ? 3
+                                        : length < 0x10000   ? 4
+                                        : length < 0x1000000 ? 5
+                                                             : 6);
+    ketra::Extensions extensions;
+    extensions.set(ketra::SubjectAltName{{ketra::otherName({1, 2, 3}, encoding)}}, false);
+    EXPECT_EQ(std::get<ketra::OtherName>(extensions.get<ketra::SubjectAltName>()->names[0]).value, encoding);
   }
 }
 

@@ -41,6 +41,9 @@ TEST(Show, EntriesOfACrl) {
   EXPECT_EQ(crl.at("entries").at(0).at("entry"), 2);
   EXPECT_EQ(crl.at("entries").at(0).at("serialNumber"), "2002");
   EXPECT_EQ(extension(crl.at("entries").at(0), "2.5.29.21").at("name"), "reasonCode");
+  const Json indirect = Json::parse(showJson(sample("indirect-crl.pem")).out).at(0);
+  const Json &issuer = extension(indirect.at("entries").at(0), "2.5.29.29");
+  EXPECT_EQ(issuer.at("value").at("names").at(0).at("text"), "CN=Another CA,O=Example");
 }
 
 TEST(Show, Text) {
@@ -58,9 +61,13 @@ TEST(Show, Text) {
 }
 
 TEST(Check, Samples) {
-  const Result result = run("check " + quote(sample("ca.pem")) + " " + quote(sample("crl.pem")));
+  std::string files;
+  for (const char *name : {"ca.pem", "end-entity.pem", "crl.pem", "indirect-crl.pem"})
+    files += quote(sample(name)) + " ";
+  const Result result = run("check " + files);
   EXPECT_EQ(result.status, 0) << result.out << result.err;
-  EXPECT_EQ(lastLine(result.out).find("1 certificates, 1 CRLs, 20 extensions: "), 0u) << result.out;
+  EXPECT_EQ(lastLine(result.out).find("2 certificates, 2 CRLs, 37 extensions: "), 0u) << result.out;
+  EXPECT_NE(lastLine(result.out).find(" 0 re-encoded, 0 refused, 0 rejected, "), std::string::npos) << result.out;
 }
 
 // A valid extension that is not as the library writes it: named with its reason, and not a fault.
