@@ -36,6 +36,9 @@ int32_t beginGet(const Operation &op, KetraObject extensions, const Extension &e
 
 }  // namespace detail
 
+// Stands for the structure where it is a chain: an empty one is refused in its own way.
+inline constexpr const char *kChain = "";
+
 // `check()` judges the caller's structure before anything is made; `fill(work, value)` writes it into a new value.
 template <class Check, class Fill>
 int32_t setFrame(const Operation &op, KetraObject extensions, const void *structure, const Extension &extension,

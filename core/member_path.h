@@ -1,4 +1,4 @@
-// Element paths that end in the number of a list member.
+// Element paths with the number of a list member in them.
 #pragma once
 
 #include <charconv>
@@ -10,14 +10,19 @@ namespace ketra {
 
 class MemberPath {
  public:
-  // Members count from 1. `prefix` is a literal, a component name with its "/".
-  explicit MemberPath(uint32_t member, std::string_view prefix = "") {
+  // Members count from 1. What stands before and behind the number is a literal.
+  explicit MemberPath(uint32_t member, std::string_view suffix = "") : MemberPath("", member, suffix) {}
+  MemberPath(std::string_view prefix, uint32_t member, std::string_view suffix = "") {
     std::memcpy(text_, prefix.data(), prefix.size());
-    *std::to_chars(text_ + prefix.size(), text_ + sizeof text_ - 1, member).ptr = '\0';
+    char *const begin = text_ + prefix.size();
+    char *const end = std::to_chars(begin, begin + kDigits, member).ptr;
+    std::memcpy(end, suffix.data(), suffix.size());
+    end[suffix.size()] = '\0';
   }
   operator const char *() const { return text_; }
 
  private:
+  static constexpr std::size_t kDigits = 10;
   char text_[128];
 };
 

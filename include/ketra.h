@@ -192,6 +192,82 @@ KETRA_API int32_t X509MUtilCheckGenNamesOpt(const X509GenNamesOpt *names, AsnErr
  * "EDIPartyName". */
 KETRA_API int32_t X509MUtilGetPathOfGenName(uint32_t type, const char **path, AsnErrorBlock *err);
 
+/* ---- DistributionPointName (RFC 5280 4.2.1.13) ------------------------------------------------------------------- */
+
+enum { /* alternatives */
+       X509DistributionPointName_FullName = 1,
+       X509DistributionPointName_NameRelativeToCRLIssuer = 2
+};
+
+typedef struct X509AttributeTypeAndValue { /* one attribute of a relative name */
+  struct X509AttributeTypeAndValue *next;
+  Objid type;
+  AsnEncodedData value; /* one complete encoding */
+} X509AttributeTypeAndValue;
+
+typedef struct X509DistributionPointName {
+  int32_t type; /* X509DistributionPointName_...: which member counts */
+  union {
+    X509GenNameChain *fullName;
+    X509AttributeTypeAndValue *nameRelativeToCRLIssuer;
+  };
+} X509DistributionPointName;
+
+typedef struct X509DistributionPointNameOpt {
+  X509DistributionPointName value;
+  int32_t option;
+} X509DistributionPointNameOpt;
+
+/* Makes the DistributionPointName element at the path. The attributes of a relative name are written in the order that
+ * DER demands of a set. */
+KETRA_API int32_t X509MUtilSetDistributionPointName(AsnObject work, AsnValue parent, const char *path,
+                                                    const X509DistributionPointName *name, AsnErrorBlock *err);
+/* Reads the element into a chain that the caller has prepared: for a fullName nodes with GeneralName objects, for a
+ * relative name X509AttributeTypeAndValue nodes, as many as X509MUtilCalDistributionPointName tells. The arcs of an
+ * attribute lie in `pool`, its value in the encoding that was decoded. After a failure `type` and the nodes before the
+ * failing one are written. An absent element is refused. */
+KETRA_API int32_t X509MUtilSgetDistributionPointName(AsnMemObject pool, AsnObject work, AsnValue parent,
+                                                     const char *path, X509DistributionPointName *name,
+                                                     AsnErrorBlock *err);
+/* The same for an element that may be absent: then `option` becomes 0 and nothing else is written. */
+KETRA_API int32_t X509MUtilSgetDistributionPointNameOpt(AsnMemObject pool, AsnObject work, AsnValue parent,
+                                                        const char *path, X509DistributionPointNameOpt *name,
+                                                        AsnErrorBlock *err);
+/* Refuse what cannot be set: other alternatives and flags, empty chains, malformed attributes. */
+KETRA_API int32_t X509MUtilCheckDistributionPointName(const X509DistributionPointName *name, AsnErrorBlock *err);
+KETRA_API int32_t X509MUtilCheckDistributionPointNameOpt(const X509DistributionPointNameOpt *name, AsnErrorBlock *err);
+/* The alternative (0 when the element is absent) and the number of its names or attributes. */
+KETRA_API int32_t X509MUtilCalDistributionPointName(AsnObject work, AsnValue parent, const char *path, int32_t *choice,
+                                                    uint32_t *count, AsnErrorBlock *err);
+
+/* ---- GeneralSubtrees (RFC 5280 4.2.1.10) ------------------------------------------------------------------------- */
+
+typedef struct X509GenSubtree {
+  struct X509GenSubtree *next;
+  X509GenNameObject base;
+  AsnIntOpt minimum; /* no default is applied: an absent minimum stays absent */
+  AsnIntOpt maximum;
+} X509GenSubtree;
+
+typedef struct X509GenSubtreesOpt {
+  X509GenSubtree *genSubtrees;
+  int32_t option;
+} X509GenSubtreesOpt;
+
+/* Makes the list element at the path with one member per node. */
+KETRA_API int32_t X509MUtilSetGenSubtrees(AsnObject work, AsnValue parent, const char *path,
+                                          const X509GenSubtree *chain, AsnErrorBlock *err);
+/* Fills a chain that the caller has prepared, one node with a GeneralName object per member. After a failure the nodes
+ * before the failing one are filled. */
+KETRA_API int32_t X509MUtilSgetGenSubtrees(AsnMemObject pool, AsnObject work, AsnValue parent, const char *path,
+                                           X509GenSubtree *chain, AsnErrorBlock *err);
+/* The same for a list that may be absent: then `option` becomes 0 and nothing else is written. */
+KETRA_API int32_t X509MUtilSgetGenSubtreesOpt(AsnMemObject pool, AsnObject work, AsnValue parent, const char *path,
+                                              X509GenSubtreesOpt *list, AsnErrorBlock *err);
+/* Refuse empty chains, nodes without base, other flags. Distances are not judged. */
+KETRA_API int32_t X509MUtilCheckGenSubtrees(const X509GenSubtree *chain, AsnErrorBlock *err);
+KETRA_API int32_t X509MUtilCheckGenSubtreesOpt(const X509GenSubtreesOpt *list, AsnErrorBlock *err);
+
 /* ---- BasicConstraints (RFC 5280 4.2.1.9) ------------------------------------------------------------------------- */
 
 typedef struct KetraBasicConstraints {
@@ -239,6 +315,76 @@ KETRA_API int32_t KetraObjectSgetIssuerAltNameCalGenName(KetraObject extensions,
 KETRA_API int32_t KetraObjectSsetCertIssuer(KetraObject extensions, const X509GenNames *value, AsnErrorBlock *err);
 KETRA_API int32_t KetraObjectSgetCertIssuer(KetraObject extensions, const X509GenNames *value, AsnErrorBlock *err);
 KETRA_API int32_t KetraObjectSgetCertIssuerCalGenName(KetraObject extensions, uint32_t *count, AsnErrorBlock *err);
+
+/* ---- CRLDistributionPoints (RFC 5280 4.2.1.13) ------------------------------------------------------------------- */
+
+typedef struct KetraDistributionPoint {
+  struct KetraDistributionPoint *next;
+  X509DistributionPointNameOpt distributionPoint;
+  AsnBitOpt reasons; /* bit 0 is unused, bit 1 keyCompromise, ... bit 6 certificateHold */
+  X509GenNamesOpt cRLIssuer;
+} KetraDistributionPoint;
+
+/* `points` is the first node of a chain; it has 1 node or more. */
+KETRA_API int32_t KetraObjectSsetCRLDistributionPoints(KetraObject extensions, int32_t critical,
+                                                       const KetraDistributionPoint *points, AsnErrorBlock *err);
+/* Fills a chain that the caller has prepared: as many nodes as there are points, each with the name chains that the
+ * counts below tell. Present reasons become 7 bits in the pool of the Extensions object; absent ones leave pointer and
+ * length alone. A relative name's values point into the stored extension. After a failure the points before the failing
+ * one are filled. */
+KETRA_API int32_t KetraObjectSgetCRLDistributionPoints(KetraObject extensions, KetraDistributionPoint *points,
+                                                       AsnErrorBlock *err);
+/* Number of points. */
+KETRA_API int32_t KetraObjectSgetCRLDistributionPointsCalDistributionPoint(KetraObject extensions, uint32_t *count,
+                                                                           AsnErrorBlock *err);
+/* Of the point at an index from 0: the alternative of its name (0 when it has none or there is no such point) and the
+ * number of names or attributes in it; the number of names of its cRLIssuer. Each call decodes the extension. */
+KETRA_API int32_t KetraObjectSgetCRLDistributionPointsCalDistributionPointName(KetraObject extensions, uint32_t index,
+                                                                               int32_t *choice, uint32_t *count,
+                                                                               AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetCRLDistributionPointsCalCRLIssuer(KetraObject extensions, uint32_t index,
+                                                                   uint32_t *count, AsnErrorBlock *err);
+/* Refuses what the set refuses. */
+KETRA_API int32_t X509MUtilCheckCRLDistributionPoints(const KetraDistributionPoint *points, AsnErrorBlock *err);
+
+/* ---- IssuingDistributionPoint (RFC 5280 5.2.5) ------------------------------------------------------------------- */
+
+typedef struct KetraIssuingDistributionPoint {
+  X509DistributionPointNameOpt distributionPoint;
+  AsnBoolOpt onlyContainsUserCerts;
+  AsnBoolOpt onlyContainsCACerts;
+  AsnBitOpt onlySomeReasons; /* as in KetraDistributionPoint */
+  AsnBoolOpt indirectCRL;
+} KetraIssuingDistributionPoint;
+
+/* Always stored critical. No default is applied either way: a present FALSE is written. */
+KETRA_API int32_t KetraObjectSsetIssuingDistributionPoint(KetraObject extensions,
+                                                          const KetraIssuingDistributionPoint *value,
+                                                          AsnErrorBlock *err);
+/* The caller prepares the name chain that the count below tells; reasons and relative names come as in
+ * KetraObjectSgetCRLDistributionPoints. After a failure the fields before the failing one are written. */
+KETRA_API int32_t KetraObjectSgetIssuingDistributionPoint(KetraObject extensions, KetraIssuingDistributionPoint *value,
+                                                          AsnErrorBlock *err);
+/* The alternative of the name (0 when there is none) and the number of names or attributes in it. */
+KETRA_API int32_t KetraObjectSgetIssuingDistributionPointCalDistributionPointName(KetraObject extensions,
+                                                                                  int32_t *choice, uint32_t *count,
+                                                                                  AsnErrorBlock *err);
+
+/* ---- NameConstraints (RFC 5280 4.2.1.10) ------------------------------------------------------------------------- */
+
+typedef struct KetraNameConstraints {
+  X509GenSubtreesOpt permittedSubtrees;
+  X509GenSubtreesOpt excludedSubtrees;
+} KetraNameConstraints;
+
+KETRA_API int32_t KetraObjectSsetNameConstraints(KetraObject extensions, int32_t critical,
+                                                 const KetraNameConstraints *value, AsnErrorBlock *err);
+/* Fills chains that the caller has prepared. When the excluded list fails, the permitted one is written. */
+KETRA_API int32_t KetraObjectSgetNameConstraints(KetraObject extensions, KetraNameConstraints *value,
+                                                 AsnErrorBlock *err);
+/* The lengths of both lists, 0 for an absent one. */
+KETRA_API int32_t KetraObjectSgetNameConstraintsCalGenSubtree(KetraObject extensions, uint32_t *permittedCount,
+                                                              uint32_t *excludedCount, AsnErrorBlock *err);
 
 #ifdef __cplusplus
 }

@@ -63,7 +63,49 @@
   X(KetraError_GetORAddressExtension, 0x0147FA86, "x509MUtilSgetORAddress", "Count of SequenceOf is invalid",          \
     "extension attributes without a member")                                                                           \
   X(KetraError_CertIssuerAbsent, 0x0146DA82, "KetraObjectSgetCertIssuerCalGenName", "CertIssuer",                      \
-    "no GeneralNames in the extension")
+    "no GeneralNames in the extension")                                                                                \
+  X(KetraError_SetDistributionPointNameType, 0x014FD147, "X509MUtilSetDistributionPointName", "type",                  \
+    "no DistributionPointName has this alternative")                                                                   \
+  X(KetraError_DistributionPointNameAbsent, 0x014FD27B, "X509MUtilSgetDistributionPointName",                          \
+    "Not Exist DistributionPointName", "no DistributionPointName stands at the path")                                  \
+  X(KetraError_RelativeNameEmpty, 0x014FD288, "X509MUtilSgetDistributionPointName", "Count of SequenceOf = 0",         \
+    "a relative name without attributes")                                                                              \
+  X(KetraError_RelativeNameChainShort, 0x014FD299, "X509MUtilSgetDistributionPointName",                               \
+    "Chain of DistributionPointName ", "fewer nodes than attributes of the relative name")                             \
+  X(KetraError_RelativeNameValueAbsent, 0x014FD221, "X509MUtilSgetDistributionPointName", "value",                     \
+    "an attribute of the relative name has no value")                                                                  \
+  X(KetraError_RelativeNameValueEmpty, 0x014FD222, "X509MUtilSgetDistributionPointName", "value",                      \
+    "an attribute of the relative name has an empty value")                                                            \
+  X(KetraError_GetDistributionPointNameChoice, 0x014FD223, "X509MUtilSgetDistributionPointName", "choiceNo",           \
+    "no DistributionPointName has this alternative")                                                                   \
+  X(KetraError_CheckRelativeNameEmpty, 0x014FD488, "X509MUtilCheckDistributionPointName",                              \
+    "AttributeTypeAndValue Count = 0", "a relative name without attributes")                                           \
+  X(KetraError_CheckDistributionPointNameType, 0x014FD447, "X509MUtilCheckDistributionPointName", "type",              \
+    "no DistributionPointName has this alternative")                                                                   \
+  X(KetraError_CheckDistributionPointNameOption, 0x014FD554, "X509MUtilCheckDistributionPointNameOpt", "option",       \
+    "a presence flag other than 0 and 1")                                                                              \
+  X(KetraError_CalDistributionPointNameChoice, 0x014FD623, "X509MUtilCalDistributionPointName", "choiceNo",            \
+    "no DistributionPointName has this alternative")                                                                   \
+  X(KetraError_SetGenSubtreesEmpty, 0x014FB186, "X509MUtilSetGenSubtrees", "GenSubtree",                               \
+    "the chain of subtrees is empty")                                                                                  \
+  X(KetraError_GetGenSubtreesEmpty, 0x014FB286, "X509MUtilSgetGenSubtrees", "Count of SequenceOf = 0",                 \
+    "the list of subtrees has no member")                                                                              \
+  X(KetraError_GenSubtreesChainShort, 0x014FB299, "X509MUtilSgetGenSubtrees", "Chain of GenSubtrees",                  \
+    "fewer nodes than subtrees")                                                                                       \
+  X(KetraError_CheckGenSubtreesEmpty, 0x014FB486, "X509MUtilCheckGenSubtrees", "Count = 0",                            \
+    "the chain of subtrees is empty")                                                                                  \
+  X(KetraError_CheckGenSubtreesNoBase, 0x014FB402, "X509MUtilCheckGenSubtrees", "No Object",                           \
+    "a subtree names no GeneralName object")                                                                           \
+  X(KetraError_CheckGenSubtreesOption, 0x014FB554, "X509MUtilCheckGenSubtreesOpt", "option",                           \
+    "a presence flag other than 0 and 1")                                                                              \
+  X(KetraError_CheckDistributionPointsEmpty, 0x014FC187, "X509MUtilCheckCRLDistributionPoints", "Count = 0",           \
+    "the chain of distribution points is empty")                                                                       \
+  X(KetraError_CalDistributionPointsAbsent, 0x0146D487, "KetraObjectSgetCRLDistributionPointsCalDistributionPoint",    \
+    "CRLDistributionPoints", "no list in the extension")                                                               \
+  X(KetraError_GetDistributionPointsEmpty, 0x0146D787, "KetraObjectSgetCRLDistributionPoints",                         \
+    "CRLDistributionPoints, Count of SequenceOf = 0", "no list in the extension, or a list without a point")           \
+  X(KetraError_DistributionPointsChainShort, 0x0146D799, "KetraObjectSgetCRLDistributionPoints",                       \
+    "Chain of CRLDistributionPoints", "fewer nodes than distribution points")
 
 /* A row for AsnErrorText: static const AsnErrorMeaning meanings[] = {KETRA_ERROR_LIST(KETRA_ERROR_MEANING)}; */
 #define KETRA_ERROR_MEANING(name, code, function, reason, meaning) {code, meaning},

@@ -89,7 +89,7 @@ int32_t writeList(const Operation &op, bool ber, AsnObject work, AsnValue elemen
   if (address.*row.option != 1) return 0;
   uint32_t number = 0;
   for (const X509ORAttribute *node = address.*row.chain; node != nullptr; node = node->next) {
-    const MemberPath path(++number, row.membersPath);
+    const MemberPath path(row.membersPath, ++number);
     if (op.failed(setEncoded(ber, work, element, path, node->attribute, op.err()), row.setMessage)) return -1;
   }
   return number == 0 ? op.reject(row.setEmpty, "Count of SequenceOf is invalid") : 0;

@@ -192,7 +192,9 @@ int32_t X509MUtilFreeDirStr(AsnMemObject pool, X509DirStr *string, AsnErrorBlock
 }
 
 int32_t X509MUtilFreeDirStrOpt(AsnMemObject pool, X509DirStrOpt *string, AsnErrorBlock *err) {
-  if (release({kNameModule, __func__, err}, pool, string == nullptr ? nullptr : &string->value) != 0) return -1;
+  const ketra::asn1::Call call{kNameModule, __func__, err};
+  if (string == nullptr) return failNull(call);
+  if (release(call, pool, &string->value) != 0) return -1;
   string->option = 0;
   return 0;
 }

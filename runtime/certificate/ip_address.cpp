@@ -34,7 +34,7 @@ char *putIpv4(char *out, const uint8_t *octets) {
   return out;
 }
 
-uint32_t groupAt(const uint8_t *octets, uint32_t group) {
+uint32_t groupAt(const uint8_t *octets, std::size_t group) {
   return static_cast<uint32_t>(octets[2 * group] << 8 | octets[2 * group + 1]);
 }
 
@@ -179,7 +179,7 @@ using namespace ketra::certificate;
 
 int32_t X509IpAddressToText(const AsnOct *address, char *text, uint32_t size, AsnErrorBlock *err) {
   const Call call{kNameModule, __func__, err};
-  if (address == nullptr || address->octets == nullptr || (text == nullptr && size > 0)) {
+  if (address == nullptr || address->octets == nullptr || text == nullptr) {
     return call.fail(X509NameError_NullParameter, "no address or no place for the text");
   }
   const uint32_t length = address->length;

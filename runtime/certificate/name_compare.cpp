@@ -52,7 +52,7 @@ class Folded {
 
 int compareOctets(const AsnOct &a, const AsnOct &b) {
   if (a.length != b.length) return a.length < b.length ? -1 : 1;
-  return std::memcmp(a.octets, b.octets, a.length);
+  return a.length == 0 ? 0 : std::memcmp(a.octets, b.octets, a.length);
 }
 
 int compareStrings(const Attribute &a, const Attribute &b) {
@@ -143,6 +143,10 @@ int32_t X509NameObjectCompare(X509NameObject name, X509NameObject other, int32_t
   const Call call{kNameModule, __func__, err};
   if (name == nullptr || other == nullptr || equal == nullptr) {
     return call.fail(X509NameError_NullParameter, "no name or no place for the result");
+  }
+  if (compareOctets(rdnsOf(name), rdnsOf(other)) == 0) {
+    *equal = 1;
+    return 0;
   }
   return withWorkObject(call, [&](AsnObject work) { return compareNames(call, work->arena, name, other, equal); });
 }

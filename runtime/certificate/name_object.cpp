@@ -9,10 +9,8 @@
 #include "contracts/asn1_schema.hpp"
 #include "ketra_runtime.h"
 #include "runtime/asn1/access.h"
-#include "runtime/asn1/content.h"
 #include "runtime/asn1/encoder.h"
 #include "runtime/asn1/pool.h"
-#include "runtime/certificate/attribute_types.h"
 
 namespace ketra::certificate {
 namespace {
@@ -32,30 +30,9 @@ constexpr schema::Row kRows[] = {
     schema::Sequence("AttributeTypeAndValue"),
         schema::Component("type", schema::ObjectIdentifier),
         schema::Component("value", schema::OpenType),
-    // What AppendRdn writes: values of the string types.
-    schema::SetOf("TextRdn"),
-        schema::Element("TypeAndText"),
-    schema::Sequence("TypeAndText"),
-        schema::Component("type", schema::ObjectIdentifier),
-        schema::Component("value", "Text"),
-    schema::Choice("Text"),
-        schema::Component("teletexString", "TeletexString"),
-        schema::Component("printableString", "PrintableString"),
-        schema::Component("bmpString", "BMPString"),
-        schema::Component("universalString", "UniversalString"),
-        schema::Component("uTF8String", "UTF8String"),
-        schema::Component("ia5String", "IA5String"),
-    schema::Type("TeletexString", schema::Octets(20)),
-    schema::Type("PrintableString", schema::Octets(19)),
-    schema::Type("BMPString", schema::Octets(30)),
-    schema::Type("UniversalString", schema::Octets(28)),
-    schema::Type("UTF8String", schema::Octets(12)),
-    schema::Type("IA5String", schema::Octets(22)),
     // clang-format on
 };
-constexpr auto kRecords = schema::compile(kRows);
-constexpr const AsnType *kName = &kRecords[schema::indexOf(kRows, "Name")];
-constexpr const AsnType *kTextRdn = &kRecords[schema::indexOf(kRows, "TextRdn")];
+constexpr auto kName = schema::compile(kRows);
 
 int32_t failNull(const Call &call) {
   return call.fail(X509NameError_NullParameter, "no name, structure or place for the result");
@@ -78,7 +55,10 @@ int32_t create(const Call &call, X509NameObject *name) {
 // Room for `length` octets: a buffer of its own for another name, and one of double size for one that grows.
 int32_t reserve(const Call &call, X509NameObject name, uint32_t kept, uint64_t length) {
   constexpr uint32_t kMost = UINT32_MAX - kHeaderRoom;
-  if (length > kMost) return call.fail(AsnError_TooLong, "the name would exceed 4294967295 octets");
+  if (length > kMost) {
+    call.fail(AsnError_TooLong, "the name would exceed 4294967295 octets");
+    return -1;
+  }
   if (kept > 0 && length <= name->capacity) return 0;
   const uint64_t wanted = kept == 0 ? length : std::max(length, 2 * uint64_t{kept});
   const auto capacity = static_cast<uint32_t>(std::min<uint64_t>(wanted, kMost));
@@ -89,18 +69,6 @@ int32_t reserve(const Call &call, X509NameObject name, uint32_t kept, uint64_t l
   AsnMemObjectFree(name->pool, name->buffer, nullptr);
   name->buffer = buffer;
   name->capacity = capacity;
-  return 0;
-}
-
-// Makes the name consist of `kept` of the octets it has and those of `added`, which lie elsewhere.
-int32_t store(const Call &call, X509NameObject name, uint32_t kept, const AsnOct &added) {
-  const uint64_t length = uint64_t{kept} + added.length;
-  if (reserve(call, name, kept, length) != 0) return -1;
-  uint8_t *const begin = name->buffer + kHeaderRoom;
-  if (added.length > 0) std::memcpy(begin + kept, added.octets, added.length);
-  name->length = static_cast<uint32_t>(length);
-  name->headerSize = asn1::writeLength(begin, name->length) + 1;
-  *(begin - name->headerSize) = 0x30;
   return 0;
 }
 
@@ -115,7 +83,7 @@ AsnEncodedData encodingOf(X509NameObject name) {
 int32_t readName(const Call &call, AsnObject work, const AsnEncodedData &encoding, AsnOct *rdns) {
   AsnValue value = nullptr;
   uint32_t scratch = 0;
-  if (AsnOpenFromMem(work, kName, &encoding, &value, call.err) != 0 ||
+  if (AsnOpenFromMem(work, kName.data(), &encoding, &value, call.err) != 0 ||
       AsnDecode(work, value, 0, &scratch, call.err) != 0) {
     return -1;
   }
@@ -138,6 +106,8 @@ int32_t setName(const Call &call, X509NameObject name, const AsnEncodedData &enc
   });
 }
 
+// ---- In elements ---------------------------------------------------------------------------------------------------
+
 int32_t getName(const Call &call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                 X509NameObject *name, bool der) {
   if (pool == nullptr || object == nullptr || name == nullptr) return failNull(call);
@@ -157,68 +127,6 @@ int32_t getName(const Call &call, AsnMemObject pool, AsnObject object, AsnValue 
   return 0;
 }
 
-// ---- Appending -----------------------------------------------------------------------------------------------------
-
-bool isIa5Type(const Objid &type) {
-  uint8_t octets[sizeof(AttributeType::octets)];
-  const uint64_t length = asn1::measureArcs(type);
-  if (length > sizeof octets) return false;
-  asn1::writeArcs(type, octets);
-  const AttributeType *known = findAttributeType(octets, static_cast<uint32_t>(length));
-  return known != nullptr && known->isIa5;
-}
-
-bool fitsIa5(const X509DirStr &value) {
-  return (value.choice == X509DirStr_PrintableString || value.choice == X509DirStr_Utf8String) &&
-         isAscii(value.octets, value.length);
-}
-
-int32_t checkAttribute(const Call &call, const X509NameAttribute &attribute, uint32_t number) {
-  const X509DirStr &value = attribute.value;
-  const Text what = Text() << "attribute " << number;
-  uint32_t count = 0;
-  if (AsnCheckObjidBER(&attribute.type, call.err) != 0 || !hasShape(call, &value, what.c_str()) ||
-      !countCharacters(call, value, what.c_str(), &count)) {
-    return -1;
-  }
-  if (count == 0) return call.fail(X509DirStrError_Length, Text() << what.c_str() << " has no characters");
-  if (value.choice == X509DirStr_PrintableString && !isPrintable(value.octets, value.length)) {
-    return call.fail(X509DirStrError_Characters, Text() << what.c_str() << " has characters beyond PrintableString",
-                     value.octets, value.length);
-  }
-  if (!isIa5Type(attribute.type) || fitsIa5(value)) return 0;
-  return call.fail(X509NameError_Attribute,
-                   Text() << what.c_str() << " is an IA5String: ASCII, given as PrintableString or UTF8String",
-                   value.octets, value.length);
-}
-
-int32_t writeAttribute(const Call &call, AsnObject work, AsnValue rdn, const X509NameAttribute &attribute) {
-  const AsnOct octets{attribute.value.octets, attribute.value.length};
-  const char *alternative = isIa5Type(attribute.type) ? "ia5String" : componentOf(attribute.value.choice);
-  AsnValue member = asn1::appendMember(work->arena, rdn);
-  AsnValue text = nullptr;
-  if (member == nullptr) return call.fail(X509NameError_OutOfMemory, "the system has no memory for an attribute");
-  if (AsnSetObjidDER(work, member, "type", &attribute.type, call.err) != 0 ||
-      AsnMakeElement(work, member, "value", &text, call.err) != 0) {
-    return -1;
-  }
-  return AsnSetOctDER(work, text, alternative, &octets, call.err);
-}
-
-int32_t appendRdn(const Call &call, AsnObject work, X509NameObject name, const X509NameAttribute *attributes,
-                  uint32_t count) {
-  AsnValue rdn = nullptr;
-  if (AsnOpenNew(work, kTextRdn, &rdn, call.err) != 0) return -1;
-  for (uint32_t i = 0; i < count; ++i) {
-    if (checkAttribute(call, attributes[i], i + 1) != 0 || writeAttribute(call, work, rdn, attributes[i]) != 0) {
-      return -1;
-    }
-  }
-  AsnOct der{};
-  if (!asn1::encode(call, work->arena, rdn, asn1::Rules::Der, &der.octets, &der.length)) return -1;
-  return store(call, name, name->length, der);
-}
-
 using SetEncoded = int32_t(AsnObject, AsnValue, const char *, const AsnEncodedData *, AsnErrorBlock *);
 
 int32_t setElement(const Call &call, AsnObject object, AsnValue value, const char *path, X509NameObject name,
@@ -229,6 +137,18 @@ int32_t setElement(const Call &call, AsnObject object, AsnValue value, const cha
 }
 
 }  // namespace
+
+int32_t store(const Call &call, X509NameObject name, uint32_t kept, const AsnOct &added) {
+  const uint64_t length = uint64_t{kept} + added.length;
+  if (reserve(call, name, kept, length) != 0) return -1;
+  uint8_t *const begin = name->buffer + kHeaderRoom;
+  if (added.length > 0) std::memcpy(begin + kept, added.octets, added.length);
+  name->length = static_cast<uint32_t>(length);
+  name->headerSize = asn1::writeLength(begin, name->length) + 1;
+  *(begin - name->headerSize) = 0x30;
+  return 0;
+}
+
 }  // namespace ketra::certificate
 
 using namespace ketra::certificate;
@@ -252,14 +172,6 @@ int32_t X509NameObjectGetPduDER(X509NameObject name, AsnEncodedData *encoding, A
   if (name == nullptr || encoding == nullptr) return failNull({kNameModule, __func__, err});
   *encoding = encodingOf(name);
   return 0;
-}
-
-int32_t X509NameObjectAppendRdn(X509NameObject name, const X509NameAttribute *attributes, uint32_t count,
-                                AsnErrorBlock *err) {
-  const Call call{kNameModule, __func__, err};
-  if (name == nullptr || (attributes == nullptr && count > 0)) return failNull(call);
-  if (count == 0) return call.fail(X509NameError_Empty, "a relative distinguished name of no attributes");
-  return withWorkObject(call, [&](AsnObject work) { return appendRdn(call, work, name, attributes, count); });
 }
 
 int32_t X509MUtilCopyNameObject(X509NameObject *name, X509NameObject source, AsnErrorBlock *err) {

@@ -25,6 +25,10 @@ inline AsnOct rdnsOf(X509NameObject name) {
   return name->length == 0 ? AsnOct{nullptr, 0} : AsnOct{name->buffer + kHeaderRoom, name->length};
 }
 
+// Makes the name consist of `kept` of the octets it has and those of `added`, which lie elsewhere. On failure it is
+// unchanged.
+int32_t store(const asn1::Call &call, X509NameObject name, uint32_t kept, const AsnOct &added);
+
 // Runs `step` with a work object for as long as it takes.
 template <class Step>
 int32_t withWorkObject(const asn1::Call &call, Step &&step) {

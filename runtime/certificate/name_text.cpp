@@ -154,7 +154,7 @@ uint64_t measure(X509NameObject name) {
 }
 
 // Backwards from the end of the text: the name begins with what the text ends with.
-void write(X509NameObject name, char *begin, char *end) {
+void write(X509NameObject name, const char *begin, char *end) {
   Walk rdns(rdnsOf(name));
   for (Encoding rdn{}; rdns.next(&rdn);) {
     end -= putRdn(nullptr, rdn);

@@ -45,6 +45,16 @@ inline constexpr schema::Row kTestRows[] = {
     schema::Sequence("Wrapped"),
         schema::Component("number", schema::Explicit(0), schema::Integer),
         schema::Component("flag", schema::Context(1), schema::Boolean),
+    schema::Choice("DirectoryString"),
+        schema::Component("teletexString", "Teletex"),
+        schema::Component("printableString", "Printable"),
+        schema::Component("bmpString", "Bmp"),
+        schema::Component("universalString", "Universal"),
+        schema::Component("uTF8String", "Utf8"),
+    schema::Sequence("Party"),
+        schema::Component("assigner", schema::Explicit(0), "DirectoryString", schema::Optional),
+        schema::Component("name", schema::Explicit(1), "DirectoryString"),
+        schema::Component("number", schema::Integer, schema::Optional),
     schema::Sequence("Chain"),  // may hold itself: what an input can nest without end
         schema::Component("next", schema::Context(0), "Chain", schema::Optional),
 };
