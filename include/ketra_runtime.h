@@ -93,6 +93,12 @@ KETRA_RUNTIME_API int32_t X509NameObjectGetText(X509NameObject name, char *text,
 KETRA_RUNTIME_API int32_t X509NameObjectCompare(X509NameObject name, X509NameObject other, int32_t *equal,
                                                 AsnErrorBlock *err);
 
+/* The characters of the string in UTF-8. Writes at most `size` octets, NUL included, and sets `length` (may be null) to
+ * the length of the whole text without the NUL; a text that does not fit is an error (AsnError_Range) that still sets
+ * `length`. Octets that are no characters are X509DirStrError_Characters. */
+KETRA_RUNTIME_API int32_t X509DirStrToText(const X509DirStr *string, char *text, uint32_t size, uint32_t *length,
+                                           AsnErrorBlock *err);
+
 /* An iPAddress in text form: "192.0.2.1", "2001:db8::1" (RFC 5952); with a mask, as in name constraints, "192.0.2.0/24"
  * or, when the mask is not contiguous, "192.0.2.0/255.0.255.0". Needs at most 80 octets, NUL included. A length of
  * other than 4, 16, 8 or 32 octets is X509IpError_Length. */

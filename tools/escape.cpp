@@ -56,15 +56,15 @@ void appendOctet(std::string &out, char c) {
   }
 }
 
-}  // namespace
-
-std::string escape(std::string_view text) {
+std::string escape(std::string_view text, bool keepsBackslash) {
   std::string out;
   out.reserve(text.size());
   while (!text.empty()) {
     const Sequence sequence = static_cast<uint8_t>(text[0]) >= 0x80 ? utf8(text) : Sequence{};
     if (sequence.length != 0) {
       appendCodePoint(out, sequence.codePoint);
+    } else if (keepsBackslash && text[0] == '\\') {
+      out += '\\';
     } else {
       appendOctet(out, text[0]);
     }
@@ -72,6 +72,11 @@ std::string escape(std::string_view text) {
   }
   return out;
 }
+
+}  // namespace
+
+std::string escape(std::string_view text) { return escape(text, false); }
+std::string escapeDirectoryName(std::string_view text) { return escape(text, true); }
 
 std::string hex(ketra::View octets) {
   std::string out;

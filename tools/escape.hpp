@@ -12,6 +12,10 @@ namespace tool {
 // UTF-8 become \\, \n, \xNN and \u{N}.
 std::string escape(std::string_view text);
 
+// The same for the text form of a distinguished name (RFC 4514), in which a backslash stays: it begins an escape of
+// that form, which is never \u or \x.
+std::string escapeDirectoryName(std::string_view text);
+
 // Lower-case hexadecimal digits.
 std::string hex(ketra::View octets);
 

@@ -55,6 +55,16 @@ constexpr Name kNames[] = {
     {"1.3.6.1.4.1.11129.2.4.2", "signedCertificateTimestampList"},
     {"1.3.6.1.4.1.11129.2.4.3", "precertificatePoison"},
     {"1.3.6.1.4.1.11129.2.4.4", "precertificateSigningKey"},
+    // Types of otherName, RFC 4043, 4108, 6120, 4985, 7585, 8398, 4556, FIPS 201
+    {"1.3.6.1.5.5.7.8.3", "permanentIdentifier"},
+    {"1.3.6.1.5.5.7.8.4", "hardwareModuleName"},
+    {"1.3.6.1.5.5.7.8.5", "xmppAddr"},
+    {"1.3.6.1.5.5.7.8.7", "SRVName"},
+    {"1.3.6.1.5.5.7.8.8", "NAIRealm"},
+    {"1.3.6.1.5.5.7.8.9", "SmtpUTF8Mailbox"},
+    {"1.3.6.1.5.2.2", "KRB5PrincipalName"},
+    {"2.16.840.1.101.3.6.6", "FASC-N"},
+    {"1.3.6.1.4.1.311.20.2.3", "userPrincipalName"},
     // Of single makers
     {"2.16.840.1.113730.1.1", "netscapeCertType"},
     {"2.16.840.1.113730.1.13", "netscapeComment"},

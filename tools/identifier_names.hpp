@@ -4,7 +4,7 @@
 
 namespace tool {
 
-// The well-known name of an extension's identifier, or null.
+// The well-known name of an identifier of an extension or of a type of otherName, or null.
 const char *identifierName(const ketra::ObjectIdentifier &objid);
 
 }  // namespace tool

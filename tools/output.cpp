@@ -20,6 +20,29 @@ std::string joined(const Json &list) {
   return text.empty() ? "(none)" : text;
 }
 
+// "label: text" on one line, and below it what the text does not tell: octets only where there is no text.
+void printNamed(std::ostream &out, const std::string &label, const Json &named, const std::string &indent) {
+  const bool hasText = named.contains("text");
+  out << indent << label << (hasText ? ": " + scalar(named["text"]) : "") << "\n";
+  const std::string deeper = indent + "  ";
+  for (const auto &[key, value] : named.items()) {
+    if (key == "error") {
+      printProblem(out, value, deeper);
+    } else if (value.is_object()) {
+      printNamed(out, key, value, deeper);
+    } else if (key == "remark" || (key == "octets" && !hasText)) {
+      out << deeper << key << ": " << scalar(value) << "\n";
+    }
+  }
+}
+
+void printName(std::ostream &out, const Json &name, const std::string &indent) {
+  std::string label = scalar(name.at("kind"));
+  if (name.contains("type")) label += " " + scalar(name["type"]);
+  if (name.contains("typeName")) label += " (" + scalar(name["typeName"]) + ")";
+  printNamed(out, label, name, indent);
+}
+
 // "key: value" lines; members of a list of objects begin with "- ".
 void printFields(std::ostream &out, const Json &fields, const std::string &indent) {
   std::string begin = indent;
@@ -33,7 +56,9 @@ void printFields(std::ostream &out, const Json &fields, const std::string &inden
       out << " " << joined(value) << "\n";
     } else if (value.is_array()) {
       out << "\n";
-      for (const Json &member : value) printFields(out, member, deeper + "- ");
+      for (const Json &member : value) {
+        member.contains("kind") ? printName(out, member, deeper) : printFields(out, member, deeper + "- ");
+      }
     } else if (value.is_object()) {
       out << "\n";
       printFields(out, value, deeper);

@@ -1,5 +1,7 @@
 #include "show.hpp"
 
+#include <utility>
+
 #include "escape.hpp"
 #include "exit_status.hpp"
 #include "identifier_names.hpp"
@@ -89,7 +91,9 @@ class Show : public Visitor {
       try {
         ketra::Extensions extensions;
         extensions.set(extension.objid, extension.isCritical(), extension.value);
-        item["value"] = typed->fields(extensions);
+        Fields fields = typed->fields(extensions);
+        allGood_ = allGood_ && fields.allRead;
+        item["value"] = std::move(fields.json);
         return;
       } catch (const ketra::Error &error) {
         allGood_ = false;

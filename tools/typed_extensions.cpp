@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <optional>
 #include <span>
+#include <utility>
+#include <vector>
 
 #include "asn1_reader.hpp"
 #include "contracts/asn1_schema.hpp"
 #include "escape.hpp"
+#include "general_names.hpp"
 
 namespace tool {
 namespace {
@@ -16,19 +19,28 @@ Json optional(const std::optional<T> &value) {
   return value ? Json(*value) : Json();
 }
 
-Json fields(const ketra::BasicConstraints &value) {
-  return {{"cA", optional(value.cA)}, {"pathLenConstraint", optional(value.pathLenConstraint)}};
+Fields fields(const ketra::BasicConstraints &value) {
+  return {{{"cA", optional(value.cA)}, {"pathLenConstraint", optional(value.pathLenConstraint)}}};
 }
 
-Json fields(const ketra::KeyUsage &value) {
+Fields fields(const ketra::KeyUsage &value) {
   Json bits = Json::array();
   for (const ketra::KeyUsage::Bit &bit : ketra::KeyUsage::bits()) {
     if (value.*bit.member) bits.push_back(bit.name);
   }
-  return {{"usage", bits}};
+  return {{{"usage", bits}}};
 }
 
-Json fields(const ketra::SubjectKeyId &value) { return {{"keyIdentifier", hex(value.keyIdentifier)}}; }
+Fields fields(const ketra::SubjectKeyId &value) { return {{{"keyIdentifier", hex(value.keyIdentifier)}}}; }
+
+Fields fields(const std::vector<ketra::NameOrError> &names) {
+  bool allRead = true;
+  Json list = namesJson(names, allRead);
+  return {{{"names", std::move(list)}}, allRead};
+}
+Fields fields(const ketra::TolerantSubjectAltName &value) { return fields(value.names); }
+Fields fields(const ketra::TolerantIssuerAltName &value) { return fields(value.names); }
+Fields fields(const ketra::TolerantCertificateIssuer &value) { return fields(value.names); }
 
 // X.690 11.1
 std::string basicConstraintsReason(ketra::View, ketra::View) { return "a TRUE is not FF"; }
@@ -50,7 +62,8 @@ std::string keyUsageReason(ketra::View value, ketra::View written) {
   return isShorter ? "trailing zero bits are written out" : "unused bits are set";
 }
 
-template <class T>
+// Shown: the tolerant form, if there is one.
+template <class T, class Shown = T>
 TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr) {
   using Traits = ketra::ExtensionTraits<T>;
   const auto read = [](const ketra::Extensions &extensions) -> Writer {
@@ -65,7 +78,7 @@ TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr) {
   };
   return {
       .objid = &Traits::objid(),
-      .fields = [](const ketra::Extensions &extensions) { return fields(extensions.get<T>().value()); },
+      .fields = [](const ketra::Extensions &extensions) { return fields(extensions.get<Shown>().value()); },
       .read = read,
       .reason = reason,
   };
@@ -78,6 +91,9 @@ const TypedExtension *findTyped(const ketra::ObjectIdentifier &objid) {
       row<ketra::BasicConstraints>(basicConstraintsReason),
       row<ketra::KeyUsage>(keyUsageReason),
       row<ketra::SubjectKeyId>(),
+      row<ketra::SubjectAltName, ketra::TolerantSubjectAltName>(namesReason),
+      row<ketra::IssuerAltName, ketra::TolerantIssuerAltName>(namesReason),
+      row<ketra::CertificateIssuer, ketra::TolerantCertificateIssuer>(namesReason),
   };
   for (const TypedExtension &row : kRows) {
     if (std::ranges::equal(objid.arcs(), std::span(row.objid->arcs, row.objid->count))) return &row;

@@ -12,10 +12,15 @@ namespace tool {
 // Writes a value that was read from one Extensions object into another.
 using Writer = std::function<void(ketra::Extensions &, bool critical)>;
 
+// The fields of an extension as JSON, from which the text form is rendered too. Foreign text in it is escaped.
+struct Fields {
+  Json json;
+  bool allRead = true;  // false: a part is unreadable, which the JSON tells
+};
+
 struct TypedExtension {
   const Objid *objid;
-  // The fields of the extension as JSON, from which the text form is rendered too. Foreign text in it is escaped.
-  Json (*fields)(const ketra::Extensions &);
+  Fields (*fields)(const ketra::Extensions &);
   Writer (*read)(const ketra::Extensions &);
   // Why a valid value comes back as `written`, when neither lengths nor segments explain it. May be null.
   std::string (*reason)(ketra::View value, ketra::View written);

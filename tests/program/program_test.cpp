@@ -1,116 +1,12 @@
 // The program from outside: what it prints and its exit status.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <nlohmann/json.hpp>
 #include <string>
 
+#include "program.h"
+
+namespace ketra::test {
 namespace {
-
-using Json = nlohmann::json;
-
-std::string sample(const std::string &name) { return KETRA_SAMPLES "/" + name; }
-
-std::string readAll(const std::string &path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-// A directory of this process for inputs, gone at its end.
-class Directory {
- public:
-  Directory() : path_(testing::TempDir() + "ketra-program-" + std::to_string(getpid())) {
-    std::filesystem::create_directory(path_);
-  }
-  ~Directory() { std::filesystem::remove_all(path_); }
-  std::string write(const std::string &name, const std::string &content) const {
-    std::ofstream(path_ + "/" + name, std::ios::binary) << content;
-    return path_ + "/" + name;
-  }
-
- private:
-  std::string path_;
-};
-
-std::string file(const std::string &content, const std::string &name = "input") {
-  static const Directory directory;
-  return directory.write(name, content);
-}
-
-struct Result {
-  int status = -1;
-  std::string out;
-  std::string err;
-};
-
-std::string quote(const std::string &argument) { return "'" + argument + "'"; }
-
-// `arguments` as the shell reads them.
-Result run(const std::string &arguments) {
-  const std::string err = file("", "stderr");
-  const std::string command = quote(KETRA_PROGRAM) + " " + arguments + " 2>" + quote(err);
-  std::FILE *pipe = popen(command.c_str(), "r");
-  Result result;
-  char part[4096];
-  for (std::size_t n; (n = std::fread(part, 1, sizeof part, pipe)) > 0;) result.out.append(part, n);
-  const int status = pclose(pipe);
-  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + status;
-  result.err = readAll(err);
-  return result;
-}
-
-Result showJson(const std::string &path) { return run("show --json " + quote(path)); }
-
-std::string lastLine(const std::string &text) {
-  const std::size_t end = text.find_last_not_of('\n');
-  return text.substr(text.rfind('\n', end) + 1, end - text.rfind('\n', end));
-}
-
-std::string octets(const std::string &hex) {
-  std::string out;
-  for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
-    out += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
-  }
-  return out;
-}
-
-// DER of a PEM sample.
-std::string der(const std::string &name) {
-  const std::string out = file("", "der");
-  EXPECT_EQ(std::system(("openssl asn1parse -noout -in " + quote(sample(name)) + " -out " + quote(out)).c_str()), 0);
-  return readAll(out);
-}
-
-std::string toPem(const std::string &label, const std::string &content) {
-  const std::string body = file("", "base64");
-  const std::string in = file(content, "content");
-  EXPECT_EQ(std::system(("openssl base64 -in " + quote(in) + " -out " + quote(body)).c_str()), 0);
-  return "-----BEGIN " + label + "-----\n" + readAll(body) + "-----END " + label + "-----\n";
-}
-
-// A sample in which `from`, which must be there, is replaced by `to` of the same length.
-std::string patched(const std::string &name, const std::string &from, const std::string &to) {
-  std::string content = der(name);
-  const std::size_t at = content.find(octets(from));
-  EXPECT_NE(at, content.npos) << from;
-  EXPECT_EQ(from.size(), to.size());
-  if (at != content.npos) content.replace(at, from.size() / 2, octets(to));
-  return file(content);
-}
-
-const Json &extension(const Json &object, const std::string &identifier) {
-  for (const Json &extension : object.at("extensions")) {
-    if (extension.value("identifier", "") == identifier) return extension;
-  }
-  static const Json kNone;
-  return kNone;
-}
 
 // Extensions of the CA sample as they stand: identifier, critical, extnValue.
 const std::string kBasicConstraints = "0603551d130101ff040830060101ff020101";
@@ -145,6 +41,9 @@ TEST(Show, EntriesOfACrl) {
   EXPECT_EQ(crl.at("entries").at(0).at("entry"), 2);
   EXPECT_EQ(crl.at("entries").at(0).at("serialNumber"), "2002");
   EXPECT_EQ(extension(crl.at("entries").at(0), "2.5.29.21").at("name"), "reasonCode");
+  const Json indirect = Json::parse(showJson(sample("indirect-crl.pem")).out).at(0);
+  const Json &issuer = extension(indirect.at("entries").at(0), "2.5.29.29");
+  EXPECT_EQ(issuer.at("value").at("names").at(0).at("text"), "CN=Another CA,O=Example");
 }
 
 TEST(Show, Text) {
@@ -162,9 +61,13 @@ TEST(Show, Text) {
 }
 
 TEST(Check, Samples) {
-  const Result result = run("check " + quote(sample("ca.pem")) + " " + quote(sample("crl.pem")));
+  std::string files;
+  for (const char *name : {"ca.pem", "end-entity.pem", "crl.pem", "indirect-crl.pem"})
+    files += quote(sample(name)) + " ";
+  const Result result = run("check " + files);
   EXPECT_EQ(result.status, 0) << result.out << result.err;
-  EXPECT_EQ(lastLine(result.out).find("1 certificates, 1 CRLs, 20 extensions: "), 0u) << result.out;
+  EXPECT_EQ(lastLine(result.out).find("2 certificates, 2 CRLs, 37 extensions: "), 0u) << result.out;
+  EXPECT_NE(lastLine(result.out).find(" 0 re-encoded, 0 refused, 0 rejected, "), std::string::npos) << result.out;
 }
 
 // A valid extension that is not as the library writes it: named with its reason, and not a fault.
@@ -335,3 +238,4 @@ TEST(World, CertificatesOfTheSystem) {
 }
 
 }  // namespace
+}  // namespace ketra::test

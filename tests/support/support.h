@@ -4,29 +4,20 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "contracts/asn1_schema.hpp"
 #include "ketra_runtime.h"
+#include "support/octets.h"
 
 namespace ketra::test {
 
-using Octets = std::vector<uint8_t>;
-
-Octets fromHex(const std::string &hex);  // blanks are skipped; "AB*1000" repeats, pieces are joined by "+"
-std::string toHex(const uint8_t *octets, std::size_t length);
 inline std::string toHex(const AsnEncodedData &data) { return toHex(data.octets, data.length); }
-inline std::string toHex(const Octets &octets) { return toHex(octets.data(), octets.size()); }
 
 // The columns of each row of a tab-separated file; comments and the header row are left out. Fails on an empty file.
 std::vector<std::vector<std::string>> rowsOf(const std::string &path);
-
-// The rows of tests/golden.tsv by name, and the octets of one, as toHex writes them.
-const std::map<std::string, std::string> &goldenRows();
-std::string golden(const std::string &name);
 
 // A heap block of exactly this size, so that a read beyond it is seen.
 class Exact {

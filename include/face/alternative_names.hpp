@@ -1,0 +1,141 @@
+// SubjectAltName, IssuerAltName (RFC 5280 4.2.1.6, 4.2.1.7), CertificateIssuer (RFC 5280 5.3.3).
+//
+// Each comes in two forms. The strict one can be set, and a get of it fails when one member of the list cannot be read.
+// The tolerant one can only be read: it has an UnreadableName in the place of such a member.
+//
+//   const auto read = extensions.get<ketra::SubjectAltName>();  // kept: a loop over get()->names would outlive it
+//   if (read) for (const ketra::GeneralName &name : read->names) ...
+#pragma once
+
+#include <cstdint>
+#include <type_traits>
+#include <vector>
+
+#include "face/base.hpp"
+#include "face/general_name.hpp"
+#include "face/general_names.hpp"
+
+namespace ketra {
+
+template <class N>
+struct BasicSubjectAltName {
+  std::vector<N> names;
+};
+using SubjectAltName = BasicSubjectAltName<GeneralName>;
+using TolerantSubjectAltName = BasicSubjectAltName<NameOrError>;
+
+template <class N>
+struct BasicIssuerAltName {
+  std::vector<N> names;
+};
+using IssuerAltName = BasicIssuerAltName<GeneralName>;
+using TolerantIssuerAltName = BasicIssuerAltName<NameOrError>;
+
+// Of a CRL entry. Always critical.
+template <class N>
+struct BasicCertificateIssuer {
+  std::vector<N> names;
+};
+using CertificateIssuer = BasicCertificateIssuer<GeneralName>;
+using TolerantCertificateIssuer = BasicCertificateIssuer<NameOrError>;
+
+namespace detail {
+
+// What the three have in common. Calls: objid(), and the C operations count, get and set.
+template <class List, class Calls>
+struct NameListTraits {
+  static constexpr bool kIsStrict = std::is_same_v<decltype(List::names), std::vector<GeneralName>>;
+
+  static const Objid &objid() { return Calls::objid(); }
+
+  static int32_t get(KetraObject object, List &value, AsnErrorBlock *err) {
+    if constexpr (kIsStrict) {
+      uint32_t count = 0;
+      if (const int32_t result = Calls::count(object, &count, err); result != 0) return result;
+      NameChain chain(count);
+      const X509GenNames c{chain.head()};
+      if (const int32_t result = Calls::get(object, &c, err); result != 0) return result;
+      value.names = chain.names();
+      return 0;
+    } else {
+      const KetraExtension *extension = nullptr;
+      const int32_t result = KetraObjectSearchExtpByObjid(object, &objid(), &extension, err);
+      if (result != 0) return result;
+      if (extension == nullptr) fail(KetraError_ExtensionAbsent, "ketra::ExtensionTraits", "None extension");
+      value.names = readNames(view(extension->value));
+      return 0;
+    }
+  }
+
+  template <class Set>
+  static int32_t write(const List &value, Set &&set) {
+    static_assert(kIsStrict, "a tolerant form is for reading only");
+    NameChain chain(value.names);
+    const X509GenNames c{chain.head()};
+    return set(&c);
+  }
+};
+
+struct SubjectAltNameCalls {
+  static const Objid &objid() { return X509Objid_SubjectAltName; }
+  static int32_t count(KetraObject object, uint32_t *count, AsnErrorBlock *err) {
+    return KetraObjectSgetSubjectAltNameCalGenName(object, count, err);
+  }
+  static int32_t get(KetraObject object, const X509GenNames *names, AsnErrorBlock *err) {
+    return KetraObjectSgetSubjectAltName(object, names, err);
+  }
+};
+
+struct IssuerAltNameCalls {
+  static const Objid &objid() { return X509Objid_IssuerAltName; }
+  static int32_t count(KetraObject object, uint32_t *count, AsnErrorBlock *err) {
+    return KetraObjectSgetIssuerAltNameCalGenName(object, count, err);
+  }
+  static int32_t get(KetraObject object, const X509GenNames *names, AsnErrorBlock *err) {
+    return KetraObjectSgetIssuerAltName(object, names, err);
+  }
+};
+
+struct CertificateIssuerCalls {
+  static const Objid &objid() { return X509Objid_CertIssuer; }
+  static int32_t count(KetraObject object, uint32_t *count, AsnErrorBlock *err) {
+    return KetraObjectSgetCertIssuerCalGenName(object, count, err);
+  }
+  static int32_t get(KetraObject object, const X509GenNames *names, AsnErrorBlock *err) {
+    return KetraObjectSgetCertIssuer(object, names, err);
+  }
+};
+
+}  // namespace detail
+
+template <class N>
+struct ExtensionTraits<BasicSubjectAltName<N>>
+    : detail::NameListTraits<BasicSubjectAltName<N>, detail::SubjectAltNameCalls> {
+  static constexpr bool kCallerSetsCritical = true;
+  static int32_t set(KetraObject object, int32_t critical, const BasicSubjectAltName<N> &value, AsnErrorBlock *err) {
+    return ExtensionTraits::write(
+        value, [&](const X509GenNames *c) { return KetraObjectSsetSubjectAltName(object, critical, c, err); });
+  }
+};
+
+template <class N>
+struct ExtensionTraits<BasicIssuerAltName<N>>
+    : detail::NameListTraits<BasicIssuerAltName<N>, detail::IssuerAltNameCalls> {
+  static constexpr bool kCallerSetsCritical = true;
+  static int32_t set(KetraObject object, int32_t critical, const BasicIssuerAltName<N> &value, AsnErrorBlock *err) {
+    return ExtensionTraits::write(
+        value, [&](const X509GenNames *c) { return KetraObjectSsetIssuerAltName(object, critical, c, err); });
+  }
+};
+
+template <class N>
+struct ExtensionTraits<BasicCertificateIssuer<N>>
+    : detail::NameListTraits<BasicCertificateIssuer<N>, detail::CertificateIssuerCalls> {
+  static constexpr bool kCallerSetsCritical = false;
+  static int32_t set(KetraObject object, const BasicCertificateIssuer<N> &value, AsnErrorBlock *err) {
+    return ExtensionTraits::write(value,
+                                  [&](const X509GenNames *c) { return KetraObjectSsetCertIssuer(object, c, err); });
+  }
+};
+
+}  // namespace ketra

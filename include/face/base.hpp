@@ -1,0 +1,172 @@
+// What the whole C++ face stands on: errors, octets, identifiers, and how an extension type is described.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <initializer_list>
+#include <iterator>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "ketra.h"
+#include "ketra_errors.h"
+#include "ketra_runtime.h"
+
+namespace ketra {
+
+// A failed operation: its code (ketra_errors.h, contracts/) and, in what(), code and trace as lines of text.
+class Error : public std::exception {
+ public:
+  explicit Error(const AsnErrorBlock &block) : code_(block.code) {
+    static constexpr AsnErrorMeaning kMeanings[] = {KETRA_ERROR_LIST(KETRA_ERROR_MEANING)};
+    constexpr auto count = static_cast<uint32_t>(std::size(kMeanings));
+    text_.resize(AsnErrorText(&block, kMeanings, count, nullptr, 0) + std::size_t{1});
+    AsnErrorText(&block, kMeanings, count, text_.data(), static_cast<uint32_t>(text_.size()));
+    text_.pop_back();
+    for (uint32_t i = 0; i < block.count; ++i) trace_.push_back({block.entries[i].function, block.entries[i].message});
+  }
+
+  struct Entry {
+    std::string function;
+    std::string message;
+  };
+
+  uint32_t code() const noexcept { return code_; }
+  const std::vector<Entry> &trace() const noexcept { return trace_; }  // innermost failure first
+  const char *what() const noexcept override { return text_.c_str(); }
+
+ private:
+  uint32_t code_;
+  std::string text_;
+  std::vector<Entry> trace_;
+};
+
+using Octets = std::vector<uint8_t>;
+
+// Octets that somebody else owns.
+class View {
+ public:
+  View() = default;
+  View(const uint8_t *data, std::size_t size) : data_(data), size_(size) {}
+  template <class Container, class = std::enable_if_t<std::is_convertible_v<
+                                 decltype(std::declval<const Container &>().data()), const uint8_t *>>>
+  View(const Container &container) : data_(container.data()), size_(container.size()) {}
+
+  const uint8_t *data() const { return data_; }
+  std::size_t size() const { return size_; }
+  bool empty() const { return size_ == 0; }
+  const uint8_t *begin() const { return data_; }
+  const uint8_t *end() const { return data_ + size_; }
+  Octets copy() const { return {begin(), end()}; }
+
+ private:
+  const uint8_t *data_ = nullptr;
+  std::size_t size_ = 0;
+};
+
+namespace detail {
+
+// Runs one C operation, `call(err)`, and turns its failure into an Error.
+template <class Call>
+void run(Call &&call) {
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  if (call(&err) != 0) throw Error(err);
+}
+
+[[noreturn]] inline void fail(uint32_t code, const char *function, const char *message) {
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  err.code = code;
+  AsnErrorInfo("ketra.hpp", function, message, &err, nullptr, 0);
+  throw Error(err);
+}
+
+// The length of `view` as the C interface takes it.
+inline uint32_t length(View view) {
+  if (view.size() <= std::numeric_limits<uint32_t>::max()) return static_cast<uint32_t>(view.size());
+  fail(AsnError_Range, "ketra::View", "more than 4294967295 octets");
+}
+
+inline AsnEncodedData encoded(View view) { return {view.data(), length(view)}; }
+inline AsnOct octets(View view) { return {view.data(), length(view)}; }
+inline View view(const AsnEncodedData &data) { return {data.octets, data.length}; }
+inline View view(const std::string &text) { return {reinterpret_cast<const uint8_t *>(text.data()), text.size()}; }
+
+inline AsnBoolOpt optional(const std::optional<bool> &value) { return {value.value_or(false) ? 1 : 0, value ? 1 : 0}; }
+inline AsnIntOpt optional(const std::optional<int32_t> &value) { return {value.value_or(0), value ? 1 : 0}; }
+inline std::optional<bool> optional(const AsnBoolOpt &value) {
+  return value.option == 1 ? std::optional<bool>(value.value != 0) : std::nullopt;
+}
+inline std::optional<int32_t> optional(const AsnIntOpt &value) {
+  return value.option == 1 ? std::optional<int32_t>(value.value) : std::nullopt;
+}
+
+// Memory that a get has left in the pool of an Extensions object; given back at the end of the scope.
+class PoolMemory {
+ public:
+  PoolMemory(KetraObject object, const void *memory) : memory_(memory) {
+    if (KetraObjectGetMemObject(object, &pool_, nullptr) != 0) memory_ = nullptr;
+  }
+  PoolMemory(const PoolMemory &) = delete;
+  PoolMemory &operator=(const PoolMemory &) = delete;
+  ~PoolMemory() {
+    if (memory_ != nullptr) AsnMemObjectFree(pool_, memory_, nullptr);
+  }
+
+ private:
+  AsnMemObject pool_ = nullptr;
+  const void *memory_;
+};
+
+}  // namespace detail
+
+// An object identifier that owns its arcs.
+class ObjectIdentifier {
+ public:
+  ObjectIdentifier() = default;
+  ObjectIdentifier(std::initializer_list<uint32_t> arcs) : arcs_(arcs) {}
+  explicit ObjectIdentifier(const Objid &objid) : arcs_(objid.arcs, objid.arcs + objid.count) {}
+
+  // "2.5.29.19"; a malformed text is an Error.
+  static ObjectIdentifier parse(const std::string &text) {
+    if (text.find('\0') != std::string::npos)
+      detail::fail(AsnError_Objid, "ketra::ObjectIdentifier", "an embedded NUL");
+    AsnMemObject pool = nullptr;
+    detail::run([&](AsnErrorBlock *err) { return AsnMemObjectCreate(&pool, err); });
+    const std::unique_ptr<AsnMemObjectRecord, void (*)(AsnMemObject)> owner(
+        pool, [](AsnMemObject p) { AsnMemObjectDestroy(p, nullptr); });
+    Objid objid{};
+    detail::run([&](AsnErrorBlock *err) { return ObjidFromText(pool, text.c_str(), &objid, err); });
+    return ObjectIdentifier(objid);
+  }
+
+  const std::vector<uint32_t> &arcs() const { return arcs_; }
+  Objid objid() const { return {arcs_.data(), static_cast<uint32_t>(arcs_.size())}; }
+  std::string text() const {
+    std::string text;
+    for (const uint32_t arc : arcs_) text.append(text.empty() ? "" : ".").append(std::to_string(arc));
+    return text;
+  }
+
+  friend bool operator==(const ObjectIdentifier &a, const ObjectIdentifier &b) { return a.arcs_ == b.arcs_; }
+  friend bool operator!=(const ObjectIdentifier &a, const ObjectIdentifier &b) { return a.arcs_ != b.arcs_; }
+  friend bool operator<(const ObjectIdentifier &a, const ObjectIdentifier &b) { return a.arcs_ < b.arcs_; }
+
+ private:
+  std::vector<uint32_t> arcs_;
+};
+
+// How Extensions reads and writes a value type: its identifier, whether the caller chooses the criticality, and
+//   static int32_t set(KetraObject, [int32_t critical,] const T &, AsnErrorBlock *);
+//   static int32_t get(KetraObject, T &, AsnErrorBlock *);
+template <class T>
+struct ExtensionTraits;
+
+}  // namespace ketra

@@ -1,0 +1,120 @@
+// BasicConstraints, KeyUsage, SubjectKeyId.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "face/base.hpp"
+
+namespace ketra {
+
+// RFC 5280 4.2.1.9
+struct BasicConstraints {
+  std::optional<bool> cA;
+  std::optional<int32_t> pathLenConstraint;
+};
+
+template <>
+struct ExtensionTraits<BasicConstraints> {
+  static const Objid &objid() { return X509Objid_BasicConstraints; }
+  static constexpr bool kCallerSetsCritical = true;
+
+  static int32_t set(KetraObject object, int32_t critical, const BasicConstraints &value, AsnErrorBlock *err) {
+    const KetraBasicConstraints c{detail::optional(value.cA), detail::optional(value.pathLenConstraint)};
+    return KetraObjectSsetBasicConstraints(object, critical, &c, err);
+  }
+  static int32_t get(KetraObject object, BasicConstraints &value, AsnErrorBlock *err) {
+    KetraBasicConstraints c{};
+    const int32_t result = KetraObjectSgetBasicConstraints(object, &c, err);
+    if (result == 0) value = {detail::optional(c.cA), detail::optional(c.pathLenConstraint)};
+    return result;
+  }
+};
+
+// RFC 5280 4.2.1.3. X.509 calls nonRepudiation contentCommitment.
+struct KeyUsage {
+  bool digitalSignature = false;
+  bool nonRepudiation = false;
+  bool keyEncipherment = false;
+  bool dataEncipherment = false;
+  bool keyAgreement = false;
+  bool keyCertSign = false;
+  bool cRLSign = false;
+  bool encipherOnly = false;
+  bool decipherOnly = false;
+
+  // Each bit by its name, in the order of the standard.
+  struct Bit {
+    const char *name;
+    bool KeyUsage::*member;
+  };
+  static const std::vector<Bit> &bits() {
+    static const std::vector<Bit> kBits = {
+        {"digitalSignature", &KeyUsage::digitalSignature},
+        {"nonRepudiation", &KeyUsage::nonRepudiation},
+        {"keyEncipherment", &KeyUsage::keyEncipherment},
+        {"dataEncipherment", &KeyUsage::dataEncipherment},
+        {"keyAgreement", &KeyUsage::keyAgreement},
+        {"keyCertSign", &KeyUsage::keyCertSign},
+        {"cRLSign", &KeyUsage::cRLSign},
+        {"encipherOnly", &KeyUsage::encipherOnly},
+        {"decipherOnly", &KeyUsage::decipherOnly},
+    };
+    return kBits;
+  }
+};
+
+template <>
+struct ExtensionTraits<KeyUsage> {
+  static const Objid &objid() { return X509Objid_KeyUsage; }
+  static constexpr bool kCallerSetsCritical = true;
+
+  static int32_t set(KetraObject object, int32_t critical, const KeyUsage &value, AsnErrorBlock *err) {
+    uint8_t octets[2] = {};
+    std::size_t n = 0;
+    for (const KeyUsage::Bit &bit : KeyUsage::bits()) {
+      if (value.*bit.member) octets[n / 8] = static_cast<uint8_t>(octets[n / 8] | 0x80u >> n % 8);
+      ++n;
+    }
+    const AsnBit c{octets, static_cast<uint32_t>(n)};
+    return KetraObjectSsetKeyUsage(object, critical, &c, err);
+  }
+  static int32_t get(KetraObject object, KeyUsage &value, AsnErrorBlock *err) {
+    AsnBit c{};
+    if (const int32_t result = KetraObjectSgetKeyUsage(object, &c, err); result != 0) return result;
+    const detail::PoolMemory memory(object, c.octets);
+    std::size_t n = 0;
+    for (const KeyUsage::Bit &bit : KeyUsage::bits()) {
+      value.*bit.member = (c.octets[n / 8] & 0x80u >> n % 8) != 0;
+      ++n;
+    }
+    return 0;
+  }
+};
+
+// RFC 5280 4.2.1.2
+struct SubjectKeyId {
+  Octets keyIdentifier;
+};
+
+template <>
+struct ExtensionTraits<SubjectKeyId> {
+  static const Objid &objid() { return X509Objid_SubjectKeyId; }
+  static constexpr bool kCallerSetsCritical = false;
+
+  static int32_t set(KetraObject object, const SubjectKeyId &value, AsnErrorBlock *err) {
+    const AsnOct c = detail::octets(value.keyIdentifier);
+    return KetraObjectSsetSubjectKeyId(object, &c, err);
+  }
+  static int32_t get(KetraObject object, SubjectKeyId &value, AsnErrorBlock *err) {
+    AsnOct c{};
+    if (const int32_t result = KetraObjectSgetSubjectKeyId(object, &c, err); result != 0) return result;
+    const detail::PoolMemory memory(object, c.octets);
+    value.keyIdentifier.assign(c.octets, c.octets + c.length);
+    return 0;
+  }
+};
+
+}  // namespace ketra
