@@ -1,5 +1,5 @@
 /* The certificate library: the Extensions object that holds the extensions of one certificate or CRL, distinguished
- * names and DirectoryString values. The house rules of asn1.h hold here too. */
+ * names, DirectoryString values and serial numbers. The house rules of asn1.h hold here too. */
 #ifndef KETRA_CONTRACTS_CERTIFICATE_H
 #define KETRA_CONTRACTS_CERTIFICATE_H
 
@@ -42,6 +42,8 @@ typedef struct KetraExtension {
   X(X509DirStrError_Length, 0x02510011, "a DirectoryString with too few or too many characters")               \
   X(X509DirStrError_Characters, 0x02510012, "octets that are no characters of the DirectoryString's alphabet") \
   X(X509IpError_Text, 0x02510020, "no IP address, and no address with mask")                                   \
+  X(X509SerialError_Form, 0x02510030, "a serial number of another form than 0 and 1, or another flag")         \
+  X(X509SerialError_Integer, 0x02510031, "octets that are no INTEGER content, or more than 32 bits")           \
   X(X509IpError_Length, 0x02510021, "an iPAddress of 4 or 16 octets, or of 8 or 32 with a mask, is needed")
 
 enum { KETRA_CERTIFICATE_ERROR_LIST(ASN_ERROR_CONSTANT) X509_NAME_ERROR_LIST(ASN_ERROR_CONSTANT) };
@@ -136,6 +138,31 @@ enum { /* what a length belongs to, for messages */
  * the length of such a string cannot be told. */
 KETRA_RUNTIME_API int32_t X509MUtilGetCheckLengthOfDirStr(const X509DirStr *string, uint32_t upperBound,
                                                           int32_t lengthOf, AsnErrorBlock *err);
+
+/* ---- Certificate serial number (RFC 5280 4.1.2.2) ---------------------------------------------------------------- */
+
+typedef struct X509CertSerialNumber {
+  int32_t form; /* 0: `number` counts; 1: `octets` and `length`, the content octets of an INTEGER (X.690 8.3) */
+  union {
+    int32_t number;
+    const uint8_t *octets;
+  };
+  uint32_t length;
+  uint32_t reserved; /* neither read nor written */
+} X509CertSerialNumber;
+
+typedef struct X509CertSerialNumberOpt {
+  X509CertSerialNumber value;
+  int32_t option;
+} X509CertSerialNumberOpt;
+
+/* Refuses flags other than 0 and 1, other forms, and octets that are no INTEGER content. Sign and length are free. */
+KETRA_RUNTIME_API int32_t X509MUtilCheckCertSerialNumberOpt(const X509CertSerialNumberOpt *serial, AsnErrorBlock *err);
+/* Sets the element at the path when the flag is 1; otherwise makes nothing. */
+KETRA_RUNTIME_API int32_t X509MUtilSetCertSerialNumberOpt(AsnObject object, AsnValue value, const char *path,
+                                                          const X509CertSerialNumberOpt *serial, AsnErrorBlock *err);
+/* The number that one to four content octets of an INTEGER stand for. */
+KETRA_RUNTIME_API int32_t X509MUtilGetIntFromIntStr(const AsnOct *content, int32_t *integer, AsnErrorBlock *err);
 
 #ifdef __cplusplus
 }

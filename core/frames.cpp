@@ -27,6 +27,14 @@ int32_t closeAndDestroy(const Operation &op, AsnObject work, AsnValue value) {
   return op.failed(AsnObjectDestroy(work, op.err()), "Call AsnObjectDestroy") ? -1 : 0;
 }
 
+int32_t countRoot(const Operation &op, AsnObject work, AsnValue root, uint32_t absentCode, Literal absentReason,
+                  uint32_t *count) {
+  AsnValue list = nullptr;
+  if (op.failed(AsnGetElement(work, root, "/", &list, op.err()), "Call AsnGetElement")) return -1;
+  if (list == nullptr) return op.reject(absentCode, absentReason);
+  return op.failed(AsnCalCountOfSequence(work, root, "/", count, op.err()), "Call AsnCalCountOfSequence") ? -1 : 0;
+}
+
 namespace detail {
 
 int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &extension, int32_t critical,

@@ -27,6 +27,10 @@ int32_t openEncoded(const Operation &op, schema::Entry type, const AsnEncodedDat
                     AsnValue *value);
 int32_t closeAndDestroy(const Operation &op, AsnObject work, AsnValue value);
 
+// Counts the members of a value that is a list; when there is no list, refuses with the given code and reason.
+int32_t countRoot(const Operation &op, AsnObject work, AsnValue root, uint32_t absentCode, Literal absentReason,
+                  uint32_t *count);
+
 namespace detail {
 
 int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &extension, int32_t critical,

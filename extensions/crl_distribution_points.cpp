@@ -115,10 +115,7 @@ int32_t KetraObjectSgetCRLDistributionPointsCalDistributionPoint(KetraObject ext
                                                                  AsnErrorBlock *err) {
   const Operation op(__func__, err);
   return getFrame(op, extensions, count, kPoints, [&](AsnObject work, AsnValue root) {
-    AsnValue list = nullptr;
-    if (op.failed(AsnGetElement(work, root, "/", &list, err), "Call AsnGetElement")) return -1;
-    if (list == nullptr) return op.reject(KetraError_CalDistributionPointsAbsent, "CRLDistributionPoints");
-    return op.failed(AsnCalCountOfSequence(work, root, "/", count, err), "Call AsnCalCountOfSequence") ? -1 : 0;
+    return countRoot(op, work, root, KetraError_CalDistributionPointsAbsent, "CRLDistributionPoints", count);
   });
 }
 

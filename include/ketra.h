@@ -16,6 +16,7 @@
 #define KETRA_H
 
 #include "contracts/asn1.h"
+#include "contracts/attributes.h"
 #include "contracts/certificate.h"
 
 #if defined(_WIN32) && !defined(KETRA_STATIC)
@@ -385,6 +386,147 @@ KETRA_API int32_t KetraObjectSgetNameConstraints(KetraObject extensions, KetraNa
 /* The lengths of both lists, 0 for an absent one. */
 KETRA_API int32_t KetraObjectSgetNameConstraintsCalGenSubtree(KetraObject extensions, uint32_t *permittedCount,
                                                               uint32_t *excludedCount, AsnErrorBlock *err);
+
+/* ---- CRLNumber, DeltaCRLIndicator (RFC 5280 5.2.3, 5.2.4) -------------------------------------------------------- */
+
+/* A number of 0 or more. CRLNumber is always stored non-critical, DeltaCRLIndicator critical. A get that finds a
+ * negative number fails and has written it; a number beyond 32 bits is AsnError_Range. */
+KETRA_API int32_t KetraObjectSsetCRLNumber(KetraObject extensions, const int32_t *number, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetCRLNumber(KetraObject extensions, int32_t *number, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSsetDeltaCRLIndicator(KetraObject extensions, const int32_t *number, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetDeltaCRLIndicator(KetraObject extensions, int32_t *number, AsnErrorBlock *err);
+
+/* ---- AuthorityKeyId (RFC 5280 4.2.1.1) --------------------------------------------------------------------------- */
+
+typedef struct KetraAuthorityKeyId {
+  AsnOctOpt keyIdentifier;
+  X509GenNamesOpt authorityCertIssuer;
+  X509CertSerialNumberOpt authorityCertSerialNumber; /* present exactly when authorityCertIssuer is */
+} KetraAuthorityKeyId;
+
+/* Always stored non-critical. */
+KETRA_API int32_t KetraObjectSsetAuthorityKeyId(KetraObject extensions, const KetraAuthorityKeyId *value,
+                                                AsnErrorBlock *err);
+/* Fills the chain of `authorityCertIssuer`, which the caller has prepared with an object per name. The key identifier
+ * lies in the pool of the Extensions object. A serial number of up to four content octets comes as a number, a longer
+ * one as octets that point into the stored extension. After a failure the fields before the failing one are written. */
+KETRA_API int32_t KetraObjectSgetAuthorityKeyId(KetraObject extensions, KetraAuthorityKeyId *value, AsnErrorBlock *err);
+/* Number of names in authorityCertIssuer, 0 when it is absent. */
+KETRA_API int32_t KetraObjectSgetAuthorityKeyIdCalGenName(KetraObject extensions, uint32_t *count, AsnErrorBlock *err);
+
+/* ---- CertPolicies (RFC 5280 4.2.1.4) ----------------------------------------------------------------------------- */
+
+typedef struct KetraPolicyQualifierInfo {
+  struct KetraPolicyQualifierInfo *next;
+  Objid policyQualifierId;
+  AsnEncodedDataOpt qualifier; /* one complete encoding */
+} KetraPolicyQualifierInfo;
+
+typedef struct KetraPolicyQualifiersOpt {
+  KetraPolicyQualifierInfo *policyQualifiers;
+  int32_t option;
+} KetraPolicyQualifiersOpt;
+
+typedef struct KetraPolicyInformation {
+  struct KetraPolicyInformation *next;
+  Objid policyIdentifier;
+  KetraPolicyQualifiersOpt policyQualifiers;
+} KetraPolicyInformation;
+
+/* `policies` points to the variable that holds the first node of the chain; it has 1 node or more. */
+KETRA_API int32_t KetraObjectSsetCertPolicies(KetraObject extensions, int32_t critical,
+                                              KetraPolicyInformation *const *policies, AsnErrorBlock *err);
+/* Reads the policy at an index from 0 into `information`, whose qualifier chain the caller has prepared; its `next` is
+ * neither read nor written. Arcs lie in the pool of the Extensions object, qualifiers point into the stored extension.
+ * Each call decodes the whole extension: to read n policies one by one costs n times its length. For long lists, walk
+ * it once (AsnType_SequenceOfAny); the C++ face does. */
+KETRA_API int32_t KetraObjectSgetCertPolicies(KetraObject extensions, uint32_t index,
+                                              KetraPolicyInformation *information, AsnErrorBlock *err);
+/* Number of policies; number of qualifiers of the policy at an index, 0 when there is no such policy. */
+KETRA_API int32_t KetraObjectSgetCertPoliciesCalInformation(KetraObject extensions, uint32_t *count,
+                                                            AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetCertPoliciesCalQualifier(KetraObject extensions, uint32_t index, uint32_t *count,
+                                                          AsnErrorBlock *err);
+
+/* ---- PolicyMappings (RFC 5280 4.2.1.5) --------------------------------------------------------------------------- */
+
+typedef struct KetraPolicyMapping {
+  struct KetraPolicyMapping *next;
+  Objid issuerDomainPolicy;
+  Objid subjectDomainPolicy;
+} KetraPolicyMapping;
+
+/* A chain of 1 node or more. Always stored non-critical. */
+KETRA_API int32_t KetraObjectSsetPolicyMappings(KetraObject extensions, const KetraPolicyMapping *first,
+                                                AsnErrorBlock *err);
+/* Fills a chain that the caller has prepared. Arcs lie in the pool of the Extensions object. */
+KETRA_API int32_t KetraObjectSgetPolicyMappings(KetraObject extensions, KetraPolicyMapping *first, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetPolicyMappingsCalPolicyMapping(KetraObject extensions, uint32_t *count,
+                                                                AsnErrorBlock *err);
+
+/* ---- PolicyConstraints (RFC 5280 4.2.1.11) ----------------------------------------------------------------------- */
+
+typedef struct KetraPolicyConstraints { /* certificates that may follow, 0 or more */
+  AsnIntOpt requireExplicitPolicy;
+  AsnIntOpt inhibitPolicyMapping;
+} KetraPolicyConstraints;
+
+KETRA_API int32_t KetraObjectSsetPolicyConstraints(KetraObject extensions, int32_t critical,
+                                                   const KetraPolicyConstraints *constraints, AsnErrorBlock *err);
+/* A negative number is refused and has been written. */
+KETRA_API int32_t KetraObjectSgetPolicyConstraints(KetraObject extensions, KetraPolicyConstraints *constraints,
+                                                   AsnErrorBlock *err);
+
+/* ---- ExtKeyUsage (RFC 5280 4.2.1.12) ----------------------------------------------------------------------------- */
+
+typedef struct KetraKeyPurposeId {
+  struct KetraKeyPurposeId *next;
+  Objid keyPurposeId;
+} KetraKeyPurposeId;
+
+/* A chain of 1 node or more. */
+KETRA_API int32_t KetraObjectSsetExtKeyUsage(KetraObject extensions, int32_t critical, const KetraKeyPurposeId *first,
+                                             AsnErrorBlock *err);
+/* Fills a chain that the caller has prepared. Arcs lie in the pool of the Extensions object. */
+KETRA_API int32_t KetraObjectSgetExtKeyUsage(KetraObject extensions, KetraKeyPurposeId *first, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetExtKeyUsageCalKeyPurposeId(KetraObject extensions, uint32_t *count,
+                                                            AsnErrorBlock *err);
+
+/* ---- PrivateKeyUsagePeriod (RFC 3280 4.2.1.4) -------------------------------------------------------------------- */
+
+typedef struct KetraPrivateKeyUsagePeriod {
+  GtimeOpt notBefore;
+  GtimeOpt notAfter;
+} KetraPrivateKeyUsagePeriod;
+
+/* Always stored non-critical. The two times are not compared. */
+KETRA_API int32_t KetraObjectSsetPrivateKeyUsagePeriod(KetraObject extensions, const KetraPrivateKeyUsagePeriod *period,
+                                                       AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetPrivateKeyUsagePeriod(KetraObject extensions, KetraPrivateKeyUsagePeriod *period,
+                                                       AsnErrorBlock *err);
+
+/* ---- CRL entries: ReasonCode, InstructionCode, InvalidityDate (RFC 5280 5.3.1, RFC 3280 5.3.2, RFC 5280 5.3.2) ----
+ */
+
+/* 0 unspecified, 1 keyCompromise, 2 cACompromise, 3 affiliationChanged, 4 superseded, 5 cessationOfOperation,
+ * 6 certificateHold, 8 removeFromCRL. A get that finds another number fails and has written it. Always stored
+ * non-critical, as are the next two. */
+KETRA_API int32_t KetraObjectSsetReasonCode(KetraObject extensions, const int32_t *reasonCode, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetReasonCode(KetraObject extensions, int32_t *reasonCode, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSsetInstructionCode(KetraObject extensions, const Objid *instruction, AsnErrorBlock *err);
+/* The arcs lie in a buffer of the calling thread, 128 arcs long, and live until its next call of this. */
+KETRA_API int32_t KetraObjectSgetInstructionCode(KetraObject extensions, Objid *instruction, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSsetInvalidityDate(KetraObject extensions, const Gtime *date, AsnErrorBlock *err);
+KETRA_API int32_t KetraObjectSgetInvalidityDate(KetraObject extensions, Gtime *date, AsnErrorBlock *err);
+
+/* ---- SubjectDirectoryAttributes (RFC 5280 4.2.1.8) --------------------------------------------------------------- */
+
+/* Stores the encoding of the object's attributes, always non-critical. */
+KETRA_API int32_t KetraObjectSsetSubjectDirectoryAttributes(KetraObject extensions, X509AttributesObject attributes,
+                                                            AsnErrorBlock *err);
+/* Replaces the object's attributes by those of the extension. */
+KETRA_API int32_t KetraObjectSgetSubjectDirectoryAttributes(KetraObject extensions, X509AttributesObject attributes,
+                                                            AsnErrorBlock *err);
 
 #ifdef __cplusplus
 }

@@ -105,7 +105,61 @@
   X(KetraError_GetDistributionPointsEmpty, 0x0146D787, "KetraObjectSgetCRLDistributionPoints",                         \
     "CRLDistributionPoints, Count of SequenceOf = 0", "no list in the extension, or a list without a point")           \
   X(KetraError_DistributionPointsChainShort, 0x0146D799, "KetraObjectSgetCRLDistributionPoints",                       \
-    "Chain of CRLDistributionPoints", "fewer nodes than distribution points")
+    "Chain of CRLDistributionPoints", "fewer nodes than distribution points")                                          \
+  X(KetraError_SetCRLNumber, 0x01465053, "KetraObjectSsetCRLNumber", "cRLNumber", "a negative CRL number")             \
+  X(KetraError_SetDeltaCRLIndicator, 0x01466A53, "KetraObjectSsetDeltaCRLIndicator", "deltaCRLIndicator",              \
+    "a negative CRL number")                                                                                           \
+  X(KetraError_GetCRLNumber, 0x0146C053, "KetraObjectSgetCRLNumber", "cRLNumber", "the stored CRL number is negative") \
+  X(KetraError_GetDeltaCRLIndicator, 0x0146DC53, "KetraObjectSgetDeltaCRLIndicator", "deltaCRLIndicator",              \
+    "the stored CRL number is negative")                                                                               \
+  X(KetraError_SetAuthorityKeyIdOpt, 0x01461059, "KetraObjectSsetAuthorityKeyId", "opt",                               \
+    "issuer and serial number come together or not at all")                                                            \
+  X(KetraError_GetAuthorityKeyIdIssuer, 0x01468182, "KetraObjectSgetAuthorityKeyId", "Count of SequenceOf = 0",        \
+    "authorityCertIssuer without a name")                                                                              \
+  X(KetraError_SetCertPoliciesEmpty, 0x01463083, "KetraObjectSsetCertPolicies", "Count = 0",                           \
+    "the chain of policies is empty")                                                                                  \
+  X(KetraError_SetCertPoliciesOption, 0x01463054, "KetraObjectSsetCertPolicies", "option",                             \
+    "a presence flag other than 0 and 1")                                                                              \
+  X(KetraError_SetCertPoliciesQualifiers, 0x01463084, "KetraObjectSsetCertPolicies", "Count = 0",                      \
+    "policyQualifiers are present without a qualifier")                                                                \
+  X(KetraError_CalCertPoliciesAbsent, 0x0146A183, "KetraObjectSgetCertPoliciesCalInformation", "CertPolicies",         \
+    "no list in the extension")                                                                                        \
+  X(KetraError_GetCertPoliciesIndex, 0x0146A383, "KetraObjectSgetCertPolicies", "certPolicies",                        \
+    "no policy has this index")                                                                                        \
+  X(KetraError_GetCertPoliciesChainShort, 0x0146A399, "KetraObjectSgetCertPolicies", "policyQualifiers",               \
+    "fewer nodes than qualifiers")                                                                                     \
+  X(KetraError_GetCertPoliciesQualifier, 0x0146A322, "KetraObjectSgetCertPolicies", "qualifier", "an empty qualifier") \
+  X(KetraError_SetPolicyMappingsEmpty, 0x01466085, "KetraObjectSsetPolicyMappings", "Count = 0",                       \
+    "the chain of mappings is empty")                                                                                  \
+  X(KetraError_CalPolicyMappingsAbsent, 0x0146C885, "KetraObjectSgetPolicyMappingsCalPolicyMapping", "PolicyMappings", \
+    "no list in the extension")                                                                                        \
+  X(KetraError_GetPolicyMappingsEmpty, 0x0146C985, "KetraObjectSgetPolicyMappings",                                    \
+    "PolicyMappings, Count of SequenceOf = 0", "no list in the extension, or a list without a mapping")                \
+  X(KetraError_GetPolicyMappingsChainShort, 0x0146C999, "KetraObjectSgetPolicyMappings", "Chain of PolicyMappings",    \
+    "fewer nodes than mappings")                                                                                       \
+  X(KetraError_SetRequireExplicitPolicy, 0x01466364, "KetraObjectSsetPolicyConstraints",                               \
+    "requireExplicitPolicy.value", "requireExplicitPolicy is present and negative")                                    \
+  X(KetraError_SetInhibitPolicyMapping, 0x01466365, "KetraObjectSsetPolicyConstraints", "inhibitPolicyMapping.value",  \
+    "inhibitPolicyMapping is present and negative")                                                                    \
+  X(KetraError_GetRequireExplicitPolicy, 0x0146CF64, "KetraObjectSgetPolicyConstraints", "requireExplicitPolicy",      \
+    "the stored requireExplicitPolicy is negative")                                                                    \
+  X(KetraError_GetInhibitPolicyMapping, 0x0146CF65, "KetraObjectSgetPolicyConstraints", "inhibitPolicyMapping",        \
+    "the stored inhibitPolicyMapping is negative")                                                                     \
+  X(KetraError_SetExtKeyUsageEmpty, 0x01467089, "KetraObjectSsetExtKeyUsage", "Count = 0",                             \
+    "the chain of key purposes is empty")                                                                              \
+  X(KetraError_CalExtKeyUsageAbsent, 0x0146DE89, "KetraObjectSgetExtKeyUsageCalKeyPurposeId", "None ExtKeyUsage",      \
+    "no list in the extension")                                                                                        \
+  X(KetraError_GetExtKeyUsageEmpty, 0x0146DF89, "KetraObjectSgetExtKeyUsage",                                          \
+    "None KeyPurposeId, Count of SequenceOf = 0", "no list in the extension, or a list without a key purpose")         \
+  X(KetraError_GetExtKeyUsageChainShort, 0x0146DF99, "KetraObjectSgetExtKeyUsage", "Chain of KeyPurposeId",            \
+    "fewer nodes than key purposes")                                                                                   \
+  X(KetraError_SetReasonCode, 0x01466463, "KetraObjectSsetReasonCode", "reasonCode", "no reason code has this number") \
+  X(KetraError_GetReasonCode, 0x0146D063, "KetraObjectSgetReasonCode", "reasonCode",                                   \
+    "no reason code has the stored number")                                                                            \
+  X(KetraError_SetAttributesMissing, 0x0146617C, "KetraObjectSsetSubjectDirectoryAttributes",                          \
+    "Not Exist SubjectDirectoryAttributes", "no Attributes object to store")                                           \
+  X(KetraError_GetAttributesMissing, 0x0146CA02, "KetraObjectSgetSubjectDirectoryAttributes", "None Param",            \
+    "no Attributes object to read into")
 
 /* A row for AsnErrorText: static const AsnErrorMeaning meanings[] = {KETRA_ERROR_LIST(KETRA_ERROR_MEANING)}; */
 #define KETRA_ERROR_MEANING(name, code, function, reason, meaning) {code, meaning},

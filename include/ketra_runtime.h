@@ -4,6 +4,7 @@
 #define KETRA_RUNTIME_H
 
 #include "contracts/asn1.h"
+#include "contracts/attributes.h"
 #include "contracts/certificate.h"
 
 #ifdef __cplusplus
@@ -77,7 +78,9 @@ typedef struct X509NameAttribute { /* AttributeTypeAndValue */
 
 /* Appends one relative distinguished name of `count` attributes, 1 or more. The attribute types whose syntax is
  * IA5String (emailAddress, domainComponent) are written as that: their value must be ASCII, given as PrintableString
- * or UTF8String. On failure the object is unchanged. */
+ * or UTF8String. Empty values and characters outside the alphabet of the given type are refused; that RFC 5280 wants
+ * PrintableString for countryName, serialNumber and dnQualifier is the caller's to see to. On failure the object is
+ * unchanged. */
 KETRA_RUNTIME_API int32_t X509NameObjectAppendRdn(X509NameObject name, const X509NameAttribute *attributes,
                                                   uint32_t count, AsnErrorBlock *err);
 /* The text form of RFC 4514, most specific first: "CN=Steve,O=Example\, Inc.,C=GB". The keywords are those of RFC 4514
@@ -106,6 +109,25 @@ KETRA_RUNTIME_API int32_t X509IpAddressToText(const AsnOct *address, char *text,
 /* Reads any of these forms (and "2001:db8::/ffff:ffff::") into `octets` and sets `length` to 4, 16, 8 or 32. */
 KETRA_RUNTIME_API int32_t X509IpAddressFromText(const char *text, uint8_t octets[32], uint32_t *length,
                                                 AsnErrorBlock *err);
+
+/* ---- Attributes -------------------------------------------------------------------------------------------------- */
+
+KETRA_RUNTIME_API int32_t X509AttributesObjectCreate(X509AttributesObject *attributes, AsnErrorBlock *err);
+/* Releases the object; a null one succeeds without effect. */
+KETRA_RUNTIME_API int32_t X509AttributesObjectDestroy(X509AttributesObject attributes, AsnErrorBlock *err);
+/* Appends an attribute of `count` values, 1 or more, each one complete encoding. They are copied and written as DER: as
+ * a set, in its order. On failure the object is unchanged. */
+KETRA_RUNTIME_API int32_t X509AttributesObjectAppend(X509AttributesObject attributes, const Objid *type,
+                                                     const AsnEncodedData *values, uint32_t count, AsnErrorBlock *err);
+/* Number of attributes. */
+KETRA_RUNTIME_API int32_t X509AttributesObjectCal(X509AttributesObject attributes, uint32_t *count, AsnErrorBlock *err);
+/* The type of the attribute at an index from 0, and the number of its values. The arcs belong to the object and live
+ * until it is changed or destroyed. */
+KETRA_RUNTIME_API int32_t X509AttributesObjectGetType(X509AttributesObject attributes, uint32_t index, Objid *type,
+                                                      uint32_t *valueCount, AsnErrorBlock *err);
+/* The value at an index from 0 of the attribute at an index: one complete encoding that belongs to the object. */
+KETRA_RUNTIME_API int32_t X509AttributesObjectGetValue(X509AttributesObject attributes, uint32_t index,
+                                                       uint32_t valueIndex, AsnEncodedData *value, AsnErrorBlock *err);
 
 /* ---- Times and identifiers --------------------------------------------------------------------------------------- */
 

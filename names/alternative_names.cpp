@@ -51,13 +51,10 @@ int32_t get(const Operation &op, const AlternativeNames &member, KetraObject ext
   });
 }
 
-int32_t countNames(const Operation &op, AsnObject work, AsnValue root, uint32_t *count) {
-  return op.failed(AsnCalCountOfSequence(work, root, kRoot, count, op.err()), "Call AsnCalCountOfSequence") ? -1 : 0;
-}
-
 int32_t count(const Operation &op, const AlternativeNames &member, KetraObject extensions, uint32_t *names) {
-  return getFrame(op, extensions, names, member.read,
-                  [&](AsnObject work, AsnValue root) { return countNames(op, work, root, names); });
+  return getFrame(op, extensions, names, member.read, [&](AsnObject work, AsnValue root) {
+    return op.failed(AsnCalCountOfSequence(work, root, kRoot, names, op.err()), "Call AsnCalCountOfSequence") ? -1 : 0;
+  });
 }
 
 }  // namespace
@@ -99,9 +96,6 @@ int32_t KetraObjectSgetCertIssuer(KetraObject extensions, const X509GenNames *va
 int32_t KetraObjectSgetCertIssuerCalGenName(KetraObject extensions, uint32_t *names, AsnErrorBlock *err) {
   const Operation op(__func__, err);
   return getFrame(op, extensions, names, kCertIssuer.read, [&](AsnObject work, AsnValue root) {
-    AsnValue list = nullptr;
-    if (op.failed(AsnGetElement(work, root, kRoot, &list, err), "Call AsnGetElement")) return -1;
-    if (list == nullptr) return op.reject(KetraError_CertIssuerAbsent, "CertIssuer");
-    return countNames(op, work, root, names);
+    return countRoot(op, work, root, KetraError_CertIssuerAbsent, "CertIssuer", names);
   });
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "contracts/attributes.h"
 #include "contracts/certificate.h"
 #include "ketra_runtime.h"
 
@@ -19,6 +20,7 @@ constexpr AsnErrorMeaning kMeanings[] = {
 #define MEANING(name, code, meaning) {code, meaning},
     ASN_RUNTIME_ERROR_LIST(MEANING) ASN_POOL_ERROR_LIST(MEANING) ASN_CHECK_ERROR_LIST(MEANING)
         ASN_MUTIL_ERROR_LIST(MEANING) KETRA_CERTIFICATE_ERROR_LIST(MEANING) X509_NAME_ERROR_LIST(MEANING)
+            X509_ATTRIBUTES_ERROR_LIST(MEANING)
 #undef MEANING
 };
 
