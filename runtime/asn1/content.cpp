@@ -41,6 +41,20 @@ bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault, const c
   return !padded;
 }
 
+int32_t readInteger(const uint8_t *content, uint32_t length) {
+  uint32_t number = content[0] >= 0x80 ? UINT32_MAX : 0;
+  for (uint32_t i = 0; i < length; ++i) number = number << 8 | content[i];
+  return static_cast<int32_t>(number);
+}
+
+uint32_t writeInteger(int32_t integer, uint8_t *content) {
+  const auto number = static_cast<uint32_t>(integer);
+  uint32_t length = 1;
+  while (length < 4 && integer >> (8 * length - 1) != (integer < 0 ? -1 : 0)) ++length;
+  for (uint32_t i = 0; i < length; ++i) content[i] = static_cast<uint8_t>(number >> 8 * (length - 1 - i));
+  return length;
+}
+
 bool checkContent(const AsnType *type, const uint8_t *content, uint32_t length, Fault &fault) {
   switch (kindOf(type)) {
     case Kind::Boolean: return checkBoolean(content, length, fault);

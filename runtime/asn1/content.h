@@ -10,6 +10,11 @@ namespace ketra::asn1 {
 bool checkContent(const AsnType *type, const uint8_t *content, uint32_t length, Fault &fault);
 bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault, const char *name = "INTEGER");  // X.690 8.3
 
+// Two's complement in 1 to 4 octets.
+int32_t readInteger(const uint8_t *content, uint32_t length);
+// The shortest form (X.690 8.3.2); returns its length, at most 4.
+uint32_t writeInteger(int32_t integer, uint8_t *content);
+
 // ---- OBJECT IDENTIFIER (X.690 8.19) ----
 bool checkObjid(const uint8_t *content, uint32_t length, Fault &fault);
 // Number of arcs in well formed content.

@@ -18,15 +18,13 @@ bool readTimeOf(const Call &call, const Node *element, Gtime *time) {
 
 namespace {
 
-bool readInteger(const Call &call, const Node *element, int32_t *integer) {
+bool readIntegerOf(const Call &call, const Node *element, int32_t *integer) {
   if (element->length > 4) {
     call.fail(AsnError_Range,
               Text() << nameOf(element->record) << " has " << element->length << " octets, more than 32 bits");
     return false;
   }
-  uint32_t number = element->content[0] >= 0x80 ? UINT32_MAX : 0;
-  for (uint32_t i = 0; i < element->length; ++i) number = number << 8 | element->content[i];
-  *integer = static_cast<int32_t>(number);
+  *integer = readInteger(element->content, element->length);
   return true;
 }
 
@@ -53,7 +51,7 @@ int32_t AsnGetIntBER(AsnObject object, AsnValue value, const char *path, int32_t
   if (!isGiven(call, object, integer)) return -1;
   Node *element = nullptr;
   if (!findScalar(call, value, path, Need::Mandatory, isNumber, &element)) return -1;
-  return readInteger(call, element, integer) ? 0 : -1;
+  return readIntegerOf(call, element, integer) ? 0 : -1;
 }
 
 int32_t AsnGetOptBoolBER(AsnObject object, AsnValue value, const char *path, AsnBoolOpt *boolean, AsnErrorBlock *err) {
@@ -72,7 +70,7 @@ int32_t AsnGetOptIntBER(AsnObject object, AsnValue value, const char *path, AsnI
   if (!findScalar(call, value, path, Need::Optional, isNumber, &element)) return -1;
   AsnIntOpt read = {0, 0};
   if (element != nullptr) {
-    if (!readInteger(call, element, &read.value)) return -1;
+    if (!readIntegerOf(call, element, &read.value)) return -1;
     read.option = 1;
   }
   *integer = read;

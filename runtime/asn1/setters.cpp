@@ -148,13 +148,7 @@ int32_t AsnSetIntDER(AsnObject object, AsnValue value, const char *path, int32_t
   Setter setter(__func__, object, err);
   if (!setter.make(value, path, isNumber)) return -1;
   uint8_t octets[4];
-  for (int i = 0; i < 4; ++i) octets[i] = static_cast<uint8_t>(static_cast<uint32_t>(integer) >> (24 - 8 * i));
-  uint32_t skip = 0;  // octets that only repeat the sign (X.690 8.3.2)
-  while (skip < 3 &&
-         ((octets[skip] == 0x00 && octets[skip + 1] < 0x80) || (octets[skip] == 0xFF && octets[skip + 1] >= 0x80))) {
-    ++skip;
-  }
-  return setter.copy(octets + skip, 4 - skip);
+  return setter.copy(octets, writeInteger(integer, octets));
 }
 
 int32_t AsnSetObjidDER(AsnObject object, AsnValue value, const char *path, const Objid *objid, AsnErrorBlock *err) {

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include "contracts/attributes.h"
 #include "contracts/certificate.h"
 
 namespace ketra::test {
@@ -90,6 +91,11 @@ CHECK(AsnCheckIntOptBER, AsnIntOpt)
 CHECK(AsnCheckBitBER, AsnBit)
 CHECK(AsnCheckOctBER, AsnOct)
 CHECK(AsnCheckBitOptBER, AsnBitOpt)
+CHECK(AsnCheckOctOptBER, AsnOctOpt)
+CHECK(AsnCheckGtimeBER, Gtime)
+CHECK(AsnCheckGtimeOptBER, GtimeOpt)
+CHECK(AsnCheckEncodedDataOptBER, AsnEncodedDataOpt)
+CHECK(X509MUtilCheckCertSerialNumberOpt, X509CertSerialNumberOpt)
 CHECK(AsnCheckObjidBER, Objid)
 CHECK(AsnCheckEncodedDataBER, AsnEncodedData)
 
@@ -97,6 +103,8 @@ CALL(AsnSetBoolDER, (AsnObject o, AsnValue v, const char *p, int32_t x, AsnError
 CALL(AsnSetIntDER, (AsnObject o, AsnValue v, const char *p, int32_t x, AsnErrorBlock *err), (o, v, p, x, err), NOTHING)
 WRITE(AsnSetConstBitDER, AsnBit)
 WRITE(AsnSetBitDER, AsnBit)
+WRITE(AsnSetGtimeDER, Gtime)
+WRITE(X509MUtilSetCertSerialNumberOpt, X509CertSerialNumberOpt)
 WRITE(AsnSetOctDER, AsnOct)
 WRITE(AsnSetOctBER, AsnOct)
 WRITE(AsnSetObjidDER, Objid)
@@ -110,6 +118,8 @@ WRITE(X509MUtilSetDirStrOptBER, X509DirStrOpt)
 READ(X509MUtilSetNameObjectDER, X509NameObjectRecord)
 READ(X509MUtilSetNameObjectBER, X509NameObjectRecord)
 
+READ(AsnGetIntBER, int32_t)
+READ(AsnGetObjidBER, Objid)
 READ(AsnGetOptBoolBER, AsnBoolOpt)
 READ(AsnGetOptIntBER, AsnIntOpt)
 READ(AsnGetEncodedDataDER, AsnBuffer)
@@ -124,6 +134,9 @@ CALL(AsnCalAddressOfValFld,
      NOTHING)
 
 POOL_READ(AsnMUtilGetBitConstBER, AsnBit)
+POOL_READ(AsnMUtilGetOctOptBER, AsnOctOpt)
+POOL_READ(AsnMUtilGetGtimeBER, Gtime)
+POOL_READ(AsnMUtilGetGtimeOptBER, GtimeOpt)
 POOL_READ(AsnMUtilGetOctDER, AsnOct)
 POOL_READ(AsnMUtilGetOctBER, AsnOct)
 POOL_READ(AsnMUtilGetObjidDER, Objid)
@@ -168,6 +181,12 @@ GET_NAME(X509MUtilGetNameObjectBER)
 RELEASE(X509NameObjectDestroy, (X509NameObject n, AsnErrorBlock *err), (n, err), outside.liveNames -= n != nullptr)
 CALL(X509MUtilGetCheckLengthOfDirStr, (const X509DirStr *x, uint32_t most, int32_t of, AsnErrorBlock *err),
      (x, most, of, err), EXPECT_EQ(most, 32768u))
+
+CALL(X509MUtilGetIntFromIntStr, (const AsnOct *x, int32_t *n, AsnErrorBlock *err), (x, n, err), NOTHING)
+CALL(X509AttributesObjectGetPduDER, (X509AttributesObject a, AsnEncodedData *x, AsnErrorBlock *err), (a, x, err),
+     NOTHING)
+CALL(X509AttributesObjectSetPduBER, (X509AttributesObject a, const AsnEncodedData *x, AsnErrorBlock *err), (a, x, err),
+     NOTHING)
 
 CALL(KetraObjectSetExt, (KetraObject o, const KetraExtension *x, AsnErrorBlock *err), (o, x, err), NOTHING)
 CALL(KetraObjectSearchExtpByObjid, (KetraObject o, const Objid *x, const KetraExtension **e, AsnErrorBlock *err),

@@ -20,6 +20,8 @@ void dropEncoding(GenName &name) { EXPECT_EQ(setName(name, name), 0); }
 
 }  // namespace
 
+const std::string kTime = " 32 30 32 34 30 31 30 31 30 30 30 30 30 30 5A ";
+
 Stage::Stage(const std::string &name) : input(name), held(sampleOf(isKind(name) ? name : "directoryName")) {
   const std::pair<const Objid *, std::string> values[] = {
       {&X509Objid_BasicConstraints, "30 00"},
@@ -125,6 +127,20 @@ Operation getNames(Get get, const Objid &objid, const char *opened) {
 template <class Get>
 Operation count(Get get, const Objid &objid, const char *opened) {
   return {[=](Stage &s, auto err) { return get(s.extensions, &s.number, err); }, &objid, opened};
+}
+
+template <class Set, class Value>
+Operation setScalar(Set set, Value value, const Objid &objid, const char *opened) {
+  return {[=](Stage &s, auto err) { return set(s.extensions, &value, err); }, &objid, opened};
+}
+
+template <class Value, class Get>
+Operation getScalar(Get get, const Objid &objid, const char *opened) {
+  const Step run = [=](Stage &s, auto err) {
+    Value value{};
+    return get(s.extensions, &value, err);
+  };
+  return {run, &objid, opened};
 }
 
 // ---- One by one ----------------------------------------------------------------------------------------------------
@@ -332,6 +348,87 @@ const std::map<std::string, Operation> kOperations = {
         return KetraObjectSgetNameConstraintsCalGenSubtree(s.extensions, &s.number, &s.number, err);
       },
       &X509Objid_NameConstraints, "NameConstraints"}},
+    {"KetraObjectSsetAuthorityKeyId",
+     {[](Stage &s, auto err) { return KetraObjectSsetAuthorityKeyId(s.extensions, &s.sampleChains.keyId, err); },
+      &X509Objid_AuthorityKeyId, "AuthorityKeyIdentifier"}},
+    {"KetraObjectSgetAuthorityKeyId",
+     {[](Stage &s, auto err) { return KetraObjectSgetAuthorityKeyId(s.extensions, &s.preparedChains.keyId, err); },
+      &X509Objid_AuthorityKeyId, "AuthorityKeyIdentifier"}},
+    {"KetraObjectSgetAuthorityKeyIdCalGenName",
+     count(KetraObjectSgetAuthorityKeyIdCalGenName, X509Objid_AuthorityKeyId, "AuthorityKeyIdentifier")},
+    {"KetraObjectSsetCertPolicies",
+     {[](Stage &s, auto err) { return KetraObjectSsetCertPolicies(s.extensions, 1, &s.sampleChains.head, err); },
+      &X509Objid_CertPolicies, "CertificatePoliciesSyntax"}},
+    {"KetraObjectSgetCertPolicies",
+     {[](Stage &s, auto err) { return KetraObjectSgetCertPolicies(s.extensions, 0, s.preparedChains.policies, err); },
+      &X509Objid_CertPolicies, "CertificatePoliciesSyntax"}},
+    {"KetraObjectSgetCertPoliciesCalInformation",
+     count(KetraObjectSgetCertPoliciesCalInformation, X509Objid_CertPolicies, "CertificatePoliciesSyntax")},
+    {"KetraObjectSgetCertPoliciesCalQualifier",
+     {[](Stage &s, auto err) { return KetraObjectSgetCertPoliciesCalQualifier(s.extensions, 0, &s.number, err); },
+      &X509Objid_CertPolicies, "CertificatePoliciesSyntax"}},
+    {"KetraObjectSsetPolicyMappings",
+     {[](Stage &s, auto err) { return KetraObjectSsetPolicyMappings(s.extensions, s.sampleChains.mappings, err); },
+      &X509Objid_PolicyMappings, "PolicyMappings"}},
+    {"KetraObjectSgetPolicyMappings",
+     {[](Stage &s, auto err) { return KetraObjectSgetPolicyMappings(s.extensions, s.preparedChains.mappings, err); },
+      &X509Objid_PolicyMappings, "PolicyMappings"}},
+    {"KetraObjectSgetPolicyMappingsCalPolicyMapping",
+     count(KetraObjectSgetPolicyMappingsCalPolicyMapping, X509Objid_PolicyMappings, "PolicyMappings")},
+    {"KetraObjectSsetPolicyConstraints",
+     {[](Stage &s, auto err) {
+        const KetraPolicyConstraints value{{3, 1}, {0, 1}};
+        return KetraObjectSsetPolicyConstraints(s.extensions, 1, &value, err);
+      },
+      &X509Objid_PolicyConstraints, "PolicyConstraints"}},
+    {"KetraObjectSgetPolicyConstraints",
+     {[](Stage &s, auto err) {
+        KetraPolicyConstraints value{};
+        return KetraObjectSgetPolicyConstraints(s.extensions, &value, err);
+      },
+      &X509Objid_PolicyConstraints, "PolicyConstraints"}},
+    {"KetraObjectSsetExtKeyUsage",
+     {[](Stage &s, auto err) { return KetraObjectSsetExtKeyUsage(s.extensions, 1, s.sampleChains.purposes, err); },
+      &X509Objid_ExtKeyUsage, "ExtKeyUsage"}},
+    {"KetraObjectSgetExtKeyUsage",
+     {[](Stage &s, auto err) { return KetraObjectSgetExtKeyUsage(s.extensions, s.preparedChains.purposes, err); },
+      &X509Objid_ExtKeyUsage, "ExtKeyUsage"}},
+    {"KetraObjectSgetExtKeyUsageCalKeyPurposeId",
+     count(KetraObjectSgetExtKeyUsageCalKeyPurposeId, X509Objid_ExtKeyUsage, "ExtKeyUsage")},
+    {"KetraObjectSsetPrivateKeyUsagePeriod",
+     {[](Stage &s, auto err) {
+        const KetraPrivateKeyUsagePeriod value{{{0, 0}, 1}, {{0, 0}, 1}};
+        return KetraObjectSsetPrivateKeyUsagePeriod(s.extensions, &value, err);
+      },
+      &X509Objid_PrivateKeyUsagePeriod, "PrivateKeyUsagePeriod"}},
+    {"KetraObjectSgetPrivateKeyUsagePeriod",
+     {[](Stage &s, auto err) {
+        KetraPrivateKeyUsagePeriod value{};
+        return KetraObjectSgetPrivateKeyUsagePeriod(s.extensions, &value, err);
+      },
+      &X509Objid_PrivateKeyUsagePeriod, "PrivateKeyUsagePeriod"}},
+    {"KetraObjectSsetCRLNumber", setScalar(KetraObjectSsetCRLNumber, int32_t{1}, X509Objid_CRLNumber, "CRLNumber")},
+    {"KetraObjectSgetCRLNumber", getScalar<int32_t>(KetraObjectSgetCRLNumber, X509Objid_CRLNumber, "CRLNumber")},
+    {"KetraObjectSsetDeltaCRLIndicator",
+     setScalar(KetraObjectSsetDeltaCRLIndicator, int32_t{1}, X509Objid_DeltaCRLIndicator, "BaseCRLNumber")},
+    {"KetraObjectSgetDeltaCRLIndicator",
+     getScalar<int32_t>(KetraObjectSgetDeltaCRLIndicator, X509Objid_DeltaCRLIndicator, "BaseCRLNumber")},
+    {"KetraObjectSsetReasonCode", setScalar(KetraObjectSsetReasonCode, int32_t{1}, X509Objid_ReasonCode, "CRLReason")},
+    {"KetraObjectSgetReasonCode", getScalar<int32_t>(KetraObjectSgetReasonCode, X509Objid_ReasonCode, "CRLReason")},
+    {"KetraObjectSsetInstructionCode",
+     setScalar(KetraObjectSsetInstructionCode, X509Objid_ReasonCode, X509Objid_InstructionCode, "HoldInstruction")},
+    {"KetraObjectSgetInstructionCode",
+     getScalar<Objid>(KetraObjectSgetInstructionCode, X509Objid_InstructionCode, "HoldInstruction")},
+    {"KetraObjectSsetInvalidityDate",
+     setScalar(KetraObjectSsetInvalidityDate, Gtime{0, 0}, X509Objid_InvalidityDate, "InvalidityDate")},
+    {"KetraObjectSgetInvalidityDate",
+     getScalar<Gtime>(KetraObjectSgetInvalidityDate, X509Objid_InvalidityDate, "InvalidityDate")},
+    {"KetraObjectSsetSubjectDirectoryAttributes",
+     {[](Stage &s, auto err) { return KetraObjectSsetSubjectDirectoryAttributes(s.extensions, s.attributes, err); },
+      &X509Objid_SubjectDirectoryAttributes}},
+    {"KetraObjectSgetSubjectDirectoryAttributes",
+     {[](Stage &s, auto err) { return KetraObjectSgetSubjectDirectoryAttributes(s.extensions, s.attributes, err); },
+      &X509Objid_SubjectDirectoryAttributes}},
 };
 
 }  // namespace

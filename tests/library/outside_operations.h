@@ -37,6 +37,9 @@ struct Stage {
   Pool pool;
   Structures samples{Structures::Content::Samples};
   Structures prepared{Structures::Content::Prepared};
+  Chains sampleChains{Structures::Content::Samples};
+  Chains preparedChains{Structures::Content::Prepared};
+  Attributes attributes;
   const std::string held;  // by the next two
   GenName source;          // but not when the input is "empty"
   GenName object;

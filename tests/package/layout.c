@@ -30,5 +30,28 @@ OFFSET(X509GenNameParam, otherName.value.option, 5 * kPointer);
 OFFSET(X509GenNameParam, ediPartyName.partyName, 5 * kPointer);
 OFFSET(X509GenNameChain, genName, kPointer);
 OFFSET(X509GenNamesOpt, option, kPointer);
+SIZE(X509DistributionPointName, 2 * kPointer);
+SIZE(X509DistributionPointNameOpt, 3 * kPointer);
+OFFSET(X509AttributeTypeAndValue, value, 3 * kPointer);
+OFFSET(KetraDistributionPoint, reasons, 4 * kPointer);
+OFFSET(KetraDistributionPoint, cRLIssuer, 7 * kPointer);
+OFFSET(KetraIssuingDistributionPoint, onlyContainsUserCerts, 3 * kPointer);
+OFFSET(KetraIssuingDistributionPoint, onlySomeReasons, 3 * kPointer + 16);
+OFFSET(KetraIssuingDistributionPoint, indirectCRL, 6 * kPointer + 16);
+OFFSET(X509GenSubtree, minimum, 2 * kPointer);
+OFFSET(X509GenSubtree, maximum, 2 * kPointer + 8);
+OFFSET(X509GenSubtreesOpt, option, kPointer);
+OFFSET(KetraNameConstraints, excludedSubtrees, 2 * kPointer);
+OFFSET(X509CertSerialNumber, octets, kPointer);
+OFFSET(X509CertSerialNumber, length, 2 * kPointer);
+SIZE(X509CertSerialNumber, 2 * kPointer + 8);
+OFFSET(KetraAuthorityKeyId, authorityCertIssuer, 3 * kPointer);
+OFFSET(KetraAuthorityKeyId, authorityCertSerialNumber, 5 * kPointer);
+OFFSET(KetraPolicyQualifierInfo, qualifier, 3 * kPointer);
+OFFSET(KetraPolicyInformation, policyQualifiers, 3 * kPointer);
+OFFSET(KetraPolicyMapping, subjectDomainPolicy, 3 * kPointer);
+OFFSET(KetraKeyPurposeId, keyPurposeId, kPointer);
+SIZE(KetraPrivateKeyUsagePeriod, 24);
+SIZE(KetraPolicyConstraints, 16);
 
 int main(void) { return 0; }

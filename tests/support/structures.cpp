@@ -60,4 +60,50 @@ std::string Structures::constraintsDer(bool permitted, bool excluded) {
          (excluded ? std::string(" A1 13 ") + kSubtrees : "");
 }
 
+namespace {
+
+constexpr uint32_t kArcs[4][4] = {{1, 2, 3, 1}, {1, 2, 3, 2}, {1, 2, 3, 3}, {1, 2, 3, 4}};
+constexpr uint8_t kKeyIdentifier[] = {0xAA, 0xBB};
+
+constexpr Objid objid(std::size_t i) { return {kArcs[i], 4}; }
+
+}  // namespace
+
+Chains::Chains(Structures::Content content)
+    : issuer(kinds(content, {"iPAddress"})),
+      qualifiers{{&qualifiers[1], {}, {}}, {}},
+      policies{{&policies[1], {}, {qualifiers, 0}}, {}},
+      mappings{{&mappings[1], {}, {}}, {}},
+      purposes{{&purposes[1], {}}, {}},
+      keyId{} {
+  keyId.authorityCertIssuer.genNames = issuer.first();
+  if (content == Structures::Content::Prepared) return;
+  for (std::size_t i = 0; i < 2; ++i) {
+    policies[i].policyIdentifier = objid(i);
+    qualifiers[i].policyQualifierId = objid(2 + i);
+    purposes[i].keyPurposeId = objid(i);
+    mappings[i].issuerDomainPolicy = objid(2 * i);
+    mappings[i].subjectDomainPolicy = objid(2 * i + 1);
+  }
+  policies[0].policyQualifiers.option = 1;
+  qualifiers[0].qualifier = {{kValueA, 3}, 1};
+  keyId.keyIdentifier = {{kKeyIdentifier, 2}, 1};
+  keyId.authorityCertIssuer.option = 1;
+  keyId.authorityCertSerialNumber.value.number = 0x0102;
+  keyId.authorityCertSerialNumber.option = 1;
+}
+
+Attributes::Attributes() {
+  const AsnEncodedData value{kValueA, 3};
+  const Objid type = objid(0);
+  EXPECT_EQ(X509AttributesObjectCreate(&object_, nullptr), 0);
+  EXPECT_EQ(X509AttributesObjectAppend(object_, &type, &value, 1, nullptr), 0);
+}
+
+std::string textOf(const Objid &objid) {
+  std::string text;
+  for (uint32_t i = 0; i < objid.count; ++i) text += (i > 0 ? "." : "") + std::to_string(objid.arcs[i]);
+  return text;
+}
+
 }  // namespace ketra::test

@@ -33,4 +33,45 @@ class Structures {
   static std::string constraintsDer(bool permitted, bool excluded);
 };
 
+// Two policies (the first with two qualifiers, of which the second has no value), two mappings, two key purposes, an
+// AuthorityKeyId with all its components.
+class Chains {
+ public:
+  explicit Chains(Structures::Content content);
+  Chains(const Chains &) = delete;
+  Chains &operator=(const Chains &) = delete;
+
+  Names issuer;
+  KetraPolicyQualifierInfo qualifiers[2];
+  KetraPolicyInformation policies[2];
+  KetraPolicyInformation *head = policies;
+  KetraPolicyMapping mappings[2];
+  KetraKeyPurposeId purposes[2];
+  KetraAuthorityKeyId keyId;
+
+  static constexpr char kPolicies[] =
+      "30 21 30 18 06 03 2A 03 01 30 11 30 08 06 03 2A 03 03 13 01 41 30 05 06 03 2A 03 04 30 05 06 03 2A 03 02";
+  static constexpr char kMappings[] = "30 18 30 0A 06 03 2A 03 01 06 03 2A 03 02 30 0A 06 03 2A 03 03 06 03 2A 03 04";
+  static constexpr char kPurposes[] = "30 0A 06 03 2A 03 01 06 03 2A 03 02";
+  static constexpr char kKeyId[] = "30 10 80 02 AA BB A1 06 87 04 C0 00 02 01 82 02 01 02";
+};
+
+// An Attributes object with one attribute.
+class Attributes {
+ public:
+  Attributes();
+  ~Attributes() { EXPECT_EQ(X509AttributesObjectDestroy(object_, nullptr), 0); }
+  Attributes(const Attributes &) = delete;
+  Attributes &operator=(const Attributes &) = delete;
+  operator X509AttributesObject() const { return object_; }
+
+  static constexpr char kDer[] = "30 0C 30 0A 06 03 2A 03 01 31 03 13 01 41";
+
+ private:
+  X509AttributesObject object_ = nullptr;
+};
+
+// "1.2.3.4"; "" for none.
+std::string textOf(const Objid &objid);
+
 }  // namespace ketra::test
