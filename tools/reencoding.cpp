@@ -77,15 +77,14 @@ std::string labelled(const std::string &label, const std::string &reason) {
   return reason.empty() ? reason : label + ": " + reason;
 }
 
-// The interface carries the bits from `first` on, `count` in all; X.690 11.2 for the others.
-std::string bitsReason(const Both &both, const std::string &path, std::size_t first, std::size_t count) {
+// The interface carries the first `count` bits; X.690 11.2 for the others.
+std::string bitsReason(const Both &both, const std::string &path, std::size_t count) {
   constexpr std::size_t kMost = 1 << 20;
   const std::optional<ketra::View> was = both.before.octets(path);
   const std::optional<ketra::View> is = both.after.octets(path);
   const ketra::Octets bits = both.before.bits(path, static_cast<uint32_t>(std::min(was->size() * 8, kMost)));
-  for (std::size_t i = 0; i < bits.size(); ++i) {
-    const bool isCarried = i >= first && i < count;
-    if (bits[i] == 1 && !isCarried) return "bit " + std::to_string(i) + " is not carried";
+  for (std::size_t i = count; i < bits.size(); ++i) {
+    if (bits[i] == 1) return "bit " + std::to_string(i) + " is not carried";
   }
   if (std::ranges::equal(*was, *is)) return {};
   const bool isShorter = was->size() != is->size() || was->begin()[0] != is->begin()[0];
@@ -125,9 +124,9 @@ std::string pointNameReason(const Both &both, const std::string &path) {
 }
 
 std::string reasonsReason(const Both &both, const std::string &path) {
-  constexpr std::size_t kUnused = 1, kCarried = 7;
+  constexpr std::size_t kCarried = 7;
   if (both.before.isInSegments(path)) return kSegments;
-  return both.before.octets(path) ? bitsReason(both, path, kUnused, kCarried) : "";
+  return both.before.octets(path) ? bitsReason(both, path, kCarried) : "";
 }
 
 }  // namespace
@@ -136,7 +135,7 @@ std::string basicConstraintsReason(ketra::View, ketra::View) { return kNotFf; }
 
 std::string keyUsageReason(ketra::View value, ketra::View written) {
   constexpr std::size_t kNamed = 9;
-  return bitsReason(Both(kKeyUsage, value, written), "/", 0, kNamed);
+  return bitsReason(Both(kKeyUsage, value, written), "/", kNamed);
 }
 
 std::string namesReason(ketra::View value, ketra::View written) {

@@ -16,8 +16,9 @@
 
 namespace ketra {
 
-// The reasons that the C interface carries. privilegeWithdrawn and aACompromise are not among them: a get drops them.
+// The seven bits that the C interface carries. privilegeWithdrawn and aACompromise, which follow, are not read.
 struct Reasons {
+  bool unused = false;  // the name of bit 0, which has no meaning; some issuers set it
   bool keyCompromise = false;
   bool cACompromise = false;
   bool affiliationChanged = false;
@@ -25,13 +26,14 @@ struct Reasons {
   bool cessationOfOperation = false;
   bool certificateHold = false;
 
-  // Each bit by its name, in the order of the standard. The first is bit 1; bit 0 is unused.
+  // Each bit by its name, in the order of the standard.
   struct Bit {
     const char *name;
     bool Reasons::*member;
   };
   static const std::vector<Bit> &bits() {
     static const std::vector<Bit> kBits = {
+        {"unused", &Reasons::unused},
         {"keyCompromise", &Reasons::keyCompromise},
         {"cACompromise", &Reasons::cACompromise},
         {"affiliationChanged", &Reasons::affiliationChanged},

@@ -18,7 +18,7 @@ namespace detail {
 
 // ---- ReasonFlags --------------------------------------------------------------------------------------------------
 
-inline constexpr uint32_t kReasonBits = 7;  // all in one octet
+inline constexpr uint32_t kReasonBits = 7;  // they fit one octet
 
 // `octet` holds the bits.
 inline AsnBitOpt reasonBits(const std::optional<Reasons> &reasons, uint8_t *octet) {
@@ -26,8 +26,8 @@ inline AsnBitOpt reasonBits(const std::optional<Reasons> &reasons, uint8_t *octe
   unsigned bit = 0x80;
   *octet = 0;
   for (const Reasons::Bit &each : Reasons::bits()) {
-    bit >>= 1;
     if ((*reasons).*each.member) *octet = static_cast<uint8_t>(*octet | bit);
+    bit >>= 1;
   }
   return {{octet, kReasonBits}, 1};
 }
@@ -37,8 +37,8 @@ inline std::optional<Reasons> reasonsIn(const AsnBitOpt &c) {
   Reasons reasons;
   unsigned bit = 0x80;
   for (const Reasons::Bit &each : Reasons::bits()) {
-    bit >>= 1;
     reasons.*each.member = (*c.value.octets & bit) != 0;
+    bit >>= 1;
   }
   return reasons;
 }

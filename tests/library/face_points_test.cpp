@@ -104,7 +104,6 @@ TEST(FacePoints, GoldenBothWays) {
 TEST(FacePoints, EachReasonHasItsBit) {
   unsigned bit = 0x80;
   for (const ketra::Reasons::Bit &each : ketra::Reasons::bits()) {
-    bit >>= 1;
     ketra::IssuingDistributionPoint point;
     point.onlySomeReasons.emplace().*each.member = true;
     ketra::Extensions extensions;
@@ -112,10 +111,11 @@ TEST(FacePoints, EachReasonHasItsBit) {
     const ketra::Octets value = extensions.find<ketra::IssuingDistributionPoint>()->value.copy();
     EXPECT_EQ(value.back(), bit) << each.name;
     EXPECT_EQ(*extensions.get<ketra::IssuingDistributionPoint>(), point);
+    bit >>= 1;
   }
   const auto read =
-      stored<ketra::IssuingDistributionPoint>("30 05 83 03 07 81 80").get<ketra::IssuingDistributionPoint>();
-  EXPECT_EQ(read->onlySomeReasons, ketra::Reasons{}) << "bits 0, 7 and 8 are not carried";
+      stored<ketra::IssuingDistributionPoint>("30 05 83 03 07 01 80").get<ketra::IssuingDistributionPoint>();
+  EXPECT_EQ(read->onlySomeReasons, ketra::Reasons{}) << "bits 7 and 8 are not carried";
 }
 
 TEST(FacePoints, RelativeNameFromText) {
