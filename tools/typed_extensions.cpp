@@ -6,13 +6,16 @@
 #include <utility>
 #include <vector>
 
-#include "asn1_reader.hpp"
-#include "contracts/asn1_schema.hpp"
+#include "distribution_points.hpp"
 #include "escape.hpp"
 #include "general_names.hpp"
+#include "name_constraints.hpp"
+#include "reencoding.hpp"
 
 namespace tool {
 namespace {
+
+using tool::fields;  // of families with a file of their own
 
 template <class T>
 Json optional(const std::optional<T> &value) {
@@ -41,26 +44,6 @@ Fields fields(const std::vector<ketra::NameOrError> &names) {
 Fields fields(const ketra::TolerantSubjectAltName &value) { return fields(value.names); }
 Fields fields(const ketra::TolerantIssuerAltName &value) { return fields(value.names); }
 Fields fields(const ketra::TolerantCertificateIssuer &value) { return fields(value.names); }
-
-// X.690 11.1
-std::string basicConstraintsReason(ketra::View, ketra::View) { return "a TRUE is not FF"; }
-
-// The interface carries nine bits; X.690 11.2 for the others.
-std::string keyUsageReason(ketra::View value, ketra::View written) {
-  using namespace ketra::schema;
-  static constexpr Row kRows[] = {Type("KeyUsage", BitString)};
-  static constexpr auto kRecords = compile(kRows);
-  constexpr std::ptrdiff_t kNamed = 9;
-  constexpr std::size_t kMost = 1 << 20;
-  const Asn1Reader reader(kRecords.data(), value);
-  const ketra::Octets bits = reader.bits("/", static_cast<uint32_t>(std::min(value.size() * 8, kMost)));
-  const auto beyond = std::find(bits.begin() + std::min(kNamed, std::ssize(bits)), bits.end(), 1);
-  if (beyond != bits.end()) return "bit " + std::to_string(beyond - bits.begin()) + " has no name";
-
-  constexpr std::ptrdiff_t kUnusedBits = 2;  // behind tag and length
-  const bool isShorter = value.size() != written.size() || value.begin()[kUnusedBits] != written.begin()[kUnusedBits];
-  return isShorter ? "trailing zero bits are written out" : "unused bits are set";
-}
 
 // Shown: the tolerant form, if there is one.
 template <class T, class Shown = T>
@@ -94,6 +77,9 @@ const TypedExtension *findTyped(const ketra::ObjectIdentifier &objid) {
       row<ketra::SubjectAltName, ketra::TolerantSubjectAltName>(namesReason),
       row<ketra::IssuerAltName, ketra::TolerantIssuerAltName>(namesReason),
       row<ketra::CertificateIssuer, ketra::TolerantCertificateIssuer>(namesReason),
+      row<ketra::CrlDistributionPoints, ketra::TolerantCrlDistributionPoints>(pointsReason),
+      row<ketra::IssuingDistributionPoint, ketra::TolerantIssuingDistributionPoint>(issuingPointReason),
+      row<ketra::NameConstraints, ketra::TolerantNameConstraints>(nameConstraintsReason),
   };
   for (const TypedExtension &row : kRows) {
     if (std::ranges::equal(objid.arcs(), std::span(row.objid->arcs, row.objid->count))) return &row;

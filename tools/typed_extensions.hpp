@@ -4,19 +4,13 @@
 #include <functional>
 #include <string>
 
+#include "fields.hpp"
 #include "ketra.hpp"
-#include "problem.hpp"
 
 namespace tool {
 
 // Writes a value that was read from one Extensions object into another.
 using Writer = std::function<void(ketra::Extensions &, bool critical)>;
-
-// The fields of an extension as JSON, from which the text form is rendered too. Foreign text in it is escaped.
-struct Fields {
-  Json json;
-  bool allRead = true;  // false: a part is unreadable, which the JSON tells
-};
 
 struct TypedExtension {
   const Objid *objid;
