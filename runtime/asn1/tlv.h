@@ -61,6 +61,32 @@ Lengths checkLengths(const uint8_t *octets, uint32_t length, Fault &fault);
 bool rewriteLengths(Arena &arena, const uint8_t *octets, uint32_t length, const uint8_t **rewritten,
                     uint32_t *rewrittenLength, Fault &fault);
 
+struct Encoding {
+  AsnOct whole;
+  AsnOct content;
+  uint8_t identifier;
+};
+
+// Walks encodings that stand side by side. They were read before, and their lengths are DER.
+class Walk {
+ public:
+  explicit Walk(const AsnOct &content) : at_(content.octets), end_(content.octets + content.length) {}
+
+  bool next(Encoding *encoding) {
+    if (at_ == end_) return false;
+    Fault fault;
+    Header header{};
+    readHeader(at_, end_, header, fault);
+    *encoding = {{at_, header.size + header.length}, {at_ + header.size, header.length}, header.identifier};
+    at_ += encoding->whole.length;
+    return true;
+  }
+
+ private:
+  const uint8_t *at_;
+  const uint8_t *end_;
+};
+
 // Length octets in DER form, written backwards from `end`; returns how many (at most 5).
 uint32_t writeLength(uint8_t *end, uint32_t length);
 

@@ -11,4 +11,14 @@ namespace ketra::asn1 {
 
 inline constexpr std::size_t kWorkObjectSize = 1024;
 
+// Runs `step` with a work object for as long as it takes.
+template <class Step>
+int32_t withWorkObject(const Call &call, Step &&step) {
+  AsnObject work = nullptr;
+  if (AsnObjectCreate(&work, call.err) != 0) return -1;
+  const int32_t result = step(work);
+  AsnObjectDestroy(work, nullptr);
+  return result;
+}
+
 }  // namespace ketra::asn1

@@ -95,7 +95,7 @@ int32_t appendRdn(const Call &call, AsnObject work, X509NameObject name, const X
   }
   AsnOct der{};
   if (!asn1::encode(call, work->arena, rdn, asn1::Rules::Der, &der.octets, &der.length)) return -1;
-  return store(call, name, name->length, der);
+  return name->rdns.store(call, name->pool, name->rdns.members().length, der);
 }
 
 }  // namespace
@@ -110,5 +110,6 @@ int32_t X509NameObjectAppendRdn(X509NameObject name, const X509NameAttribute *at
     return call.fail(X509NameError_NullParameter, "no name or attributes");
   }
   if (count == 0) return call.fail(X509NameError_Empty, "a relative distinguished name of no attributes");
-  return withWorkObject(call, [&](AsnObject work) { return appendRdn(call, work, name, attributes, count); });
+  return ketra::asn1::withWorkObject(call,
+                                     [&](AsnObject work) { return appendRdn(call, work, name, attributes, count); });
 }

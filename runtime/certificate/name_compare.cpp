@@ -116,8 +116,8 @@ class Attributes {
 int32_t compareNames(const Call &call, asn1::Arena &arena, X509NameObject name, X509NameObject other, int32_t *equal) {
   Attributes left(arena);
   Attributes right(arena);
-  Walk leftRdns(rdnsOf(name));
-  Walk rightRdns(rdnsOf(other));
+  Walk leftRdns(name->rdns.members());
+  Walk rightRdns(other->rdns.members());
   Encoding leftRdn{};
   Encoding rightRdn{};
   bool matches = true;
@@ -144,9 +144,10 @@ int32_t X509NameObjectCompare(X509NameObject name, X509NameObject other, int32_t
   if (name == nullptr || other == nullptr || equal == nullptr) {
     return call.fail(X509NameError_NullParameter, "no name or no place for the result");
   }
-  if (compareOctets(rdnsOf(name), rdnsOf(other)) == 0) {
+  if (compareOctets(name->rdns.members(), other->rdns.members()) == 0) {
     *equal = 1;
     return 0;
   }
-  return withWorkObject(call, [&](AsnObject work) { return compareNames(call, work->arena, name, other, equal); });
+  return ketra::asn1::withWorkObject(
+      call, [&](AsnObject work) { return compareNames(call, work->arena, name, other, equal); });
 }

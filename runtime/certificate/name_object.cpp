@@ -2,8 +2,6 @@
 
 #include "runtime/certificate/name_object.h"
 
-#include <algorithm>
-#include <cstring>
 #include <new>
 
 #include "contracts/asn1_schema.hpp"
@@ -19,7 +17,6 @@ using asn1::Call;
 using asn1::Text;
 
 constexpr std::size_t kPoolSize = 384;  // an object with a name of some 200 octets asks the system once
-constexpr uint8_t kEmptyName[] = {0x30, 0x00};
 
 constexpr schema::Row kRows[] = {
     // clang-format off
@@ -38,7 +35,7 @@ int32_t failNull(const Call &call) {
   return call.fail(X509NameError_NullParameter, "no name, structure or place for the result");
 }
 
-// ---- The buffer ----------------------------------------------------------------------------------------------------
+// ---- Making one ----------------------------------------------------------------------------------------------------
 
 int32_t create(const Call &call, X509NameObject *name) {
   AsnMemObject pool = nullptr;
@@ -48,33 +45,8 @@ int32_t create(const Call &call, X509NameObject *name) {
     AsnMemObjectDestroy(pool, nullptr);
     return -1;
   }
-  *name = new (memory) X509NameObjectRecord{pool, nullptr, 0, 0, 0};
+  *name = new (memory) X509NameObjectRecord{pool, {}};
   return 0;
-}
-
-// Room for `length` octets: a buffer of its own for another name, and one of double size for one that grows.
-int32_t reserve(const Call &call, X509NameObject name, uint32_t kept, uint64_t length) {
-  constexpr uint32_t kMost = UINT32_MAX - kHeaderRoom;
-  if (length > kMost) {
-    call.fail(AsnError_TooLong, "the name would exceed 4294967295 octets");
-    return -1;
-  }
-  if (kept > 0 && length <= name->capacity) return 0;
-  const uint64_t wanted = kept == 0 ? length : std::max(length, 2 * uint64_t{kept});
-  const auto capacity = static_cast<uint32_t>(std::min<uint64_t>(wanted, kMost));
-  void *memory = nullptr;
-  if (asn1::allocate(name->pool, kHeaderRoom + capacity, &memory, call.err) != 0) return -1;
-  auto *buffer = static_cast<uint8_t *>(memory);
-  if (kept > 0) std::memcpy(buffer + kHeaderRoom, name->buffer + kHeaderRoom, kept);
-  AsnMemObjectFree(name->pool, name->buffer, nullptr);
-  name->buffer = buffer;
-  name->capacity = capacity;
-  return 0;
-}
-
-AsnEncodedData encodingOf(X509NameObject name) {
-  if (name->length == 0) return {kEmptyName, sizeof kEmptyName};
-  return {name->buffer + kHeaderRoom - name->headerSize, name->headerSize + name->length};
 }
 
 // ---- From an encoding ----------------------------------------------------------------------------------------------
@@ -100,9 +72,9 @@ int32_t readName(const Call &call, AsnObject work, const AsnEncodedData &encodin
 }
 
 int32_t setName(const Call &call, X509NameObject name, const AsnEncodedData &encoding) {
-  return withWorkObject(call, [&](AsnObject work) {
+  return asn1::withWorkObject(call, [&](AsnObject work) {
     AsnOct rdns{};
-    return readName(call, work, encoding, &rdns) == 0 ? store(call, name, 0, rdns) : -1;
+    return readName(call, work, encoding, &rdns) == 0 ? name->rdns.store(call, name->pool, 0, rdns) : -1;
   });
 }
 
@@ -132,23 +104,11 @@ using SetEncoded = int32_t(AsnObject, AsnValue, const char *, const AsnEncodedDa
 int32_t setElement(const Call &call, AsnObject object, AsnValue value, const char *path, X509NameObject name,
                    SetEncoded *setEncoded) {
   if (name == nullptr) return failNull(call);
-  const AsnEncodedData encoding = encodingOf(name);
+  const AsnEncodedData encoding = name->rdns.encoding();
   return setEncoded(object, value, path, &encoding, call.err);
 }
 
 }  // namespace
-
-int32_t store(const Call &call, X509NameObject name, uint32_t kept, const AsnOct &added) {
-  const uint64_t length = uint64_t{kept} + added.length;
-  if (reserve(call, name, kept, length) != 0) return -1;
-  uint8_t *const begin = name->buffer + kHeaderRoom;
-  if (added.length > 0) std::memcpy(begin + kept, added.octets, added.length);
-  name->length = static_cast<uint32_t>(length);
-  name->headerSize = asn1::writeLength(begin, name->length) + 1;
-  *(begin - name->headerSize) = 0x30;
-  return 0;
-}
-
 }  // namespace ketra::certificate
 
 using namespace ketra::certificate;
@@ -170,7 +130,7 @@ int32_t X509NameObjectSetPduBER(X509NameObject name, const AsnEncodedData *encod
 
 int32_t X509NameObjectGetPduDER(X509NameObject name, AsnEncodedData *encoding, AsnErrorBlock *err) {
   if (name == nullptr || encoding == nullptr) return failNull({kNameModule, __func__, err});
-  *encoding = encodingOf(name);
+  *encoding = name->rdns.encoding();
   return 0;
 }
 
@@ -179,7 +139,7 @@ int32_t X509MUtilCopyNameObject(X509NameObject *name, X509NameObject source, Asn
   if (name == nullptr || source == nullptr) return failNull(call);
   X509NameObject made = nullptr;
   if (create(call, &made) != 0) return -1;
-  if (store(call, made, 0, rdnsOf(source)) != 0) {
+  if (made->rdns.store(call, made->pool, 0, source->rdns.members()) != 0) {
     AsnMemObjectDestroy(made->pool, nullptr);
     return -1;
   }

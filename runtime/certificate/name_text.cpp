@@ -148,14 +148,14 @@ uint64_t putRdn(char *place, const Encoding &rdn) {
 
 uint64_t measure(X509NameObject name) {
   uint64_t length = 0;
-  Walk rdns(rdnsOf(name));
+  Walk rdns(name->rdns.members());
   for (Encoding rdn{}; rdns.next(&rdn);) length += putRdn(nullptr, rdn) + (length > 0 ? 1 : 0);
   return length;
 }
 
 // Backwards from the end of the text: the name begins with what the text ends with.
 void write(X509NameObject name, const char *begin, char *end) {
-  Walk rdns(rdnsOf(name));
+  Walk rdns(name->rdns.members());
   for (Encoding rdn{}; rdns.next(&rdn);) {
     end -= putRdn(nullptr, rdn);
     putRdn(end, rdn);

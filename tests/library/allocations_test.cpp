@@ -131,6 +131,8 @@ TEST(Allocations, EachMayBeRefused) {
     list.insert(list.end(), {0x30, 0x0A, 0x06, 0x03, 0x55, arc, static_cast<uint8_t>(i % 125), 0x04, 0x03, 1, 1, 0xFF});
   }
   static const AsnEncodedData pdu{list.data(), static_cast<uint32_t>(list.size())};
+  static const Octets attributeOctets = tlv(0x30, tlv(0x30, fromHex("06 01 2A") + tlv(0x31, fromHex("05 00*20000"))));
+  static const AsnEncodedData attributeList{attributeOctets.data(), static_cast<uint32_t>(attributeOctets.size())};
   const std::pair<const char *, std::function<int32_t(KetraObject, AsnErrorBlock *)>> operations[] = {
       {"set",
        [](auto object, auto err) {
@@ -147,6 +149,15 @@ TEST(Allocations, EachMayBeRefused) {
        [](auto object, auto err) {
          AsnEncodedData der{};
          return KetraObjectGetPduDER(object, &der, err);
+       }},
+      {"Attributes",
+       [](auto, auto err) {
+         X509AttributesObject attributes = nullptr;
+         const bool done = X509AttributesObjectCreate(&attributes, err) == 0 &&
+                           X509AttributesObjectSetPduBER(attributes, &attributeList, err) == 0 &&
+                           X509AttributesObjectAppend(attributes, &X509Objid_SubjectKeyId, &attributeList, 1, err) == 0;
+         X509AttributesObjectDestroy(attributes, nullptr);
+         return done ? 0 : -1;
        }},
   };
   for (const auto &[name, run] : operations) {

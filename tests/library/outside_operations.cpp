@@ -33,6 +33,18 @@ Stage::Stage(const std::string &name) : input(name), held(sampleOf(isKind(name) 
       {&X509Objid_CRLDistributionPoints, Structures::pointsDer()},
       {&X509Objid_IssuingDistributionPoint, Structures::issuingDer()},
       {&X509Objid_NameConstraints, Structures::constraintsDer(name != "excludedSubtrees", name != "permittedSubtrees")},
+      {&X509Objid_CRLNumber, "02 01 2A"},
+      {&X509Objid_DeltaCRLIndicator, "02 01 2A"},
+      {&X509Objid_AuthorityKeyId, Chains::kKeyId},
+      {&X509Objid_CertPolicies, Chains::kPolicies},
+      {&X509Objid_PolicyMappings, Chains::kMappings},
+      {&X509Objid_PolicyConstraints, "30 06 80 01 03 81 01 00"},
+      {&X509Objid_ExtKeyUsage, Chains::kPurposes},
+      {&X509Objid_PrivateKeyUsagePeriod, "30 22 80 0F" + kTime + "81 0F" + kTime},
+      {&X509Objid_ReasonCode, "0A 01 01"},
+      {&X509Objid_InstructionCode, "06 03 2A 03 01"},
+      {&X509Objid_InvalidityDate, "18 0F" + kTime},
+      {&X509Objid_SubjectDirectoryAttributes, Attributes::kDer},
   };
   for (const auto &[objid, hex] : values) extensions.store(*objid, fromHex(hex));
   for (Names *list : {&samples.fullName, &samples.bases}) {
@@ -40,6 +52,7 @@ Stage::Stage(const std::string &name) : input(name), held(sampleOf(isKind(name) 
     dropEncoding(list->at(1));
   }
   dropEncoding(samples.issuer.at(0));
+  dropEncoding(sampleChains.issuer.at(0));
   EXPECT_EQ(object.setPdu(fromHex(held), false), 0);
   if (input != "empty") {
     EXPECT_EQ(source.setPdu(fromHex(held), false), 0);

@@ -44,16 +44,6 @@ class Name {
   X509NameObject name = nullptr;
 };
 
-Octets operator+(Octets a, const Octets &b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
-}
-Octets tlv(uint8_t tag, const Octets &content) {
-  Octets header = {static_cast<uint8_t>(content.size())};
-  for (std::size_t rest = content.size() >> 8; rest > 0; rest >>= 8) header.insert(header.begin(), rest & 0xFF);
-  if (content.size() >= 0x80) header.insert(header.begin(), static_cast<uint8_t>(0x80 | header.size()));
-  return Octets{tag} + header + content;
-}
 Octets bytes(std::string_view text) { return {text.begin(), text.end()}; }
 Octets attribute(const char *type, const Octets &value) { return tlv(0x30, tlv(6, fromHex(type)) + value); }
 Octets cn(uint8_t tag, std::string_view value) { return attribute("55 04 03", tlv(tag, bytes(value))); }

@@ -15,6 +15,9 @@ Octets fromHex(const std::string &hex);  // blanks are skipped; "AB*1000" repeat
 std::string toHex(const uint8_t *octets, std::size_t length);
 inline std::string toHex(const Octets &octets) { return toHex(octets.data(), octets.size()); }
 
+Octets operator+(Octets a, const Octets &b);
+Octets tlv(uint8_t tag, const Octets &content);  // in DER
+
 // The rows of tests/golden.tsv by name, and the octets of one, as toHex writes them.
 const std::map<std::string, std::string> &goldenRows();
 std::string golden(const std::string &name);

@@ -35,6 +35,17 @@ std::string toHex(const uint8_t *octets, std::size_t length) {
   return hex;
 }
 
+Octets operator+(Octets a, const Octets &b) {
+  a.insert(a.end(), b.begin(), b.end());
+  return a;
+}
+Octets tlv(uint8_t tag, const Octets &content) {
+  Octets header = {static_cast<uint8_t>(content.size())};
+  for (std::size_t rest = content.size() >> 8; rest > 0; rest >>= 8) header.insert(header.begin(), rest & 0xFF);
+  if (content.size() >= 0x80) header.insert(header.begin(), static_cast<uint8_t>(0x80 | header.size()));
+  return Octets{tag} + header + content;
+}
+
 std::vector<std::vector<std::string>> rowsOf(const std::string &path) {
   std::vector<std::vector<std::string>> rows;
   std::ifstream file(path);
