@@ -1,15 +1,18 @@
 // Distribution points and name constraints in the C++ face, as a C++17 program uses them.
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "ketra.hpp"
+#include "refused_allocations.h"
 #include "support/octets.h"
 
 namespace {
 
+using ketra::test::allocationsLeft;
 using ketra::test::fromHex;
 using ketra::test::golden;
 using ketra::test::toHex;
@@ -228,32 +231,68 @@ TEST(FacePoints, RefusedSetsStoreNothing) {
   EXPECT_EQ(extensions.size(), 0u);
 }
 
+uint64_t poolUsage(const ketra::Extensions &extensions) {
+  AsnMemObject pool = nullptr;
+  uint64_t octets = 0;
+  uint32_t blocks = 0;
+  EXPECT_EQ(KetraObjectGetMemObject(extensions.handle(), &pool, nullptr), 0);
+  EXPECT_EQ(AsnMemObjectUsage(pool, &octets, &blocks, nullptr), 0);
+  return octets;
+}
+
+void getAll(const ketra::Extensions &extensions) {
+  extensions.get<ketra::CrlDistributionPoints>();
+  extensions.get<ketra::TolerantCrlDistributionPoints>();
+  extensions.get<ketra::IssuingDistributionPoint>();
+  extensions.get<ketra::TolerantIssuingDistributionPoint>();
+  extensions.get<ketra::NameConstraints>();
+  extensions.get<ketra::TolerantNameConstraints>();
+}
+
 // Reading again and again, with or without success, leaves no memory behind.
 TEST(FacePoints, GetsReturnTheirMemory) {
   ketra::Extensions extensions;
   extensions.set(twoPoints(), true);
   extensions.set(issuingPoint());
   extensions.set(constraints(), true);
+  const uint64_t before = poolUsage(extensions);
+  for (int i = 0; i < 10; ++i) getAll(extensions);
+  EXPECT_EQ(poolUsage(extensions), before);
+
   const ketra::Extensions broken = stored<ketra::CrlDistributionPoints>("30 0C 30 04 81 02 01 06 30 04 A0 02 A1 00");
-  const auto usage = [](const ketra::Extensions &of) {
-    AsnMemObject pool = nullptr;
-    uint64_t octets = 0;
-    uint32_t blocks = 0;
-    EXPECT_EQ(KetraObjectGetMemObject(of.handle(), &pool, nullptr), 0);
-    EXPECT_EQ(AsnMemObjectUsage(pool, &octets, &blocks, nullptr), 0);
-    return octets;
-  };
-  const uint64_t before = usage(extensions), beforeBroken = usage(broken);
-  for (int i = 0; i < 10; ++i) {
-    extensions.get<ketra::CrlDistributionPoints>();
-    extensions.get<ketra::TolerantCrlDistributionPoints>();
-    extensions.get<ketra::IssuingDistributionPoint>();
-    extensions.get<ketra::TolerantIssuingDistributionPoint>();
-    extensions.get<ketra::NameConstraints>();
-    EXPECT_THROW(broken.get<ketra::CrlDistributionPoints>(), ketra::Error);
+  const uint64_t beforeBroken = poolUsage(broken);
+  for (int i = 0; i < 10; ++i) EXPECT_THROW(broken.get<ketra::CrlDistributionPoints>(), ketra::Error);
+  EXPECT_EQ(poolUsage(broken), beforeBroken);
+}
+
+// Each request to the system on the C++ side fails in turn: the pool keeps nothing, and the leak checker of the
+// sanitizer sees the rest.
+TEST(FacePoints, BadAlloc) {
+  const auto points = twoPoints();
+  const auto issuing = issuingPoint();
+  const auto subtrees = constraints();
+  int refused = 0;
+  for (bool isDone = false; !isDone;) {
+    ketra::Extensions extensions;
+    extensions.set(points, true);
+    extensions.set(issuing);
+    extensions.set(subtrees, true);
+    const uint64_t before = poolUsage(extensions);
+    allocationsLeft = refused;
+    try {
+      extensions.set(points, true);
+      extensions.set(issuing);
+      extensions.set(subtrees, true);
+      getAll(extensions);
+      isDone = true;
+    } catch (const std::bad_alloc &) {
+      ++refused;
+    }
+    allocationsLeft = -1;
+    EXPECT_EQ(poolUsage(extensions), before);
+    EXPECT_EQ(*extensions.get<ketra::CrlDistributionPoints>(), points);
   }
-  EXPECT_EQ(usage(extensions), before);
-  EXPECT_EQ(usage(broken), beforeBroken);
+  EXPECT_GT(refused, 50);
 }
 
 }  // namespace
