@@ -51,8 +51,11 @@ constexpr auto kRecords = compile(kRows);
 constexpr const AsnType *kKeyUsage = &kRecords[indexOf(kRows, "KeyUsage")];
 constexpr const AsnType *kNames = &kRecords[indexOf(kRows, "Names")];
 constexpr const AsnType *kPoints = &kRecords[indexOf(kRows, "Points")];
+constexpr const AsnType *kPoint = &kRecords[indexOf(kRows, "Point")];
 constexpr const AsnType *kIssuingPoint = &kRecords[indexOf(kRows, "IssuingPoint")];
 constexpr const AsnType *kNameConstraints = &kRecords[indexOf(kRows, "NameConstraints")];
+
+constexpr std::size_t kUsageBits = 9, kReasonBits = 7;  // what the interface carries
 
 constexpr char kUnordered[] = "the members of a SET are not in the order of DER";
 constexpr char kSegments[] = "a string comes in segments";
@@ -77,17 +80,31 @@ std::string labelled(const std::string &label, const std::string &reason) {
   return reason.empty() ? reason : label + ": " + reason;
 }
 
-// The interface carries the first `count` bits; X.690 11.2 for the others.
-std::string bitsReason(const Both &both, const std::string &path, std::size_t count) {
-  constexpr std::size_t kMost = 1 << 20;
-  const std::optional<ketra::View> was = both.before.octets(path);
-  const std::optional<ketra::View> is = both.after.octets(path);
-  const ketra::Octets bits = both.before.bits(path, static_cast<uint32_t>(std::min(was->size() * 8, kMost)));
+// The first bit that is set behind the `count` bits which the interface carries.
+std::string lostBit(const Asn1Reader &reader, const std::string &path, std::size_t count) {
+  constexpr std::size_t kMost = 1 << 20, kMostInSegments = 1 << 10;
+  std::size_t size = kMostInSegments;
+  if (!reader.isInSegments(path)) {
+    const std::optional<ketra::View> octets = reader.octets(path);
+    if (!octets) return {};
+    size = std::min(octets->size() * 8, kMost);
+  }
+  const ketra::Octets bits = reader.bits(path, static_cast<uint32_t>(size));
   for (std::size_t i = count; i < bits.size(); ++i) {
     if (bits[i] == 1) return "bit " + std::to_string(i) + " is not carried";
   }
-  if (std::ranges::equal(*was, *is)) return {};
-  const bool isShorter = was->size() != is->size() || was->begin()[0] != is->begin()[0];
+  return {};
+}
+
+// X.690 11.2
+std::string bitsReason(const Both &both, const std::string &path, std::size_t count) {
+  const std::string lost = lostBit(both.before, path, count);
+  if (!lost.empty()) return lost;
+  if (both.before.isInSegments(path)) return kSegments;
+  if (both.areEqual(path)) return {};
+  const ketra::View was = both.before.octets(path).value();
+  const ketra::View is = both.after.octets(path).value();
+  const bool isShorter = was.size() != is.size() || *was.begin() != *is.begin();
   return isShorter ? "trailing zero bits are written out" : "unused bits are set";
 }
 
@@ -103,8 +120,8 @@ std::string nameReason(const Both &both, const std::string &path) {
 
 // The first member for which `find(path)` has a reason.
 template <class Find>
-std::string memberReason(const Both &both, const std::string &list, const char *label, const Find &find) {
-  const uint32_t count = both.before.count(list);
+std::string memberReason(const Asn1Reader &reader, const std::string &list, const char *label, const Find &find) {
+  const uint32_t count = reader.count(list);
   for (uint32_t i = 1; i <= count; ++i) {
     const std::string number = std::to_string(i);
     const std::string reason = find(list == "/" ? number : list + "/" + number);
@@ -114,7 +131,7 @@ std::string memberReason(const Both &both, const std::string &list, const char *
 }
 
 std::string listReason(const Both &both, const std::string &list) {
-  return memberReason(both, list, "name", [&](const std::string &path) { return nameReason(both, path); });
+  return memberReason(both.before, list, "name", [&](const std::string &path) { return nameReason(both, path); });
 }
 
 std::string pointNameReason(const Both &both, const std::string &path) {
@@ -123,19 +140,12 @@ std::string pointNameReason(const Both &both, const std::string &path) {
   return reason.empty() ? std::string("nameRelativeToCRLIssuer: ") + kUnordered : reason;
 }
 
-std::string reasonsReason(const Both &both, const std::string &path) {
-  constexpr std::size_t kCarried = 7;
-  if (both.before.isInSegments(path)) return kSegments;
-  return both.before.octets(path) ? bitsReason(both, path, kCarried) : "";
-}
-
 }  // namespace
 
 std::string basicConstraintsReason(ketra::View, ketra::View) { return kNotFf; }
 
 std::string keyUsageReason(ketra::View value, ketra::View written) {
-  constexpr std::size_t kNamed = 9;
-  return bitsReason(Both(kKeyUsage, value, written), "/", kNamed);
+  return bitsReason(Both(kKeyUsage, value, written), "/", kUsageBits);
 }
 
 std::string namesReason(ketra::View value, ketra::View written) {
@@ -145,9 +155,9 @@ std::string namesReason(ketra::View value, ketra::View written) {
 
 std::string pointsReason(ketra::View value, ketra::View written) {
   const Both both(kPoints, value, written);
-  const std::string reason = memberReason(both, "/", "point", [&](const std::string &point) {
+  const std::string reason = memberReason(both.before, "/", "point", [&](const std::string &point) {
     std::string found = pointNameReason(both, point + "/distributionPoint");
-    if (found.empty()) found = labelled("reasons", reasonsReason(both, point + "/reasons"));
+    if (found.empty()) found = labelled("reasons", bitsReason(both, point + "/reasons", kReasonBits));
     if (found.empty()) found = labelled("cRLIssuer", listReason(both, point + "/cRLIssuer"));
     return found;
   });
@@ -157,7 +167,7 @@ std::string pointsReason(ketra::View value, ketra::View written) {
 std::string issuingPointReason(ketra::View value, ketra::View written) {
   const Both both(kIssuingPoint, value, written);
   std::string reason = pointNameReason(both, "distributionPoint");
-  if (reason.empty()) reason = labelled("onlySomeReasons", reasonsReason(both, "onlySomeReasons"));
+  if (reason.empty()) reason = labelled("onlySomeReasons", bitsReason(both, "onlySomeReasons", kReasonBits));
   for (const char *flag : {"onlyContainsUserCerts", "onlyContainsCACerts", "indirectCRL"}) {
     if (reason.empty() && !both.areEqual(flag)) reason = labelled(flag, kNotFf);
   }
@@ -167,11 +177,30 @@ std::string issuingPointReason(ketra::View value, ketra::View written) {
 std::string nameConstraintsReason(ketra::View value, ketra::View written) {
   const Both both(kNameConstraints, value, written);
   for (const char *list : {"permittedSubtrees", "excludedSubtrees"}) {
-    const std::string reason =
-        memberReason(both, list, "subtree", [&](const std::string &path) { return nameReason(both, path + "/base"); });
+    const std::string reason = memberReason(both.before, list, "subtree",
+                                            [&](const std::string &path) { return nameReason(both, path + "/base"); });
     if (!reason.empty()) return labelled(list, reason);
   }
   return kOther;
+}
+
+std::string keyUsageLoss(ketra::View value) { return lostBit(Asn1Reader(kKeyUsage, value), "/", kUsageBits); }
+
+// Each point by itself, as show reads them.
+std::string pointsLoss(ketra::View value) {
+  const Asn1Reader list(AsnType_SequenceOfAny, value);
+  return memberReason(list, "/", "point", [&](const std::string &number) {
+    try {
+      const Asn1Reader point(kPoint, list.octets(number).value());
+      return labelled("reasons", lostBit(point, "reasons", kReasonBits));
+    } catch (const ketra::Error &) {
+      return std::string();
+    }
+  });
+}
+
+std::string issuingPointLoss(ketra::View value) {
+  return labelled("onlySomeReasons", lostBit(Asn1Reader(kIssuingPoint, value), "onlySomeReasons", kReasonBits));
 }
 
 }  // namespace tool

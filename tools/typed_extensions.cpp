@@ -47,7 +47,8 @@ Fields fields(const ketra::TolerantCertificateIssuer &value) { return fields(val
 
 // Shown: the tolerant form, if there is one.
 template <class T, class Shown = T>
-TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr) {
+TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr,
+                   std::string (*loss)(ketra::View) = nullptr) {
   using Traits = ketra::ExtensionTraits<T>;
   const auto read = [](const ketra::Extensions &extensions) -> Writer {
     return [value = extensions.get<T>().value()](ketra::Extensions &to, bool critical) {
@@ -64,6 +65,7 @@ TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr) {
       .fields = [](const ketra::Extensions &extensions) { return fields(extensions.get<Shown>().value()); },
       .read = read,
       .reason = reason,
+      .loss = loss,
   };
 }
 
@@ -72,13 +74,14 @@ TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr) {
 const TypedExtension *findTyped(const ketra::ObjectIdentifier &objid) {
   static const TypedExtension kRows[] = {
       row<ketra::BasicConstraints>(basicConstraintsReason),
-      row<ketra::KeyUsage>(keyUsageReason),
+      row<ketra::KeyUsage>(keyUsageReason, keyUsageLoss),
       row<ketra::SubjectKeyId>(),
       row<ketra::SubjectAltName, ketra::TolerantSubjectAltName>(namesReason),
       row<ketra::IssuerAltName, ketra::TolerantIssuerAltName>(namesReason),
       row<ketra::CertificateIssuer, ketra::TolerantCertificateIssuer>(namesReason),
-      row<ketra::CrlDistributionPoints, ketra::TolerantCrlDistributionPoints>(pointsReason),
-      row<ketra::IssuingDistributionPoint, ketra::TolerantIssuingDistributionPoint>(issuingPointReason),
+      row<ketra::CrlDistributionPoints, ketra::TolerantCrlDistributionPoints>(pointsReason, pointsLoss),
+      row<ketra::IssuingDistributionPoint, ketra::TolerantIssuingDistributionPoint>(issuingPointReason,
+                                                                                    issuingPointLoss),
       row<ketra::NameConstraints, ketra::TolerantNameConstraints>(nameConstraintsReason),
   };
   for (const TypedExtension &row : kRows) {

@@ -18,6 +18,8 @@ struct TypedExtension {
   Writer (*read)(const ketra::Extensions &);
   // Why a valid value comes back as `written`, when neither lengths nor segments explain it. May be null.
   std::string (*reason)(ketra::View value, ketra::View written);
+  // What is set in a readable value that the fields do not tell; empty when nothing is. May be null.
+  std::string (*loss)(ketra::View value);
 };
 
 // Null when the identifier is not typed.
