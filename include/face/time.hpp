@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "face/base.hpp"
 
@@ -35,5 +36,20 @@ inline std::optional<Time> optional(const GtimeOpt &c) {
 }
 
 }  // namespace detail
+
+// ISO 8601, "2026-01-31T23:59:59Z", with up to six digits of fraction; read with an offset ("+01:00") too. What is no
+// such text, and a time outside those years, is an Error.
+inline std::string timeText(Time time) {
+  const Gtime c = detail::gtime(time);
+  char text[32];
+  detail::run([&](AsnErrorBlock *err) { return GtimeToText(&c, text, sizeof text, err); });
+  return text;
+}
+inline Time parseTime(const std::string &text) {
+  if (text.find('\0') != std::string::npos) detail::fail(AsnError_Time, "ketra::parseTime", "an embedded NUL");
+  Gtime c{};
+  detail::run([&](AsnErrorBlock *err) { return GtimeFromText(text.c_str(), &c, err); });
+  return detail::time(c);
+}
 
 }  // namespace ketra
