@@ -1,4 +1,5 @@
 // Says where the CRL of a CA is, and for which names the CA may issue.
+#include <exception>
 #include <iostream>
 
 #include "ketra.hpp"
@@ -15,7 +16,7 @@ int main() try {
   extensions.set(constraints, /*critical=*/true);
   std::cout << extensions.get<ketra::CrlDistributionPoints>()->points.size() << " point, "
             << extensions.get<ketra::NameConstraints>()->permittedSubtrees->size() << " subtrees\n";
-} catch (const ketra::Error &error) {
+} catch (const std::exception &error) {
   std::cerr << error.what() << "\n";
   return 1;
 }

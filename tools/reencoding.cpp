@@ -109,7 +109,7 @@ std::string lostBit(const Asn1Reader &reader, const std::string &path, std::size
 
 // X.690 11.2
 std::string bitsReason(const Both &both, const std::string &path, std::size_t count) {
-  const std::string lost = lostBit(both.before, path, count);
+  std::string lost = lostBit(both.before, path, count);
   if (!lost.empty()) return lost;
   if (both.before.isInSegments(path)) return kSegments;
   if (both.areEqual(path)) return {};
@@ -133,10 +133,11 @@ std::string nameReason(const Both &both, const std::string &path) {
 template <class Find>
 std::string memberReason(const Asn1Reader &reader, const std::string &list, const char *label, const Find &find) {
   const uint32_t count = reader.count(list);
+  const std::string prefix = list == "/" ? "" : list + "/";
   for (uint32_t i = 1; i <= count; ++i) {
     const std::string number = std::to_string(i);
-    const std::string reason = find(list == "/" ? number : list + "/" + number);
-    if (!reason.empty()) return label + (" " + number) + ": " + reason;
+    const std::string reason = find(prefix + number);
+    if (!reason.empty()) return labelled(std::string(label) + " " + number, reason);
   }
   return {};
 }

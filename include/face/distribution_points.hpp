@@ -64,12 +64,12 @@ inline std::vector<PointShape> pointShapes(KetraObject object) try {
   std::vector<PointShape> shapes(list.count(list.get()));
   uint32_t number = 0;
   for (PointShape &shape : shapes) {
-    AsnValue const point = list.element(list.get(), MemberPath(++number).get());
+    AsnValue point = list.element(list.get(), MemberPath(++number).get());
     run([&](AsnErrorBlock *err) {
       return X509MUtilCalDistributionPointName(list.object(), point, "distributionPoint", &shape.choice, &shape.count,
                                                err);
     });
-    AsnValue const issuer = list.element(point, "cRLIssuer");
+    AsnValue issuer = list.element(point, "cRLIssuer");
     if (issuer != nullptr) shape.issuers = list.count(issuer);
   }
   return shapes;
@@ -151,7 +151,7 @@ inline TolerantDistributionPoint readPoint(View encoding) try {
   TolerantDistributionPoint read;
   read.distributionPoint = readPointName(point, point.get());
   read.reasons = readReasons(point, point.get(), "reasons");
-  AsnValue const issuer = point.element(point.get(), "cRLIssuer");
+  AsnValue issuer = point.element(point.get(), "cRLIssuer");
   if (issuer != nullptr) read.cRLIssuer = readNames(point, issuer);
   return read;
 } catch (const Error &error) {

@@ -105,7 +105,7 @@ inline TolerantGeneralSubtree readSubtree(View encoding) try {
 }
 
 inline std::optional<std::vector<TolerantGeneralSubtree>> readSubtrees(const WorkValue &value, const char *path) {
-  AsnValue const list = value.element(value.get(), path);
+  AsnValue list = value.element(value.get(), path);
   if (list == nullptr) return std::nullopt;
   const uint32_t count = value.count(list);
   std::vector<TolerantGeneralSubtree> subtrees;

@@ -135,7 +135,7 @@ inline void giveBack(KetraObject object, const X509DistributionPointNameOpt &nam
 // ---- Piece by piece -----------------------------------------------------------------------------------------------
 
 inline std::optional<Reasons> readReasons(const WorkValue &value, AsnValue parent, const char *path) {
-  AsnValue const element = value.element(parent, path);
+  AsnValue element = value.element(parent, path);
   if (element == nullptr) return std::nullopt;
   const Pool pool;
   AsnBitOpt c{{nullptr, kReasonBits}, 1};
@@ -146,7 +146,7 @@ inline std::optional<Reasons> readReasons(const WorkValue &value, AsnValue paren
 }
 
 inline std::optional<BasicDistributionPointName<NameOrError>> readPointName(const WorkValue &value, AsnValue point) {
-  AsnValue const element = value.element(point, "distributionPoint");
+  AsnValue element = value.element(point, "distributionPoint");
   if (element == nullptr) return std::nullopt;
   uint32_t choice = 0;
   run([&](AsnErrorBlock *err) { return AsnCalNumberOfChoice(value.object(), element, nullptr, &choice, err); });
