@@ -133,7 +133,7 @@ struct ExtensionTraits<CertificatePolicies> {
     return KetraObjectSsetCertPolicies(object, critical, &head, err);
   }
   static int32_t get(KetraObject object, CertificatePolicies &value, AsnErrorBlock *err) {
-    constexpr uint32_t kFew = 4;  // decoding them again and again is faster than taking them apart
+    constexpr uint32_t kFew = 2;  // decoding them again and again is faster than taking them apart
     uint32_t count = 0;
     const int32_t counted = KetraObjectSgetCertPoliciesCalInformation(object, &count, err);
     if (!detail::canGet(counted, err)) return counted;
