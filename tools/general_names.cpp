@@ -124,11 +124,16 @@ std::string memberReason(uint8_t before, uint8_t after) {
 Json nameJson(const ketra::GeneralName &name) { return std::visit(ToJson{}, name); }
 
 Json namesJson(const std::vector<ketra::NameOrError> &names, bool &allRead) {
+  constexpr uint32_t kExplained = 100;  // so many bad members of a list come with their trace
+  uint32_t badMembers = 0;
   Json list = Json::array();
   for (const ketra::NameOrError &name : names) {
     if (const auto *bad = std::get_if<ketra::UnreadableName>(&name)) {
       allRead = false;
-      list.push_back({{"kind", "unreadable"}, {"error", problem(bad->error)}, {"octets", hex(bad->encoding)}});
+      Json json{{"kind", "unreadable"}};
+      if (++badMembers <= kExplained) json["error"] = problem(bad->error);
+      json["octets"] = hex(bad->encoding);
+      list.push_back(std::move(json));
     } else {
       list.push_back(nameJson(std::get<ketra::GeneralName>(name)));
     }
