@@ -63,13 +63,18 @@ int32_t getQualifier(const Operation &op, AsnMemObject pool, AsnObject work, Asn
                 "Call AsnMUtilGetObjidConstBER(policyQualifierId)")) {
     return -1;
   }
-  AsnEncodedData value{nullptr, 0};
+  AsnEncodedDataOpt &qualifier = node->qualifier;
+  uint32_t length = 0;
   const MemberPath path("policyQualifiers/", number, "/qualifier");
-  const int32_t found = AsnCalAddressOfValFld(work, policy, path, &value.octets, &value.length, op.err());
+  const int32_t found = AsnCalAddressOfValFld(work, policy, path, &qualifier.value.octets, &length, op.err());
   if (op.failed(found, "Call AsnCalAddressOfValFld")) return -1;
-  if (value.length == 0) return op.reject(KetraError_GetCertPoliciesQualifier, "qualifier");
-  const bool isPresent = value.length != ASN_ABSENT_LENGTH;
-  node->qualifier = {isPresent ? value : AsnEncodedData{nullptr, 0}, isPresent ? 1 : 0};
+  if (length == 0) return op.reject(KetraError_GetCertPoliciesQualifier, "qualifier");
+  if (length == ASN_ABSENT_LENGTH) {
+    qualifier = {{nullptr, 0}, 0};
+    return 0;
+  }
+  qualifier.value.length = length;
+  qualifier.option = 1;
   return 0;
 }
 

@@ -41,12 +41,11 @@ int32_t getAttribute(const Operation &op, AsnMemObject pool, AsnObject work, Asn
   }
   const int32_t got = AsnMUtilGetObjidConstBER(pool, work, attribute, "type", &node->type, op.err());
   if (op.failed(got, "Call AsnMUtilGetObjidConstBER")) return -1;
-  AsnEncodedData value{nullptr, 0};
+  AsnEncodedData &value = node->value;
   const int32_t found = AsnCalAddressOfValFld(work, attribute, "value", &value.octets, &value.length, op.err());
   if (op.failed(found, "Call AsnCalAddressOfValFld")) return -1;
   if (value.length == ASN_ABSENT_LENGTH) return op.reject(KetraError_RelativeNameValueAbsent, "value");
   if (value.length == 0) return op.reject(KetraError_RelativeNameValueEmpty, "value");
-  node->value = value;
   return 0;
 }
 

@@ -5,8 +5,9 @@
  * - Every operation but KetraVersion returns 0 on success; otherwise -1 or the result of the operation that failed,
  *   with a code (ketra_errors.h, contracts/asn1.h, contracts/certificate.h) and a trace, innermost cause first, in
  *   `err`, which may be null. A null handle, structure or out-parameter is KetraError_NullParameter.
- * - A set checks the whole structure first and stores last: a failed set leaves the Extensions object unchanged. The
- *   structure is only read and may be released after the call.
+ * - A set checks the whole structure first and stores last: a failed set leaves the extensions as they were. When it
+ *   fails in storing, its encoding stays in the object's pool. The structure is only read and may be released after the
+ *   call.
  * - `critical` 1 marks the extension critical; every other value leaves it non-critical.
  * - A get of an extension that is not there is KetraError_ExtensionAbsent. Octets and arcs that a get returns are
  *   allocated in the pool of the Extensions object (KetraObjectGetMemObject) and live until they are freed there or
@@ -123,7 +124,8 @@ typedef struct X509GenNameParam {
 
 /* An object holds one name, as a parameter, as its encoding, or as both; it makes one from the other on demand. What it
  * hands out points into it and lives until its name is replaced or it is destroyed. After a failed SetName, SetPdu or
- * Copy the object holds its old name or none.
+ * Copy the object holds its old name or none. Encodings that are replaced stay in the object's memory to its end: make
+ * an object per name rather than one for a million.
  *
  * Makes an object without a name. */
 KETRA_API int32_t X509GenNameObjectCreate(X509GenNameObject *object, AsnErrorBlock *err);
@@ -165,13 +167,15 @@ typedef struct X509GenNamesOpt {
   int32_t option;
 } X509GenNamesOpt;
 
-/* Make the GeneralNames element at the path with one member per node. The objects may come to store an encoding. */
+/* Make the GeneralNames element at the path with one member per node. The element must be new: members that it has
+ * stay. The objects may come to store an encoding. */
 KETRA_API int32_t X509MUtilSetGenNamesDER(AsnObject work, AsnValue value, const char *path,
                                           const X509GenNameChain *chain, AsnErrorBlock *err);
 KETRA_API int32_t X509MUtilSetGenNamesBER(AsnObject work, AsnValue value, const char *path,
                                           const X509GenNameChain *chain, AsnErrorBlock *err);
-/* Fill the objects of the chain in the order of the members; `pool` serves for passing buffers. Objects beyond the last
- * member are left alone; a chain that is too short fails after its last object is filled. */
+/* Fill the objects of the chain in the order of the members; `pool` serves for passing buffers, of which a failure
+ * leaves one there. Objects beyond the last member are left alone; a chain that is too short fails after its last
+ * object is filled. */
 KETRA_API int32_t X509MUtilSgetGenNamesDER(AsnMemObject pool, AsnObject work, AsnValue value, const char *path,
                                            const X509GenNameChain *chain, AsnErrorBlock *err);
 KETRA_API int32_t X509MUtilSgetGenNamesBER(AsnMemObject pool, AsnObject work, AsnValue value, const char *path,
@@ -219,14 +223,14 @@ typedef struct X509DistributionPointNameOpt {
   int32_t option;
 } X509DistributionPointNameOpt;
 
-/* Makes the DistributionPointName element at the path. The attributes of a relative name are written in the order that
- * DER demands of a set. */
+/* Makes the DistributionPointName element at the path, which must be new. The attributes of a relative name are written
+ * in the order that DER demands of a set. */
 KETRA_API int32_t X509MUtilSetDistributionPointName(AsnObject work, AsnValue parent, const char *path,
                                                     const X509DistributionPointName *name, AsnErrorBlock *err);
 /* Reads the element into a chain that the caller has prepared: for a fullName nodes with GeneralName objects, for a
  * relative name X509AttributeTypeAndValue nodes, as many as X509MUtilCalDistributionPointName tells. The arcs of an
- * attribute lie in `pool`, its value in the encoding that was decoded. After a failure `type` and the nodes before the
- * failing one are written. An absent element is refused. */
+ * attribute lie in `pool`, its value in the encoding that was decoded. After a failure `type`, the nodes before the
+ * failing one and perhaps the type of the failing one are written. An absent element is refused. */
 KETRA_API int32_t X509MUtilSgetDistributionPointName(AsnMemObject pool, AsnObject work, AsnValue parent,
                                                      const char *path, X509DistributionPointName *name,
                                                      AsnErrorBlock *err);
@@ -255,7 +259,7 @@ typedef struct X509GenSubtreesOpt {
   int32_t option;
 } X509GenSubtreesOpt;
 
-/* Makes the list element at the path with one member per node. */
+/* Makes the list element at the path, which must be new, with one member per node. */
 KETRA_API int32_t X509MUtilSetGenSubtrees(AsnObject work, AsnValue parent, const char *path,
                                           const X509GenSubtree *chain, AsnErrorBlock *err);
 /* Fills a chain that the caller has prepared, one node with a GeneralName object per member. After a failure the nodes
@@ -331,21 +335,24 @@ KETRA_API int32_t KetraObjectSsetCRLDistributionPoints(KetraObject extensions, i
                                                        const KetraDistributionPoint *points, AsnErrorBlock *err);
 /* Fills a chain that the caller has prepared: as many nodes as there are points, each with the name chains that the
  * counts below tell. Present reasons become 7 bits in the pool of the Extensions object; absent ones leave pointer and
- * length alone. A relative name's values point into the stored extension. After a failure the points before the failing
- * one are filled. */
+ * length alone. privilegeWithdrawn and aACompromise, the eighth and ninth bit, are not read: who sets again what he has
+ * got drops them. A relative name's values point into the stored extension. After a failure the points before the
+ * failing one are filled. */
 KETRA_API int32_t KetraObjectSgetCRLDistributionPoints(KetraObject extensions, KetraDistributionPoint *points,
                                                        AsnErrorBlock *err);
 /* Number of points. */
 KETRA_API int32_t KetraObjectSgetCRLDistributionPointsCalDistributionPoint(KetraObject extensions, uint32_t *count,
                                                                            AsnErrorBlock *err);
 /* Of the point at an index from 0: the alternative of its name (0 when it has none or there is no such point) and the
- * number of names or attributes in it; the number of names of its cRLIssuer. Each call decodes the extension. */
+ * number of names or attributes in it; the number of names of its cRLIssuer. Each call decodes the whole extension: to
+ * ask for n points costs n times its length. Bound the number of points first, or walk long lists once
+ * (AsnType_SequenceOfAny), as the C++ face does. */
 KETRA_API int32_t KetraObjectSgetCRLDistributionPointsCalDistributionPointName(KetraObject extensions, uint32_t index,
                                                                                int32_t *choice, uint32_t *count,
                                                                                AsnErrorBlock *err);
 KETRA_API int32_t KetraObjectSgetCRLDistributionPointsCalCRLIssuer(KetraObject extensions, uint32_t index,
                                                                    uint32_t *count, AsnErrorBlock *err);
-/* Refuses what the set refuses. */
+/* What the set checks first; whether the GeneralName objects hold names is not looked at. */
 KETRA_API int32_t X509MUtilCheckCRLDistributionPoints(const KetraDistributionPoint *points, AsnErrorBlock *err);
 
 /* ---- IssuingDistributionPoint (RFC 5280 5.2.5) ------------------------------------------------------------------- */

@@ -68,7 +68,8 @@ KETRA_RUNTIME_API int32_t X509NameObjectCreate(X509NameObject *name, AsnErrorBlo
 /* Replaces the name by the one that is encoded: RDNSequence (RFC 5280 4.1.2.4). On failure the object is unchanged. */
 KETRA_RUNTIME_API int32_t X509NameObjectSetPduBER(X509NameObject name, const AsnEncodedData *encoding,
                                                   AsnErrorBlock *err);
-/* The name in DER. The octets belong to the object and live until it is changed or destroyed. */
+/* The name in DER; inside attribute values only lengths are made so. The octets belong to the object and live until it
+ * is changed or destroyed. */
 KETRA_RUNTIME_API int32_t X509NameObjectGetPduDER(X509NameObject name, AsnEncodedData *encoding, AsnErrorBlock *err);
 
 typedef struct X509NameAttribute { /* AttributeTypeAndValue */

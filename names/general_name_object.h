@@ -33,7 +33,7 @@ int32_t x509GenNameObjectGetParam(bool ber, X509GenNameObject object, AsnObject 
 // A deep copy in the pool; `to` is written whole. After a failure nothing of it is left but pool memory.
 int32_t copyParam(const Operation &op, AsnMemObject pool, const X509GenNameParam &from, X509GenNameParam *to);
 
-// Whether `given` points into what `held` owns.
+// Whether `given` points, or may point, into what `held` owns.
 bool sharesMemory(const X509GenNameParam &held, const X509GenNameParam &given);
 
 // ---- The x400Address alternative -----------------------------------------------------------------------------------

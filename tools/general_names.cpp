@@ -90,8 +90,14 @@ Json nameJson(const ketra::NameOrError &name, bool &allRead) {
 }
 
 Json namesJson(const std::vector<ketra::NameOrError> &names, bool &allRead) {
+  constexpr uint32_t kExplained = 100;  // so many bad members of a list come with their trace
+  uint32_t badMembers = 0;
   Json list = Json::array();
-  for (const ketra::NameOrError &name : names) list.push_back(nameJson(name, allRead));
+  for (const ketra::NameOrError &name : names) {
+    Json json = nameJson(name, allRead);
+    if (json.contains("error") && ++badMembers > kExplained) json.erase("error");
+    list.push_back(std::move(json));
+  }
   return list;
 }
 

@@ -1,6 +1,9 @@
 #include <CLI/CLI.hpp>
+#include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -52,7 +55,14 @@ int run(int argc, char **argv) {
 
 }  // namespace
 
+// Unwinding would ask for memory again, in destructors.
+[[noreturn]] void outOfMemory() {
+  std::fputs("ketra: out of memory\n", stderr);
+  std::_Exit(tool::kNotPossible);
+}
+
 int main(int argc, char **argv) {
+  std::set_new_handler(outOfMemory);
   try {
     const int status = run(argc, argv);
     if (std::cout.flush()) return status;

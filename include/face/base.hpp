@@ -20,31 +20,36 @@
 
 namespace ketra {
 
-// A failed operation: its code (ketra_errors.h, contracts/) and, in what(), code and trace as lines of text.
+// A failed operation: its code (ketra_errors.h, contracts/) and, in what(), code and trace as lines of text. Copies
+// share what they say.
 class Error : public std::exception {
  public:
-  explicit Error(const AsnErrorBlock &block) : code_(block.code) {
-    static constexpr AsnErrorMeaning kMeanings[] = {KETRA_ERROR_LIST(KETRA_ERROR_MEANING)};
-    constexpr auto count = static_cast<uint32_t>(std::size(kMeanings));
-    text_.resize(AsnErrorText(&block, kMeanings, count, nullptr, 0) + std::size_t{1});
-    AsnErrorText(&block, kMeanings, count, text_.data(), static_cast<uint32_t>(text_.size()));
-    text_.pop_back();
-    for (uint32_t i = 0; i < block.count; ++i) trace_.push_back({block.entries[i].function, block.entries[i].message});
-  }
-
   struct Entry {
     std::string function;
     std::string message;
   };
 
-  uint32_t code() const noexcept { return code_; }
-  const std::vector<Entry> &trace() const noexcept { return trace_; }  // innermost failure first
-  const char *what() const noexcept override { return text_.c_str(); }
+  explicit Error(const AsnErrorBlock &block) : said_(std::make_shared<const Said>(block)) {}
+
+  uint32_t code() const noexcept { return said_->code; }
+  const std::vector<Entry> &trace() const noexcept { return said_->trace; }  // innermost failure first
+  const char *what() const noexcept override { return said_->text.c_str(); }
 
  private:
-  uint32_t code_;
-  std::string text_;
-  std::vector<Entry> trace_;
+  struct Said {
+    explicit Said(const AsnErrorBlock &block) : code(block.code) {
+      static constexpr AsnErrorMeaning kMeanings[] = {KETRA_ERROR_LIST(KETRA_ERROR_MEANING)};
+      constexpr auto count = static_cast<uint32_t>(std::size(kMeanings));
+      text.resize(AsnErrorText(&block, kMeanings, count, nullptr, 0) + std::size_t{1});
+      AsnErrorText(&block, kMeanings, count, text.data(), static_cast<uint32_t>(text.size()));
+      text.pop_back();
+      for (uint32_t i = 0; i < block.count; ++i) trace.push_back({block.entries[i].function, block.entries[i].message});
+    }
+    uint32_t code;
+    std::string text;
+    std::vector<Entry> trace;
+  };
+  std::shared_ptr<const Said> said_;
 };
 
 using Octets = std::vector<uint8_t>;

@@ -3,7 +3,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <string>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -108,12 +110,19 @@ inline NameOrError readName(View encoding) {
   }
 }
 
-// The members of a list of open types, each by itself.
+// The members of a list of open types, each by itself. Members that fail alike share one Error: in a list of a million
+// bad ones it would cost far more than they do.
 inline std::vector<NameOrError> readNames(const WorkValue &value, AsnValue list) {
   const uint32_t count = value.count(list);
+  std::map<std::string, Error> errors;
   std::vector<NameOrError> names;
   names.reserve(count);
-  for (uint32_t i = 1; i <= count; ++i) names.push_back(readName(value.octets(list, MemberPath(i).get())));
+  for (uint32_t i = 1; i <= count; ++i) {
+    names.push_back(readName(value.octets(list, MemberPath(i).get())));
+    if (auto *bad = std::get_if<UnreadableName>(&names.back())) {
+      bad->error = errors.emplace(bad->error.what(), bad->error).first->second;
+    }
+  }
   return names;
 }
 

@@ -16,10 +16,15 @@ using Time = std::chrono::time_point<std::chrono::system_clock, std::chrono::mic
 namespace detail {
 
 inline Gtime gtime(Time time) {
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
-  const auto fraction = static_cast<uint32_t>((time - seconds).count());
+  constexpr int64_t kMicroseconds = 1'000'000;
+  int64_t seconds = time.time_since_epoch().count() / kMicroseconds;
+  int64_t fraction = time.time_since_epoch().count() % kMicroseconds;
+  if (fraction < 0) {
+    --seconds;
+    fraction += kMicroseconds;
+  }
   Gtime c{};
-  run([&](AsnErrorBlock *err) { return GtimeFromUnix(seconds.time_since_epoch().count(), fraction, &c, err); });
+  run([&](AsnErrorBlock *err) { return GtimeFromUnix(seconds, static_cast<uint32_t>(fraction), &c, err); });
   return c;
 }
 

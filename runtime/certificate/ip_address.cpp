@@ -179,7 +179,7 @@ using namespace ketra::certificate;
 
 int32_t X509IpAddressToText(const AsnOct *address, char *text, uint32_t size, AsnErrorBlock *err) {
   const Call call{kNameModule, __func__, err};
-  if (address == nullptr || address->octets == nullptr || text == nullptr) {
+  if (address == nullptr || (address->octets == nullptr && address->length > 0) || text == nullptr) {
     return call.fail(X509NameError_NullParameter, "no address or no place for the text");
   }
   const uint32_t length = address->length;

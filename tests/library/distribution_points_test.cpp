@@ -142,6 +142,12 @@ TEST(DistributionPointName, Refused) {
   EXPECT_EQ(X509MUtilCheckDistributionPointNameOpt(&name, malformed), -1);
   EXPECT_EQ(malformed.trace()[1], "X509MUtilCheckDistributionPointName: Call AsnCheckAnydBER");
 
+  name.value.type = 1;
+  name.value.fullName = nullptr;
+  Err noNames;
+  EXPECT_EQ(X509MUtilCheckDistributionPointName(&name.value, noNames), -1);
+  EXPECT_EQ(noNames.code(), 0x0147F682u);
+  EXPECT_EQ(noNames.trace()[1], "X509MUtilCheckDistributionPointName: Call X509MUtilCheckGenNames");
   name.option = 2;
   Err option;
   EXPECT_EQ(X509MUtilCheckDistributionPointNameOpt(&name, option), -1);
@@ -157,7 +163,12 @@ TEST(CrlDistributionPoints, SetCountGet) {
   Structures samples(kSamples);
   const Extensions extensions;
   Err err;
-  ASSERT_EQ(KetraObjectSsetCRLDistributionPoints(extensions, 1, samples.points, err), 0) << err.text();
+  for (const int32_t critical : {1, 2}) {
+    int32_t stored = -1;
+    ASSERT_EQ(KetraObjectSsetCRLDistributionPoints(extensions, critical, samples.points, err), 0) << err.text();
+    ASSERT_EQ(KetraObjectSgetCRLDistributionPointsCritical(extensions, &stored, err), 0);
+    EXPECT_EQ(stored, critical == 1 ? 1 : 0);
+  }
   EXPECT_EQ(extensions.stored(X509Objid_CRLDistributionPoints), Structures::pointsDer());
   EXPECT_EQ(extensions.stored(X509Objid_CRLDistributionPoints), golden("cRLDistributionPoints/two"));
 
@@ -249,6 +260,12 @@ TEST(CrlDistributionPoints, Refused) {
   Err option;
   EXPECT_EQ(KetraObjectSsetCRLDistributionPoints(extensions, 1, samples.points, option), -1);
   EXPECT_EQ(option.trace()[1], "X509MUtilCheckCRLDistributionPoints: Call AsnCheckBitOptBER");
+  samples.points[1].reasons.option = 0;
+  samples.points[1].cRLIssuer = {nullptr, 1};
+  Err issuer;
+  EXPECT_EQ(X509MUtilCheckCRLDistributionPoints(samples.points, issuer), -1);
+  EXPECT_EQ(issuer.code(), 0x0147F682u);
+  EXPECT_EQ(issuer.trace().back(), "X509MUtilCheckCRLDistributionPoints: Call X509MUtilCheckGenNamesOpt");
   EXPECT_EQ(extensions.stored(X509Objid_CRLDistributionPoints), "absent");
 
   extensions.store(X509Objid_CRLDistributionPoints, fromHex("30 00"));
@@ -316,6 +333,13 @@ TEST(IssuingDistributionPoint, Refused) {
   EXPECT_EQ(KetraObjectSgetIssuingDistributionPoint(extensions, &read.issuing, tooShort), -1);
   EXPECT_EQ(tooShort.code(), 0x0147F499u);
   EXPECT_EQ(read.issuing.distributionPoint.option, 1);
+  EXPECT_EQ(read.issuing.distributionPoint.value.type, 1);
+  const uint8_t untouched = 0;
+  read.issuing.onlySomeReasons.value = {&untouched, 77};
+  extensions.store(X509Objid_IssuingDistributionPoint, fromHex("30 00"));
+  ASSERT_EQ(KetraObjectSgetIssuingDistributionPoint(extensions, &read.issuing, nullptr), 0);
+  EXPECT_EQ(read.issuing.onlySomeReasons.value.octets, &untouched);
+  EXPECT_EQ(read.issuing.onlySomeReasons.value.bits, 77u);
 }
 
 TEST(DistributionPoints, NullParameters) {

@@ -133,6 +133,7 @@ int32_t runArmed(const Operation &operation, Stage &stage, Err &err, int failAt)
   outside.cleanUp.clear();
   outside.lookedUp.clear();
   outside.opened.clear();
+  outside.lengthsOf.clear();
   outside.armed = true;
   const int32_t result = operation.run(stage, err);
   outside.armed = false;
@@ -151,6 +152,9 @@ void expectSuccess(const Case &one, const Operation &operation) {
     EXPECT_EQ(outside.opened, operation.opened);
   }
   EXPECT_EQ(err.block.count, 0u);
+  if (!outside.lengthsOf.empty()) {
+    EXPECT_EQ(outside.lengthsOf, (std::vector<int32_t>{X509LengthOf_NameAssigner, X509LengthOf_PartyName}));
+  }
 }
 
 void expectFailure(const Case &one, const Operation &operation, int failAt) {
@@ -193,6 +197,23 @@ TEST(FaultSweep, EveryOutsideCallOfEveryOperation) {
   for (const auto &[name, operation] : operations()) {
     const auto isTested = [&, &wanted = name](const Case &one) { return one.operation == wanted; };
     EXPECT_TRUE(std::any_of(cases.begin(), cases.end(), isTested)) << name;
+  }
+}
+
+// Answers that another runtime might give.
+TEST(FaultSweep, OddAnswers) {
+  for (const auto &row : rowsOf(KETRA_ODD_ANSWERS)) {
+    SCOPED_TRACE(row.at(0) + " " + row.at(1) + " " + row.at(2) + " " + row.at(3));
+    Stage stage(row.at(1));
+    Err err;
+    ASSERT_EQ(operations().at(row.at(0)).prepare(stage, err), 0);
+    outside.answer = {row.at(2), std::stoi(row.at(3)), static_cast<uint32_t>(std::stoul(row.at(4), nullptr, 0))};
+    EXPECT_EQ(runArmed(operations().at(row.at(0)), stage, err, 0), -1);
+    EXPECT_EQ(outside.answer.occurrence, 0) << "the answer was given";
+    outside.answer = {};
+    EXPECT_EQ(err.code(), std::stoul(row.at(5), nullptr, 0)) << err.text();
+    EXPECT_EQ(err.trace().at(0), row.at(6));
+    EXPECT_EQ(err.block.entries[0].valueLength, std::stoul(row.at(7)));
   }
 }
 

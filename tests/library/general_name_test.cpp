@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "names/general_name_object.h"
 #include "support/names.h"
 
 namespace ketra::test {
@@ -172,6 +173,7 @@ TEST(GeneralName, Copies) {
   ASSERT_EQ(source.setPdu(fromHex("82 81 01 61")), 0);
   ASSERT_EQ(X509GenNameObjectCopy(copy, source, nullptr), 0);
   EXPECT_EQ(copy.ber(), "82 81 01 61") << "the state comes along";
+  EXPECT_EQ(copy.der(), "82 01 61");
   ASSERT_EQ(X509GenNameObjectCopy(copy, empty, nullptr), 0);
   EXPECT_EQ(copy.der(), "empty");
 
@@ -201,12 +203,35 @@ TEST(GeneralName, SetFromAViewOfItself) {
   view.dNSName = {view.rfc822Name.octets + 2, 1};  // what stands behind the "@"
   ASSERT_EQ(X509GenNameObjectSetName(object, &view, nullptr), 0);
   EXPECT_EQ(object.der(), sampleOf("dNSName"));
+  GenName party("ediPartyName");
+  view = party.param();
+  view.ediPartyName.nameAssigner.option = 0;
+  ASSERT_EQ(X509GenNameObjectSetName(party, &view, nullptr), 0);
+  EXPECT_EQ(party.der(), "A5 05 A1 03 13 01 59");
+  view = party.param();
+  view.type = X509GenName_DNSName;
+  const X509DirStr partyName = view.ediPartyName.partyName;
+  view.dNSName = {partyName.octets, partyName.length};
+  ASSERT_EQ(X509GenNameObjectSetName(party, &view, nullptr), 0);
+  EXPECT_EQ(party.der(), "82 01 59");
   GenName other("otherName");
   view = other.param();
   view.type = X509GenName_RegisteredID;
   view.registeredID = {view.otherName.type.arcs, 2};
   ASSERT_EQ(X509GenNameObjectSetName(other, &view, nullptr), 0);
   EXPECT_EQ(other.der(), "88 01 2B");
+}
+
+// Octets of the encoding that the object's own Name object has handed out.
+TEST(GeneralName, SetFromInsideItsNameObject) {
+  GenName object("directoryName");
+  AsnEncodedData name{};
+  ASSERT_EQ(X509NameObjectGetPduDER(object.param().directoryName, &name, nullptr), 0);
+  Param param{};
+  param.type = X509GenName_DNSName;
+  param.dNSName = {name.octets + name.length - 1, 1};
+  ASSERT_EQ(X509GenNameObjectSetName(object, &param, nullptr), 0);
+  EXPECT_EQ(object.der(), "82 01 41");
 }
 
 TEST(GeneralName, RefusedParameters) {
@@ -240,7 +265,7 @@ TEST(GeneralName, RefusedParameters) {
   };
   for (const Row &row : rows) {
     SCOPED_TRACE(row.what);
-    GenName object("directoryName");
+    GenName object("registeredID");
     Param param = samples.of("ediPartyName");
     row.change(param);
     Err err;
@@ -327,6 +352,27 @@ TEST(GeneralName, NullParameters) {
   EXPECT_EQ(err.trace()[3], "X509GenNameObjectGetName: None parameter");
 }
 
+TEST(GeneralName, DamagedRecord) {
+  GenName object("dNSName");
+  X509GenNameParam &param = object.operator X509GenNameObject()->param;
+  const AsnOct octets = param.dNSName;
+  ASSERT_EQ(object.setPdu(fromHex("82 81 01 61")), 0);
+  param.type = 12;
+  Err set;
+  AsnEncodedData encoding{};
+  EXPECT_EQ(X509GenNameObjectGetPduDER(object, &encoding, set), -1);
+  EXPECT_EQ(set.code(), 0x0147E244u);
+  EXPECT_EQ(set.block.entries[0].valueOctets[0], 12u);
+  EXPECT_EQ(set.block.entries[0].valueLength, 4u);
+  X509GenNameParam other{};
+  other.type = X509GenName_DNSName;
+  other.dNSName = octets;
+  Err reset;
+  EXPECT_EQ(X509GenNameObjectSetName(object, &other, reset), -1);
+  EXPECT_EQ(reset.code(), 0x0147E144u);
+  EXPECT_EQ(object.der(), "empty");
+}
+
 // Setting one object again and again: replaced parameters and refused encodings go back to the pool.
 TEST(GeneralName, MemoryStaysBounded) {
   const Samples samples;
@@ -338,7 +384,14 @@ TEST(GeneralName, MemoryStaysBounded) {
   AsnMemObject pool = *reinterpret_cast<AsnMemObject *>(object.operator X509GenNameObject());
   uint64_t octetsHeld = 0;
   uint32_t blocks = 0;
+  const std::string tooLong(32769, 'x');
+  Param longParty = samples.of("ediPartyName");
+  longParty.ediPartyName.partyName = utf8(tooLong.c_str());
+  Param noValue = samples.of("otherName");
+  noValue.otherName.value.value.octets = nullptr;
   for (int i = 0; i < 1000; ++i) {
+    ASSERT_EQ(X509GenNameObjectSetName(object, &longParty, nullptr), -1);
+    ASSERT_EQ(X509GenNameObjectSetName(object, &noValue, nullptr), -1);
     ASSERT_EQ(X509GenNameObjectSetName(object, i % 2 == 0 ? &large : &small, nullptr), 0);
     ASSERT_EQ(object.setPdu(fromHex("82 02 61")), -1);
   }

@@ -21,7 +21,9 @@ bool fails(const char *name, AsnErrorBlock *err) {
     outside.cleanUp.push_back(name);
     return false;
   }
-  EXPECT_EQ(err, outside.callers) << name;
+  if (outside.answer.call.empty()) {
+    EXPECT_EQ(err, outside.callers) << name;
+  }
   outside.calls.push_back(name);
   if (static_cast<int>(outside.calls.size()) != outside.failAt) return false;
   if (err != nullptr) err->code = kInjectedCode;
@@ -41,6 +43,11 @@ void closed(AsnObject object, AsnValue value) {
 void released(AsnObject object) {
   outside.openRoots.erase(object);
   --outside.liveWorkObjects;
+}
+
+// Whether this call is the one whose answer is replaced.
+bool isAnswered(const char *name) {
+  return outside.armed && outside.answer.call == name && --outside.answer.occurrence == 0;
 }
 
 template <class Function>
@@ -78,6 +85,9 @@ using ketra::test::outside;
 #define CHECK(name, type) CALL(name, (const type *x, AsnErrorBlock *err), (x, err), NOTHING)
 #define READ(name, type) \
   CALL(name, (AsnObject o, AsnValue v, const char *p, type *x, AsnErrorBlock *err), (o, v, p, x, err), NOTHING)
+#define ANSWERED(name, type, value)                                                                    \
+  CALL(name, (AsnObject o, AsnValue v, const char *p, type *x, AsnErrorBlock *err), (o, v, p, x, err), \
+       if (ketra::test::isAnswered(#name)) *x = value)
 #define WRITE(name, type) READ(name, const type)
 #define POOL_READ(name, type)                                                                       \
   CALL(name, (AsnMemObject m, AsnObject o, AsnValue v, const char *p, type *x, AsnErrorBlock *err), \
@@ -125,13 +135,13 @@ READ(AsnGetOptIntBER, AsnIntOpt)
 READ(AsnGetEncodedDataDER, AsnBuffer)
 READ(AsnGetEncodedDataBER, AsnBuffer)
 READ(AsnMakeElement, AsnValue)
-READ(AsnGetElement, AsnValue)
-READ(AsnCalCountOfSequence, uint32_t)
-READ(AsnCalNumberOfChoice, uint32_t)
-READ(AsnCalLengthOfValFld, uint32_t)
+ANSWERED(AsnGetElement, AsnValue, nullptr)
+ANSWERED(AsnCalCountOfSequence, uint32_t, outside.answer.value)
+ANSWERED(AsnCalNumberOfChoice, uint32_t, outside.answer.value)
+ANSWERED(AsnCalLengthOfValFld, uint32_t, outside.answer.value)
 CALL(AsnCalAddressOfValFld,
      (AsnObject o, AsnValue v, const char *p, const uint8_t **a, uint32_t *n, AsnErrorBlock *err), (o, v, p, a, n, err),
-     NOTHING)
+     if (ketra::test::isAnswered("AsnCalAddressOfValFld")) *n = outside.answer.value)
 
 POOL_READ(AsnMUtilGetBitConstBER, AsnBit)
 POOL_READ(AsnMUtilGetOctOptBER, AsnOctOpt)
@@ -180,7 +190,8 @@ GET_NAME(X509MUtilGetNameObjectDER)
 GET_NAME(X509MUtilGetNameObjectBER)
 RELEASE(X509NameObjectDestroy, (X509NameObject n, AsnErrorBlock *err), (n, err), outside.liveNames -= n != nullptr)
 CALL(X509MUtilGetCheckLengthOfDirStr, (const X509DirStr *x, uint32_t most, int32_t of, AsnErrorBlock *err),
-     (x, most, of, err), EXPECT_EQ(most, 32768u))
+     (x, most, of, err), EXPECT_EQ(most, 32768u);
+     outside.lengthsOf.push_back(of))
 
 CALL(X509MUtilGetIntFromIntStr, (const AsnOct *x, int32_t *n, AsnErrorBlock *err), (x, n, err), NOTHING)
 CALL(X509AttributesObjectGetPduDER, (X509AttributesObject a, AsnEncodedData *x, AsnErrorBlock *err), (a, x, err),

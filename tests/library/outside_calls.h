@@ -14,6 +14,13 @@ namespace ketra::test {
 constexpr int32_t kInjectedResult = -77;
 constexpr uint32_t kInjectedCode = 0x7EA50FFF;
 
+// Makes one call answer what the runtime never does; for an element, null.
+struct Answer {
+  std::string call;
+  int occurrence = 0;  // from 1; 0: none
+  uint32_t value = 0;
+};
+
 struct OutsideCalls {
   bool armed = false;
   AsnErrorBlock *callers = nullptr;  // what every call up to the failure must be given, and none after it
@@ -23,6 +30,8 @@ struct OutsideCalls {
   std::vector<const Objid *> lookedUp;
   std::string opened;                       // the type of the first value
   std::map<AsnObject, AsnValue> openRoots;  // the first value of each work object, while it is open
+  std::vector<int32_t> lengthsOf;           // what string lengths were said to belong to
+  Answer answer;
   int liveWorkObjects = 0;
   int livePools = 0;
   int liveNames = 0;
