@@ -1,6 +1,6 @@
 // Compiles ASN.1 definitions, written as a table that reads like the standard, into the type records that AsnOpenNew
 // and AsnOpenFromMem take. Everything happens at compile time: counts, links, tags and kinds are computed, and a name
-// that resolves to nothing does not compile. C++20.
+// that resolves to nothing does not compile. C++17.
 //
 //   constexpr Row kRows[] = {
 //       Sequence("BasicConstraints"),
@@ -99,7 +99,11 @@ struct Row {
 };
 
 constexpr Row Defined(const char *name, Kind kind, uint8_t tag) {
-  return {.name = name, .isBuiltIn = true, .builtIn = {kind, tag}};
+  Row row;
+  row.name = name;
+  row.isBuiltIn = true;
+  row.builtIn = {kind, tag};
+  return row;
 }
 constexpr Row Sequence(const char *name) { return Defined(name, Kind::Sequence, 0x30); }
 constexpr Row SequenceOf(const char *name) { return Defined(name, Kind::SequenceOf, 0x30); }
@@ -108,24 +112,39 @@ constexpr Row SetOf(const char *name) { return Defined(name, Kind::SetOf, 0x31);
 constexpr Row Choice(const char *name) { return Defined(name, Kind::Choice, 0x00); }
 constexpr Row Type(const char *name, BuiltIn type) { return Defined(name, type.kind, type.tag); }
 constexpr Row Type(const char *name, Reference type, Tag tag = {}) {
-  return {.name = name, .reference = type, .tag = tag};
+  Row row;
+  row.name = name;
+  row.reference = type;
+  row.tag = tag;
+  return row;
 }
 
 constexpr Row Component(const char *name, Tag tag, Reference type, Presence presence = Mandatory) {
-  return {.name = name, .isComponent = true, .reference = type, .tag = tag, .presence = presence};
+  Row row = Type(name, type, tag);
+  row.isComponent = true;
+  row.presence = presence;
+  return row;
 }
 constexpr Row Component(const char *name, Reference type, Presence presence = Mandatory) {
   return Component(name, Tag{}, type, presence);
 }
 constexpr Row Component(const char *name, Tag tag, BuiltIn type, Presence presence = Mandatory) {
-  return {.name = name, .isComponent = true, .isBuiltIn = true, .builtIn = type, .tag = tag, .presence = presence};
+  Row row = Type(name, type);
+  row.isComponent = true;
+  row.tag = tag;
+  row.presence = presence;
+  return row;
 }
 constexpr Row Component(const char *name, BuiltIn type, Presence presence = Mandatory) {
   return Component(name, Tag{}, type, presence);
 }
 // The member of the SEQUENCE OF or SET OF in the row before.
-constexpr Row Element(Reference type) { return {.name = {}, .isComponent = true, .reference = type}; }
-constexpr Row Element(BuiltIn type) { return {.name = {}, .isComponent = true, .isBuiltIn = true, .builtIn = type}; }
+constexpr Row unnamed(Row row) {
+  row.name = {};
+  return row;
+}
+constexpr Row Element(Reference type) { return unnamed(Component("", type)); }
+constexpr Row Element(BuiltIn type) { return unnamed(Component("", type)); }
 
 // The array ends with a terminator record.
 inline constexpr AsnType kTerminator{0x00FFFFFF, 0, 0, 0, nullptr};
@@ -172,7 +191,7 @@ constexpr BuiltIn resolve(const Row (&rows)[N], const std::array<std::size_t, N>
 }  // namespace detail
 
 template <std::size_t N>
-consteval std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
+constexpr std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
   const auto targets = detail::link(rows);
   std::array<AsnType, N + 1> records{};
   for (std::size_t i = 0; i < N; ++i) {
@@ -184,15 +203,14 @@ consteval std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
     }
     const bool isList = row.isBuiltIn && (type.kind == Kind::SequenceOf || type.kind == Kind::SetOf);
     if (isList && components != 1) badSchema("a list has exactly one element row");
-    records[i] = {
-        .descriptor = static_cast<uint32_t>(type.tag) << 24 | 1u << 16 | classOf(type.kind) << 8 |
-                      static_cast<uint32_t>(type.kind),
-        .flags = (row.tag.octet != 0 ? ASN_FLAG_OWN_TAG : 0) | (row.tag.isExplicit ? ASN_FLAG_EXPLICIT : 0) |
-                 (row.presence == Optional ? ASN_FLAG_OPTIONAL : 0),
-        .count = components,
-        .link = static_cast<int32_t>(targets[i]) - static_cast<int32_t>(i),
-        .name = row.name.data(),
-    };
+    AsnType &record = records[i];
+    record.descriptor =
+        static_cast<uint32_t>(type.tag) << 24 | 1u << 16 | classOf(type.kind) << 8 | static_cast<uint32_t>(type.kind);
+    record.flags = (row.tag.octet != 0 ? ASN_FLAG_OWN_TAG : 0) | (row.tag.isExplicit ? ASN_FLAG_EXPLICIT : 0) |
+                   (row.presence == Optional ? ASN_FLAG_OPTIONAL : 0);
+    record.count = components;
+    record.link = static_cast<int32_t>(targets[i]) - static_cast<int32_t>(i);
+    record.name = row.name.data();
   }
   records[N] = kTerminator;
   return records;
@@ -200,7 +218,7 @@ consteval std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
 
 // The record of a type by name, in rows and records of one module.
 template <std::size_t N>
-consteval std::size_t indexOf(const Row (&rows)[N], const char *name) {
+constexpr std::size_t indexOf(const Row (&rows)[N], const char *name) {
   return detail::find(rows, name);
 }
 

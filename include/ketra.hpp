@@ -16,9 +16,12 @@
 
 #include "face/alternative_names.hpp"
 #include "face/base.hpp"
+#include "face/distribution_points.hpp"
 #include "face/general_name.hpp"
+#include "face/issuing_distribution_point.hpp"
 #include "face/key_and_constraints.hpp"
 #include "face/name.hpp"
+#include "face/name_constraints.hpp"
 
 namespace ketra {
 

@@ -55,6 +55,15 @@ std::optional<ketra::View> Asn1Reader::octets(const std::string &path) const {
   return ketra::View(address, length);
 }
 
+bool Asn1Reader::isInSegments(const std::string &path) const {
+  const uint8_t *address = nullptr;
+  uint32_t length = 0;
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  return AsnCalAddressOfValFld(object_.get(), value_, path.c_str(), &address, &length, &err) != 0 &&
+         err.code == AsnError_Kind;
+}
+
 uint32_t Asn1Reader::count(const std::string &path) const {
   AsnValue list = nullptr;
   attempt([&](AsnErrorBlock *err) { return AsnGetElement(object_.get(), value_, path.c_str(), &list, err); });

@@ -17,6 +17,8 @@ class Asn1Reader {
   // Where the element stands in the input: the content octets, of an open type the complete encoding. Nothing when it
   // is absent.
   std::optional<ketra::View> octets(const std::string &path) const;
+  // Whether it is a string in segments, which stands in no one place.
+  bool isInSegments(const std::string &path) const;
   // Members of a list; 0 when it is absent.
   uint32_t count(const std::string &path) const;
   std::optional<bool> boolean(const std::string &path) const;

@@ -1,6 +1,5 @@
 #include "general_names.hpp"
 
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -111,47 +110,27 @@ struct ToJson {
   }
 };
 
-// By the first octets of a name and of how it is written. Values of open types stay as they are.
-std::string memberReason(uint8_t before, uint8_t after) {
-  constexpr uint8_t kConstructed = 0x20, kX400Address = 0xA3, kDirectoryName = 0xA4, kEdiPartyName = 0xA5;
-  if ((before ^ after) == kConstructed || before == kEdiPartyName) return "a string comes in segments";
-  const bool hasSet = before == kX400Address || before == kDirectoryName;
-  return hasSet ? "the members of a SET are not in the order of DER" : "contents are not DER";
-}
-
 }  // namespace
 
 Json nameJson(const ketra::GeneralName &name) { return std::visit(ToJson{}, name); }
+
+Json nameJson(const ketra::NameOrError &name, bool &allRead) {
+  const auto *bad = std::get_if<ketra::UnreadableName>(&name);
+  if (bad == nullptr) return nameJson(std::get<ketra::GeneralName>(name));
+  allRead = false;
+  return {{"kind", "unreadable"}, {"error", problem(bad->error)}, {"octets", hex(bad->encoding)}};
+}
 
 Json namesJson(const std::vector<ketra::NameOrError> &names, bool &allRead) {
   constexpr uint32_t kExplained = 100;  // so many bad members of a list come with their trace
   uint32_t badMembers = 0;
   Json list = Json::array();
   for (const ketra::NameOrError &name : names) {
-    if (const auto *bad = std::get_if<ketra::UnreadableName>(&name)) {
-      allRead = false;
-      Json json{{"kind", "unreadable"}};
-      if (++badMembers <= kExplained) json["error"] = problem(bad->error);
-      json["octets"] = hex(bad->encoding);
-      list.push_back(std::move(json));
-    } else {
-      list.push_back(nameJson(std::get<ketra::GeneralName>(name)));
-    }
+    list.push_back(nameJson(name, allRead));
+    const bool isBad = std::holds_alternative<ketra::UnreadableName>(name);
+    if (isBad && ++badMembers > kExplained) list.back().erase("error");
   }
   return list;
-}
-
-std::string namesReason(ketra::View value, ketra::View written) {
-  const Asn1Reader before(AsnType_SequenceOfAny, value);
-  const Asn1Reader after(AsnType_SequenceOfAny, written);
-  const uint32_t count = std::min(before.count("/"), after.count("/"));
-  for (uint32_t i = 1; i <= count; ++i) {
-    const std::string member = std::to_string(i);
-    const ketra::View was = before.octets(member).value();
-    const ketra::View is = after.octets(member).value();
-    if (!std::ranges::equal(was, is)) return "name " + member + ": " + memberReason(*was.data(), *is.data());
-  }
-  return "contents are not DER";
 }
 
 }  // namespace tool

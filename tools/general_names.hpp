@@ -2,9 +2,8 @@
 //   "kind"      "dNSName", ..., or "unreadable"
 //   "text"      what a person reads, escaped; left out when there is no text
 //   "octets"    in hex: the characters of an rfc822Name, dNSName or uniformResourceIdentifier, the octets of an
-//   iPAddress,
-//               the complete encoding that an otherName, x400Address or directoryName holds, the complete member when
-//               it is unreadable
+//               iPAddress, the complete encoding that an otherName, x400Address or directoryName holds, the complete
+//               member when it is unreadable
 //   "type"      of an otherName: the identifier
 //   "typeName"  of an otherName and a registeredID: the name of the identifier, when it has one
 //   "nameAssigner", "partyName"   of an ediPartyName, each with "text" and "octets"
@@ -12,7 +11,6 @@
 //   "error"     why the member is unreadable
 #pragma once
 
-#include <string>
 #include <vector>
 
 #include "ketra.hpp"
@@ -21,10 +19,8 @@
 namespace tool {
 
 Json nameJson(const ketra::GeneralName &name);
-// Clears `allRead` when a member is unreadable.
+// These clear `allRead` when a name is unreadable.
+Json nameJson(const ketra::NameOrError &name, bool &allRead);
 Json namesJson(const std::vector<ketra::NameOrError> &names, bool &allRead);
-
-// Why valid GeneralNames come back as `written`, when their lengths are DER.
-std::string namesReason(ketra::View value, ketra::View written);
 
 }  // namespace tool

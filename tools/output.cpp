@@ -24,13 +24,13 @@ std::string joined(const Json &list) {
 void printNamed(std::ostream &out, const std::string &label, const Json &named, const std::string &indent) {
   const bool hasText = named.contains("text");
   out << indent << label << (hasText ? ": " + scalar(named["text"]) : "") << "\n";
-  const std::string deeper = indent + "  ";
+  const std::string deeper(indent.size() + 2, ' ');
   for (const auto &[key, value] : named.items()) {
     if (key == "error") {
       printProblem(out, value, deeper);
     } else if (value.is_object()) {
       printNamed(out, key, value, deeper);
-    } else if (key == "remark" || (key == "octets" && !hasText)) {
+    } else if (key == "remark" || key == "minimum" || key == "maximum" || (key == "octets" && !hasText)) {
       out << deeper << key << ": " << scalar(value) << "\n";
     }
   }
@@ -49,22 +49,21 @@ void printFields(std::ostream &out, const Json &fields, const std::string &inden
   if (indent.ends_with("- ")) begin.replace(begin.size() - 2, 2, "  ");
   const std::string deeper = begin + "  ";
   std::string lead = indent;
+  if (fields.empty()) out << indent << "(empty)\n";
   for (const auto &[key, value] : fields.items()) {
-    out << lead << key << ":";
-    lead = begin;
-    if (isScalarList(value)) {
-      out << " " << joined(value) << "\n";
+    if (value.is_object()) {
+      printNamed(out, key, value, lead);
+    } else if (isScalarList(value)) {
+      out << lead << key << ": " << joined(value) << "\n";
     } else if (value.is_array()) {
-      out << "\n";
+      out << lead << key << ":\n";
       for (const Json &member : value) {
         member.contains("kind") ? printName(out, member, deeper) : printFields(out, member, deeper + "- ");
       }
-    } else if (value.is_object()) {
-      out << "\n";
-      printFields(out, value, deeper);
     } else {
-      out << " " << scalar(value) << "\n";
+      out << lead << key << ": " << scalar(value) << "\n";
     }
+    lead = begin;
   }
 }
 

@@ -94,6 +94,8 @@ class Show : public Visitor {
         Fields fields = typed->fields(extensions);
         allGood_ = allGood_ && fields.allRead;
         item["value"] = std::move(fields.json);
+        const std::string loss = typed->loss != nullptr ? typed->loss(extension.value) : "";
+        if (!loss.empty()) item["value"]["remark"] = loss;
         return;
       } catch (const ketra::Error &error) {
         allGood_ = false;

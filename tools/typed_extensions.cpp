@@ -6,13 +6,16 @@
 #include <utility>
 #include <vector>
 
-#include "asn1_reader.hpp"
-#include "contracts/asn1_schema.hpp"
+#include "distribution_points.hpp"
 #include "escape.hpp"
 #include "general_names.hpp"
+#include "name_constraints.hpp"
+#include "reencoding.hpp"
 
 namespace tool {
 namespace {
+
+using tool::fields;  // of families with a file of their own
 
 template <class T>
 Json optional(const std::optional<T> &value) {
@@ -42,29 +45,10 @@ Fields fields(const ketra::TolerantSubjectAltName &value) { return fields(value.
 Fields fields(const ketra::TolerantIssuerAltName &value) { return fields(value.names); }
 Fields fields(const ketra::TolerantCertificateIssuer &value) { return fields(value.names); }
 
-// X.690 11.1
-std::string basicConstraintsReason(ketra::View, ketra::View) { return "a TRUE is not FF"; }
-
-// The interface carries nine bits; X.690 11.2 for the others.
-std::string keyUsageReason(ketra::View value, ketra::View written) {
-  using namespace ketra::schema;
-  static constexpr Row kRows[] = {Type("KeyUsage", BitString)};
-  static constexpr auto kRecords = compile(kRows);
-  constexpr std::ptrdiff_t kNamed = 9;
-  constexpr std::size_t kMost = 1 << 20;
-  const Asn1Reader reader(kRecords.data(), value);
-  const ketra::Octets bits = reader.bits("/", static_cast<uint32_t>(std::min(value.size() * 8, kMost)));
-  const auto beyond = std::find(bits.begin() + std::min(kNamed, std::ssize(bits)), bits.end(), 1);
-  if (beyond != bits.end()) return "bit " + std::to_string(beyond - bits.begin()) + " has no name";
-
-  constexpr std::ptrdiff_t kUnusedBits = 2;  // behind tag and length
-  const bool isShorter = value.size() != written.size() || value.begin()[kUnusedBits] != written.begin()[kUnusedBits];
-  return isShorter ? "trailing zero bits are written out" : "unused bits are set";
-}
-
 // Shown: the tolerant form, if there is one.
 template <class T, class Shown = T>
-TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr) {
+TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr,
+                   std::string (*loss)(ketra::View) = nullptr) {
   using Traits = ketra::ExtensionTraits<T>;
   const auto read = [](const ketra::Extensions &extensions) -> Writer {
     return [value = extensions.get<T>().value()](ketra::Extensions &to, bool critical) {
@@ -81,6 +65,7 @@ TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr) {
       .fields = [](const ketra::Extensions &extensions) { return fields(extensions.get<Shown>().value()); },
       .read = read,
       .reason = reason,
+      .loss = loss,
   };
 }
 
@@ -89,11 +74,15 @@ TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr) {
 const TypedExtension *findTyped(const ketra::ObjectIdentifier &objid) {
   static const TypedExtension kRows[] = {
       row<ketra::BasicConstraints>(basicConstraintsReason),
-      row<ketra::KeyUsage>(keyUsageReason),
+      row<ketra::KeyUsage>(keyUsageReason, keyUsageLoss),
       row<ketra::SubjectKeyId>(),
       row<ketra::SubjectAltName, ketra::TolerantSubjectAltName>(namesReason),
       row<ketra::IssuerAltName, ketra::TolerantIssuerAltName>(namesReason),
       row<ketra::CertificateIssuer, ketra::TolerantCertificateIssuer>(namesReason),
+      row<ketra::CrlDistributionPoints, ketra::TolerantCrlDistributionPoints>(pointsReason, pointsLoss),
+      row<ketra::IssuingDistributionPoint, ketra::TolerantIssuingDistributionPoint>(issuingPointReason,
+                                                                                    issuingPointLoss),
+      row<ketra::NameConstraints, ketra::TolerantNameConstraints>(nameConstraintsReason),
   };
   for (const TypedExtension &row : kRows) {
     if (std::ranges::equal(objid.arcs(), std::span(row.objid->arcs, row.objid->count))) return &row;

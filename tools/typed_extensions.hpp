@@ -4,19 +4,13 @@
 #include <functional>
 #include <string>
 
+#include "fields.hpp"
 #include "ketra.hpp"
-#include "problem.hpp"
 
 namespace tool {
 
 // Writes a value that was read from one Extensions object into another.
 using Writer = std::function<void(ketra::Extensions &, bool critical)>;
-
-// The fields of an extension as JSON, from which the text form is rendered too. Foreign text in it is escaped.
-struct Fields {
-  Json json;
-  bool allRead = true;  // false: a part is unreadable, which the JSON tells
-};
 
 struct TypedExtension {
   const Objid *objid;
@@ -24,6 +18,8 @@ struct TypedExtension {
   Writer (*read)(const ketra::Extensions &);
   // Why a valid value comes back as `written`, when neither lengths nor segments explain it. May be null.
   std::string (*reason)(ketra::View value, ketra::View written);
+  // What is set in a readable value that the fields do not tell; empty when nothing is. May be null.
+  std::string (*loss)(ketra::View value);
 };
 
 // Null when the identifier is not typed.

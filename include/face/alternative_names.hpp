@@ -11,6 +11,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "face/asn1.hpp"
 #include "face/base.hpp"
 #include "face/general_name.hpp"
 #include "face/general_names.hpp"
@@ -52,17 +53,14 @@ struct NameListTraits {
     if constexpr (kIsStrict) {
       uint32_t count = 0;
       if (const int32_t result = Calls::count(object, &count, err); result != 0) return result;
-      NameChain chain(count);
-      const X509GenNames c{chain.head()};
+      NameNodes nodes(count);
+      const X509GenNames c{nodes.chain(count)};
       if (const int32_t result = Calls::get(object, &c, err); result != 0) return result;
-      value.names = chain.names();
+      value.names = namesIn(c.genNames);
       return 0;
     } else {
-      const KetraExtension *extension = nullptr;
-      const int32_t result = KetraObjectSearchExtpByObjid(object, &objid(), &extension, err);
-      if (result != 0) return result;
-      if (extension == nullptr) fail(KetraError_ExtensionAbsent, "ketra::ExtensionTraits", "None extension");
-      value.names = readNames(view(extension->value));
+      const WorkValue list(AsnType_SequenceOfAny, storedValue(object, objid()));
+      value.names = readNames(list, list.get());
       return 0;
     }
   }
@@ -70,8 +68,8 @@ struct NameListTraits {
   template <class Set>
   static int32_t write(const List &value, Set &&set) {
     static_assert(kIsStrict, "a tolerant form is for reading only");
-    NameChain chain(value.names);
-    const X509GenNames c{chain.head()};
+    NameNodes nodes(value.names.size());
+    const X509GenNames c{nodes.chain(value.names)};
     return set(&c);
   }
 };

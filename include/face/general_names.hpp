@@ -1,11 +1,8 @@
 // Lists of GeneralName: from and to the chains of the C interface, and read member by member.
 #pragma once
 
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
-#include <limits>
 #include <map>
 #include <memory>
 #include <string>
@@ -13,6 +10,7 @@
 #include <variant>
 #include <vector>
 
+#include "face/asn1.hpp"
 #include "face/base.hpp"
 #include "face/general_name.hpp"
 
@@ -46,77 +44,57 @@ inline GeneralName nameIn(X509GenNameObject object) {
   return generalName(c);
 }
 
-// Nodes and objects as the C interface wants them; it owns both. Stays where it is.
-class NameChain {
+inline void setName(X509GenNameObject object, const GeneralName &name) {
+  const NameParameter parameter(name);
+  run([&](AsnErrorBlock *err) { return X509GenNameObjectSetName(object, parameter.get(), err); });
+}
+
+// Nodes and objects as the C interface wants them; it owns both. Stays where it is. One serves any number of lists,
+// whose chains are cut off it one after the other.
+class NameNodes {
  public:
-  // Objects without names, for a get to fill.
-  explicit NameChain(std::size_t count) : objects_(count), nodes_(count) {
+  // Objects without names.
+  explicit NameNodes(std::size_t count) : objects_(count), nodes_(count) {
     for (std::size_t i = 0; i < count; ++i) {
       objects_[i] = generalNameObject();
       nodes_[i] = {i + 1 < count ? &nodes_[i + 1] : nullptr, objects_[i].get()};
     }
   }
-  explicit NameChain(const std::vector<GeneralName> &names) : NameChain(names.size()) {
-    for (std::size_t i = 0; i < names.size(); ++i) {
-      const NameParameter parameter(names[i]);
-      run([&](AsnErrorBlock *err) { return X509GenNameObjectSetName(nodes_[i].genName, parameter.get(), err); });
-    }
+  NameNodes(const NameNodes &) = delete;
+  NameNodes &operator=(const NameNodes &) = delete;
+
+  // A chain of `count` nodes for a get to fill. Null when that is 0.
+  X509GenNameChain *chain(std::size_t count) {
+    if (count == 0) return nullptr;
+    X509GenNameChain *const head = &nodes_[used_];
+    used_ += count;
+    nodes_[used_ - 1].next = nullptr;
+    return head;
   }
-  NameChain(const NameChain &) = delete;
-  NameChain &operator=(const NameChain &) = delete;
-
-  // Null when there is no node.
-  X509GenNameChain *head() { return nodes_.empty() ? nullptr : nodes_.data(); }
-
-  std::vector<GeneralName> names() const {
-    std::vector<GeneralName> names;
-    names.reserve(nodes_.size());
-    for (const X509GenNameChain &node : nodes_) names.push_back(nameIn(node.genName));
-    return names;
+  // A chain that holds these names.
+  X509GenNameChain *chain(const std::vector<GeneralName> &names) {
+    X509GenNameChain *const head = chain(names.size());
+    const X509GenNameChain *node = head;
+    for (const GeneralName &name : names) {
+      setName(node->genName, name);
+      node = node->next;
+    }
+    return head;
   }
 
  private:
   std::vector<GeneralNameObject> objects_;
   std::vector<X509GenNameChain> nodes_;
+  std::size_t used_ = 0;
 };
 
-// A list of any members, opened for reading.
-class ListReader {
- public:
-  explicit ListReader(View encoding) {
-    const AsnEncodedData data = encoded(encoding);
-    AsnObject object = nullptr;
-    run([&](AsnErrorBlock *err) { return AsnObjectCreate(&object, err); });
-    object_.reset(object);
-    run([&](AsnErrorBlock *err) { return AsnOpenFromMem(object, AsnType_SequenceOfAny, &data, &list_, err); });
-    run([&](AsnErrorBlock *err) { return AsnDecode(object, list_, 0, nullptr, err); });
-    run([&](AsnErrorBlock *err) { return AsnCalCountOfSequence(object, list_, "/", &count_, err); });
-  }
-
-  uint32_t size() const { return count_; }
-  // The complete encoding of a member, by its number from 1; a view into what was opened. Visiting one after the other
-  // takes constant time each.
-  View member(uint32_t number) const {
-    char path[std::numeric_limits<uint32_t>::digits10 + 2] = {};
-    std::to_chars(std::begin(path), std::end(path), number);
-    const uint8_t *octets = nullptr;
-    uint32_t length = 0;
-    run([&](AsnErrorBlock *err) { return AsnCalAddressOfValFld(object_.get(), list_, path, &octets, &length, err); });
-    return {octets, length};
-  }
-
- private:
-  struct Destroy {
-    void operator()(AsnObject object) const { AsnObjectDestroy(object, nullptr); }
-  };
-  std::unique_ptr<AsnObjectRecord, Destroy> object_;
-  AsnValue list_ = nullptr;
-  uint32_t count_ = 0;
-};
-
-inline bool isOutOfMemory(const Error &error) {
-  return error.code() == AsnError_OutOfMemory || error.code() == AsnMemError_OutOfMemory ||
-         error.code() == X509NameError_OutOfMemory;
+inline std::vector<GeneralName> namesIn(const X509GenNameChain *chain) {
+  std::size_t count = 0;
+  for (const X509GenNameChain *node = chain; node != nullptr; node = node->next) ++count;
+  std::vector<GeneralName> names;
+  names.reserve(count);
+  for (; chain != nullptr; chain = chain->next) names.push_back(nameIn(chain->genName));
+  return names;
 }
 
 // One GeneralName (BER). Each has an object of its own, because an object keeps what it held before.
@@ -127,20 +105,20 @@ inline NameOrError readName(View encoding) {
     run([&](AsnErrorBlock *err) { return X509GenNameObjectSetPduBER(object.get(), &data, err); });
     return nameIn(object.get());
   } catch (const Error &error) {
-    if (isOutOfMemory(error)) throw;
+    if (isOutOfMemory(error.code())) throw;
     return UnreadableName{encoding.copy(), error};
   }
 }
 
-// The members of a GeneralNames SEQUENCE (BER), each by itself. Members that fail alike share one Error: in a list of a
-// million bad ones it would cost far more than they do.
-inline std::vector<NameOrError> readNames(View encoding) {
-  const ListReader list(encoding);
+// The members of a list of open types, each by itself. Members that fail alike share one Error: in a list of a million
+// bad ones it would cost far more than they do.
+inline std::vector<NameOrError> readNames(const WorkValue &value, AsnValue list) {
+  const uint32_t count = value.count(list);
   std::map<std::string, Error> errors;
   std::vector<NameOrError> names;
-  names.reserve(list.size());
-  for (uint32_t number = 1; number <= list.size(); ++number) {
-    names.push_back(readName(list.member(number)));
+  names.reserve(count);
+  for (uint32_t i = 1; i <= count; ++i) {
+    names.push_back(readName(value.octets(list, MemberPath(i).get())));
     if (auto *bad = std::get_if<UnreadableName>(&names.back())) {
       bad->error = errors.emplace(bad->error.what(), bad->error).first->second;
     }

@@ -1,35 +1,18 @@
 // Names in the C++ face, as a C++17 program uses them.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <new>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "ketra.hpp"
+#include "refused_allocations.h"
 #include "support/octets.h"
 
 namespace {
 
-// Requests of the C++ side until one is refused; -1: none is.
-int allocationsLeft = -1;
-
-}  // namespace
-
-// Not inlined: g++ would take the pairs for mismatched.
-[[gnu::noinline]] void *operator new(std::size_t size) {
-  if (allocationsLeft == 0) throw std::bad_alloc();
-  if (allocationsLeft > 0) --allocationsLeft;
-  void *memory = std::malloc(size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-[[gnu::noinline]] void operator delete(void *memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void *memory, std::size_t) noexcept { std::free(memory); }
-
-namespace {
-
+using ketra::test::allocationsLeft;
 using ketra::test::fromHex;
 using ketra::test::golden;
 using ketra::test::toHex;

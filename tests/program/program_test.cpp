@@ -81,7 +81,7 @@ TEST(Check, ReEncoded) {
       {"ca.pem", kBasicConstraints, "0603551d130101ff040830830000030101ff", "lengths are not DER"},
       {"ca.pem", kBasicConstraints, "0603551d13010100040830060101ff020101", "critical FALSE is written out"},
       {"ca.pem", kSubjectKeyId, "0603551d0e0416241404120102030405060708090a0b0c0d0e0f101112", "in segments"},
-      {"end-entity.pem", "0303078880", "03030688c0", "bit 9 has no name"},
+      {"end-entity.pem", "0303078880", "03030688c0", "bit 9 is not carried"},
       {"end-entity.pem", "0303078880", "0303058880", "trailing zero bits"},
       {"end-entity.pem", "0303078880", "0303078881", "unused bits are set"},
   };

@@ -1,0 +1,199 @@
+// CRLDistributionPoints (RFC 5280 4.2.1.13), in a strict form, which can be set, and a tolerant one, which can only be
+// read and has an UnreadableName in the place of each bad name.
+//
+//   ketra::DistributionPoint point;
+//   point.distributionPoint = ketra::FullName{{ketra::uri("http://ca.example/ca.crl")}};
+//   extensions.set(ketra::CrlDistributionPoints{{point}}, /*critical=*/false);
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "face/asn1.hpp"
+#include "face/base.hpp"
+#include "face/distribution_point_name.hpp"
+#include "face/general_names.hpp"
+#include "face/point_nodes.hpp"
+
+namespace ketra {
+
+template <class N>
+struct BasicDistributionPoint {
+  std::optional<BasicDistributionPointName<N>> distributionPoint;
+  std::optional<Reasons> reasons;
+  std::optional<std::vector<N>> cRLIssuer;
+
+  friend bool operator==(const BasicDistributionPoint &a, const BasicDistributionPoint &b) {
+    return a.distributionPoint == b.distributionPoint && a.reasons == b.reasons && a.cRLIssuer == b.cRLIssuer;
+  }
+  friend bool operator!=(const BasicDistributionPoint &a, const BasicDistributionPoint &b) { return !(a == b); }
+};
+using DistributionPoint = BasicDistributionPoint<GeneralName>;
+// A member of the list that is no point has a fullName of one UnreadableName, which holds the whole member.
+using TolerantDistributionPoint = BasicDistributionPoint<NameOrError>;
+
+template <class N>
+struct BasicCrlDistributionPoints {
+  std::vector<BasicDistributionPoint<N>> points;
+
+  friend bool operator==(const BasicCrlDistributionPoints &a, const BasicCrlDistributionPoints &b) {
+    return a.points == b.points;
+  }
+  friend bool operator!=(const BasicCrlDistributionPoints &a, const BasicCrlDistributionPoints &b) { return !(a == b); }
+};
+using CrlDistributionPoints = BasicCrlDistributionPoints<GeneralName>;
+using TolerantCrlDistributionPoints = BasicCrlDistributionPoints<NameOrError>;
+
+namespace detail {
+
+// What one point needs of nodes.
+struct PointShape {
+  int32_t choice = 0;
+  uint32_t count = 0;
+  uint32_t issuers = 0;
+};
+
+// Of every point. The count operations of the C interface decode the whole extension for each point, which would take
+// the square of the time; this decodes it once. Empty when it cannot be decoded: why, the get tells.
+inline std::vector<PointShape> pointShapes(KetraObject object) try {
+  const WorkValue list(asn1::kPoints, storedValue(object, X509Objid_CRLDistributionPoints));
+  std::vector<PointShape> shapes(list.count(list.get()));
+  uint32_t number = 0;
+  for (PointShape &shape : shapes) {
+    AsnValue point = list.element(list.get(), MemberPath(++number).get());
+    run([&](AsnErrorBlock *err) {
+      return X509MUtilCalDistributionPointName(list.object(), point, "distributionPoint", &shape.choice, &shape.count,
+                                               err);
+    });
+    AsnValue issuer = list.element(point, "cRLIssuer");
+    if (issuer != nullptr) shape.issuers = list.count(issuer);
+  }
+  return shapes;
+} catch (const Error &error) {
+  if (isOutOfMemory(error.code())) throw;
+  return {};
+}
+
+// The points as the C interface wants them.
+class PointChain {
+ public:
+  // For a get to fill, which leaves memory in the pool of `object`; given back with the chain.
+  PointChain(KetraObject object, const std::vector<PointShape> &shapes)
+      : object_(object), nodes_(countsOf(shapes)), points_(shapes.size()) {
+    for (std::size_t i = 0; i < shapes.size(); ++i) {
+      points_[i].distributionPoint = nodes_.name(shapes[i].choice, shapes[i].count);
+      points_[i].cRLIssuer.genNames = nodes_.names.chain(shapes[i].issuers);
+    }
+    link();
+  }
+  explicit PointChain(const std::vector<DistributionPoint> &points)
+      : nodes_(countsOf(points)), points_(points.size()), reasons_(points.size()) {
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      points_[i].distributionPoint = nodes_.name(points[i].distributionPoint);
+      points_[i].reasons = reasonBits(points[i].reasons, &reasons_[i]);
+      if (points[i].cRLIssuer) points_[i].cRLIssuer = {nodes_.names.chain(*points[i].cRLIssuer), 1};
+    }
+    link();
+  }
+  PointChain(const PointChain &) = delete;
+  PointChain &operator=(const PointChain &) = delete;
+  ~PointChain() {
+    if (object_ == nullptr) return;
+    for (const KetraDistributionPoint &point : points_) giveBack(object_, point.distributionPoint, point.reasons);
+  }
+
+  KetraDistributionPoint *head() { return points_.empty() ? nullptr : points_.data(); }
+
+  std::vector<DistributionPoint> points() const {
+    std::vector<DistributionPoint> points(points_.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      points[i].distributionPoint = pointNameIn(points_[i].distributionPoint);
+      points[i].reasons = reasonsIn(points_[i].reasons);
+      if (points_[i].cRLIssuer.option == 1) points[i].cRLIssuer = namesIn(points_[i].cRLIssuer.genNames);
+    }
+    return points;
+  }
+
+ private:
+  static NodeCounts countsOf(const std::vector<PointShape> &shapes) {
+    NodeCounts counts;
+    for (const PointShape &shape : shapes) {
+      counts.add(shape.choice, shape.count);
+      counts.names += shape.issuers;
+    }
+    return counts;
+  }
+  static NodeCounts countsOf(const std::vector<DistributionPoint> &points) {
+    NodeCounts counts;
+    for (const DistributionPoint &point : points) {
+      counts.add(point.distributionPoint);
+      if (point.cRLIssuer) counts.names += point.cRLIssuer->size();
+    }
+    return counts;
+  }
+  void link() {
+    for (std::size_t i = 1; i < points_.size(); ++i) points_[i - 1].next = &points_[i];
+  }
+
+  KetraObject object_ = nullptr;
+  PointNodes nodes_;
+  std::vector<KetraDistributionPoint> points_;
+  std::vector<uint8_t> reasons_;  // an octet for each
+};
+
+// A member of the list by itself.
+inline TolerantDistributionPoint readPoint(View encoding) try {
+  const WorkValue point(asn1::kPoint, encoding);
+  TolerantDistributionPoint read;
+  read.distributionPoint = readPointName(point, point.get());
+  read.reasons = readReasons(point, point.get(), "reasons");
+  AsnValue issuer = point.element(point.get(), "cRLIssuer");
+  if (issuer != nullptr) read.cRLIssuer = readNames(point, issuer);
+  return read;
+} catch (const Error &error) {
+  if (isOutOfMemory(error.code())) throw;
+  TolerantDistributionPoint unreadable;
+  unreadable.distributionPoint = TolerantFullName{{UnreadableName{encoding.copy(), error}}};
+  return unreadable;
+}
+
+}  // namespace detail
+
+template <class N>
+struct ExtensionTraits<BasicCrlDistributionPoints<N>> {
+  using Points = BasicCrlDistributionPoints<N>;
+  static constexpr bool kIsStrict = std::is_same_v<N, GeneralName>;
+  static constexpr bool kCallerSetsCritical = true;
+
+  static const Objid &objid() { return X509Objid_CRLDistributionPoints; }
+
+  static int32_t set(KetraObject object, int32_t critical, const Points &value, AsnErrorBlock *err) {
+    static_assert(kIsStrict, "a tolerant form is for reading only");
+    detail::PointChain chain(value.points);
+    return KetraObjectSsetCRLDistributionPoints(object, critical, chain.head(), err);
+  }
+
+  static int32_t get(KetraObject object, Points &value, AsnErrorBlock *err) {
+    if constexpr (kIsStrict) {
+      detail::PointChain chain(object, detail::pointShapes(object));
+      if (const int32_t result = KetraObjectSgetCRLDistributionPoints(object, chain.head(), err); result != 0) {
+        return result;
+      }
+      value.points = chain.points();
+    } else {
+      const detail::WorkValue list(AsnType_SequenceOfAny, detail::storedValue(object, objid()));
+      const uint32_t count = list.count(list.get());
+      value.points.reserve(count);
+      for (uint32_t i = 1; i <= count; ++i) {
+        value.points.push_back(detail::readPoint(list.octets(list.get(), detail::MemberPath(i).get())));
+      }
+    }
+    return 0;
+  }
+};
+
+}  // namespace ketra

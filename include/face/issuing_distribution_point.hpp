@@ -1,0 +1,116 @@
+// IssuingDistributionPoint (RFC 5280 5.2.5), in a strict form, which can be set, and a tolerant one, which can only be
+// read and has an UnreadableName in the place of each bad name.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <type_traits>
+
+#include "face/asn1.hpp"
+#include "face/base.hpp"
+#include "face/distribution_point_name.hpp"
+#include "face/general_names.hpp"
+#include "face/point_nodes.hpp"
+
+namespace ketra {
+
+// Of a CRL. Always critical.
+template <class N>
+struct BasicIssuingDistributionPoint {
+  std::optional<BasicDistributionPointName<N>> distributionPoint;
+  std::optional<bool> onlyContainsUserCerts;
+  std::optional<bool> onlyContainsCACerts;
+  std::optional<Reasons> onlySomeReasons;
+  std::optional<bool> indirectCRL;
+
+  friend bool operator==(const BasicIssuingDistributionPoint &a, const BasicIssuingDistributionPoint &b) {
+    return a.distributionPoint == b.distributionPoint && a.onlyContainsUserCerts == b.onlyContainsUserCerts &&
+           a.onlyContainsCACerts == b.onlyContainsCACerts && a.onlySomeReasons == b.onlySomeReasons &&
+           a.indirectCRL == b.indirectCRL;
+  }
+  friend bool operator!=(const BasicIssuingDistributionPoint &a, const BasicIssuingDistributionPoint &b) {
+    return !(a == b);
+  }
+};
+using IssuingDistributionPoint = BasicIssuingDistributionPoint<GeneralName>;
+using TolerantIssuingDistributionPoint = BasicIssuingDistributionPoint<NameOrError>;
+
+namespace detail {
+
+// What a get fills. The memory that it leaves in the pool of `object` is given back with this.
+class IssuingPoint {
+ public:
+  KetraIssuingDistributionPoint c{};
+
+  IssuingPoint(KetraObject object, int32_t choice, uint32_t count) : object_(object), nodes_(countsOf(choice, count)) {
+    c.distributionPoint = nodes_.name(choice, count);
+  }
+  IssuingPoint(const IssuingPoint &) = delete;
+  IssuingPoint &operator=(const IssuingPoint &) = delete;
+  ~IssuingPoint() { giveBack(object_, c.distributionPoint, c.onlySomeReasons); }
+
+ private:
+  static NodeCounts countsOf(int32_t choice, uint32_t count) {
+    NodeCounts counts;
+    counts.add(choice, count);
+    return counts;
+  }
+
+  KetraObject object_;
+  PointNodes nodes_;
+};
+
+inline std::optional<bool> readBoolean(const WorkValue &value, const char *path) {
+  AsnBoolOpt c{};
+  run([&](AsnErrorBlock *err) { return AsnGetOptBoolBER(value.object(), value.get(), path, &c, err); });
+  return optional(c);
+}
+
+}  // namespace detail
+
+template <class N>
+struct ExtensionTraits<BasicIssuingDistributionPoint<N>> {
+  using Point = BasicIssuingDistributionPoint<N>;
+  static constexpr bool kIsStrict = std::is_same_v<N, GeneralName>;
+  static constexpr bool kCallerSetsCritical = false;
+
+  static const Objid &objid() { return X509Objid_IssuingDistributionPoint; }
+
+  static int32_t set(KetraObject object, const Point &value, AsnErrorBlock *err) {
+    static_assert(kIsStrict, "a tolerant form is for reading only");
+    detail::NodeCounts counts;
+    counts.add(value.distributionPoint);
+    detail::PointNodes nodes(counts);
+    uint8_t reasons = 0;
+    const KetraIssuingDistributionPoint c{
+        nodes.name(value.distributionPoint), detail::optional(value.onlyContainsUserCerts),
+        detail::optional(value.onlyContainsCACerts), detail::reasonBits(value.onlySomeReasons, &reasons),
+        detail::optional(value.indirectCRL)};
+    return KetraObjectSsetIssuingDistributionPoint(object, &c, err);
+  }
+
+  static int32_t get(KetraObject object, Point &value, AsnErrorBlock *err) {
+    if constexpr (kIsStrict) {
+      int32_t choice = 0;
+      uint32_t count = 0;
+      const int32_t counted =
+          KetraObjectSgetIssuingDistributionPointCalDistributionPointName(object, &choice, &count, err);
+      if (!detail::canGet(counted, err)) return counted;
+      detail::IssuingPoint point(object, choice, count);
+      if (const int32_t result = KetraObjectSgetIssuingDistributionPoint(object, &point.c, err); result != 0) {
+        return result;
+      }
+      value = {detail::pointNameIn(point.c.distributionPoint), detail::optional(point.c.onlyContainsUserCerts),
+               detail::optional(point.c.onlyContainsCACerts), detail::reasonsIn(point.c.onlySomeReasons),
+               detail::optional(point.c.indirectCRL)};
+    } else {
+      const detail::WorkValue point(detail::asn1::kIssuingPoint, detail::storedValue(object, objid()));
+      value = {detail::readPointName(point, point.get()), detail::readBoolean(point, "onlyContainsUserCerts"),
+               detail::readBoolean(point, "onlyContainsCACerts"),
+               detail::readReasons(point, point.get(), "onlySomeReasons"), detail::readBoolean(point, "indirectCRL")};
+    }
+    return 0;
+  }
+};
+
+}  // namespace ketra

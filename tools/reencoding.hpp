@@ -1,0 +1,23 @@
+// What becomes of values on their way through the library.
+#pragma once
+
+#include <string>
+
+#include "ketra.hpp"
+
+namespace tool {
+
+// Why a valid value of an extension comes back as `written`, when its lengths are DER.
+std::string basicConstraintsReason(ketra::View value, ketra::View written);
+std::string keyUsageReason(ketra::View value, ketra::View written);
+std::string namesReason(ketra::View value, ketra::View written);
+std::string pointsReason(ketra::View value, ketra::View written);
+std::string issuingPointReason(ketra::View value, ketra::View written);
+std::string nameConstraintsReason(ketra::View value, ketra::View written);
+
+// What is set in a value that was read and does not come with it; empty when nothing is.
+std::string keyUsageLoss(ketra::View value);
+std::string pointsLoss(ketra::View value);
+std::string issuingPointLoss(ketra::View value);
+
+}  // namespace tool
