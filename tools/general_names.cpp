@@ -94,9 +94,9 @@ Json namesJson(const std::vector<ketra::NameOrError> &names, bool &allRead) {
   uint32_t badMembers = 0;
   Json list = Json::array();
   for (const ketra::NameOrError &name : names) {
-    Json json = nameJson(name, allRead);
-    if (json.contains("error") && ++badMembers > kExplained) json.erase("error");
-    list.push_back(std::move(json));
+    list.push_back(nameJson(name, allRead));
+    const bool isBad = std::holds_alternative<ketra::UnreadableName>(name);
+    if (isBad && ++badMembers > kExplained) list.back().erase("error");
   }
   return list;
 }
