@@ -68,10 +68,10 @@ inline void readAuthorityKeyId(View encoding, TolerantAuthorityKeyId &value) {
   if (read.element(read.get(), "keyIdentifier") != nullptr) {
     value.keyIdentifier = readString(read, read.get(), "keyIdentifier");
   }
-  if (AsnValue const issuer = read.element(read.get(), "authorityCertIssuer")) {
+  if (AsnValue issuer = read.element(read.get(), "authorityCertIssuer")) {
     value.authorityCertIssuer = readNames(read, issuer);
   }
-  if (AsnValue const serial = read.element(read.get(), "authorityCertSerialNumber")) {
+  if (AsnValue serial = read.element(read.get(), "authorityCertSerialNumber")) {
     value.authorityCertSerialNumber = Integer::ofContent(read.octets(serial, "/"));
   }
 }

@@ -60,15 +60,15 @@ inline Octets encodeNotice(const UserNotice &notice) {
 inline UserNotice readNotice(View encoding) {
   const WorkValue value(asn1::kUserNotice, encoding);
   UserNotice notice;
-  if (AsnValue const reference = value.element(value.get(), "noticeRef")) {
+  if (AsnValue reference = value.element(value.get(), "noticeRef")) {
     notice.noticeRef.emplace().organization = readText(value, value.element(reference, "organization"));
-    AsnValue const numbers = value.element(reference, "noticeNumbers");
+    AsnValue numbers = value.element(reference, "noticeNumbers");
     const uint32_t count = value.count(numbers);
     for (uint32_t i = 1; i <= count; ++i) {
       notice.noticeRef->noticeNumbers.push_back(Integer::ofContent(value.octets(numbers, MemberPath(i).get())));
     }
   }
-  if (AsnValue const text = value.element(value.get(), "explicitText")) notice.explicitText = readText(value, text);
+  if (AsnValue text = value.element(value.get(), "explicitText")) notice.explicitText = readText(value, text);
   return notice;
 }
 
