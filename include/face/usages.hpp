@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "face/asn1.hpp"
 #include "face/base.hpp"
 #include "face/chain.hpp"
 #include "face/time.hpp"
