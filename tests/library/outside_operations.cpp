@@ -121,14 +121,18 @@ constexpr char kPoint[] = "distributionPoint";
 constexpr char kPermitted[] = "permittedSubtrees";
 
 // A row: the operation, its arguments before the error block, and what Operation holds besides.
-#define STEP(function, ...) [](Stage &s, AsnErrorBlock *err) -> int32_t { return function(__VA_ARGS__, err); }
+#define STEP(function, ...) \
+  []([[maybe_unused]] Stage &s, AsnErrorBlock *err) -> int32_t { return function(__VA_ARGS__, err); }
 #define UTILITY(function, ...)                 \
   {                                            \
 #function, { STEP(function, __VA_ARGS__) } \
   }
-#define EXTENSION(function, extension, type, ...)                                          \
-  {                                                                                        \
-#function, { STEP(function, s.extensions, __VA_ARGS__), &X509Objid_##extension, type } \
+#define EXTENSION(function, extension, type, ...)                                                        \
+  {                                                                                                      \
+#function, {                                                                                         \
+      .run = STEP(function, s.extensions, __VA_ARGS__), .objid = &X509Objid_##extension, .opened = type, \
+      .withoutObject = STEP(function, nullptr, __VA_ARGS__)                                              \
+    }                                                                                                    \
   }
 #define CRITICAL(extension) EXTENSION(KetraObjectSget##extension##Critical, extension, "", &s.integer)
 

@@ -59,6 +59,7 @@ struct Stage {
   const Decoded &point() const { return input == "fullName" ? fullName : relativeName; }
   X509DistributionPointName sampleName;
   X509DistributionPointNameOpt preparedName;
+  bool holdsOldNameOrNone() { return *object.handle() == nullptr || object.der() == held || object.der() == "empty"; }
   bool isFirst() const { return input.starts_with("first-"); }
 
   // Values to set, and places for results.
@@ -87,6 +88,7 @@ struct Operation {
   const Objid *objid = nullptr;  // of the extension that it reads or writes
   std::string opened = "";       // as that type
   Step prepare = [](Stage &, AsnErrorBlock *) { return 0; };
+  Step withoutObject = nullptr;  // the same for a null Extensions object
 };
 
 // By the names of the operations.
