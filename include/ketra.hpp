@@ -15,13 +15,24 @@
 #include <optional>
 
 #include "face/alternative_names.hpp"
+#include "face/authority_key_id.hpp"
 #include "face/base.hpp"
+#include "face/certificate_policies.hpp"
+#include "face/character_string.hpp"
+#include "face/crl_entries.hpp"
+#include "face/crl_numbers.hpp"
+#include "face/directory_attributes.hpp"
 #include "face/distribution_points.hpp"
 #include "face/general_name.hpp"
+#include "face/integer.hpp"
 #include "face/issuing_distribution_point.hpp"
 #include "face/key_and_constraints.hpp"
 #include "face/name.hpp"
 #include "face/name_constraints.hpp"
+#include "face/policy_qualifier.hpp"
+#include "face/policy_rules.hpp"
+#include "face/time.hpp"
+#include "face/usages.hpp"
 
 namespace ketra {
 

@@ -5,8 +5,6 @@
 #include <string_view>
 #include <variant>
 
-#include "asn1_reader.hpp"
-#include "contracts/asn1_schema.hpp"
 #include "escape.hpp"
 #include "identifier_names.hpp"
 
@@ -25,36 +23,6 @@ void addText(Json &json, const Read &read, std::string_view remark) {
   }
 }
 
-// clang-format off
-constexpr ketra::schema::Row kStringRows[] = {
-    ketra::schema::Choice("String"),
-        ketra::schema::Component("teletexString", ketra::schema::Octets(0x14)),
-        ketra::schema::Component("printableString", ketra::schema::Octets(0x13)),
-        ketra::schema::Component("bmpString", ketra::schema::Octets(0x1E)),
-        ketra::schema::Component("universalString", ketra::schema::Octets(0x1C)),
-        ketra::schema::Component("utf8String", ketra::schema::Octets(0x0C)),
-        ketra::schema::Component("numericString", ketra::schema::Octets(0x12)),
-        ketra::schema::Component("ia5String", ketra::schema::Octets(0x16)),
-        ketra::schema::Component("visibleString", ketra::schema::Octets(0x1A)),
-};
-// clang-format on
-constexpr auto kStringRecords = ketra::schema::compile(kStringRows);
-
-// The characters of an encoding of one character string; nothing when it is something else.
-std::optional<std::string> stringText(ketra::View encoding) try {
-  const Asn1Reader reader(kStringRecords.data(), encoding);
-  for (std::size_t i = 1; i < kStringRecords.size(); ++i) {
-    const std::optional<ketra::Octets> octets = reader.string(kStringRecords[i].name);
-    if (!octets) continue;
-    const auto choice = static_cast<uint32_t>(i);
-    const bool isWide = choice == X509DirStr_BmpString || choice == X509DirStr_UniversalString;
-    return isWide ? ketra::DirectoryString{choice, *octets}.text() : std::string(octets->begin(), octets->end());
-  }
-  return std::nullopt;
-} catch (const ketra::Error &) {
-  return std::nullopt;
-}
-
 Json directoryString(const ketra::DirectoryString &string) {
   Json json = Json::object();
   addText(
@@ -69,7 +37,7 @@ struct ToJson {
     json["type"] = name.type.text();
     if (const char *known = identifierName(name.type); known != nullptr) json["typeName"] = known;
     if (!name.value) return json;
-    if (const std::optional<std::string> text = stringText(*name.value)) json["text"] = escape(*text);
+    if (const std::optional<std::string> text = ketra::stringText(*name.value)) json["text"] = escape(*text);
     json["octets"] = hex(*name.value);
     return json;
   }

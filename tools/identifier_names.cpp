@@ -65,6 +65,61 @@ constexpr Name kNames[] = {
     {"1.3.6.1.5.2.2", "KRB5PrincipalName"},
     {"2.16.840.1.101.3.6.6", "FASC-N"},
     {"1.3.6.1.4.1.311.20.2.3", "userPrincipalName"},
+    // Key purposes, RFC 5280 and later
+    {"2.5.29.37.0", "anyExtendedKeyUsage"},
+    {"1.3.6.1.5.5.7.3.1", "serverAuth"},
+    {"1.3.6.1.5.5.7.3.2", "clientAuth"},
+    {"1.3.6.1.5.5.7.3.3", "codeSigning"},
+    {"1.3.6.1.5.5.7.3.4", "emailProtection"},
+    {"1.3.6.1.5.5.7.3.5", "ipsecEndSystem"},
+    {"1.3.6.1.5.5.7.3.6", "ipsecTunnel"},
+    {"1.3.6.1.5.5.7.3.7", "ipsecUser"},
+    {"1.3.6.1.5.5.7.3.8", "timeStamping"},
+    {"1.3.6.1.5.5.7.3.9", "OCSPSigning"},
+    {"1.3.6.1.5.5.7.3.17", "ipsecIKE"},
+    {"1.3.6.1.5.5.7.3.21", "secureShellClient"},
+    {"1.3.6.1.5.5.7.3.22", "secureShellServer"},
+    {"1.3.6.1.5.5.7.3.27", "cmcCA"},
+    {"1.3.6.1.5.5.7.3.28", "cmcRA"},
+    {"1.3.6.1.5.5.7.3.36", "documentSigning"},
+    {"1.3.6.1.5.2.3.4", "pkinitKPClientAuth"},
+    {"1.3.6.1.5.2.3.5", "pkinitKPKdc"},
+    {"1.3.6.1.4.1.311.10.3.3", "microsoftServerGatedCrypto"},
+    {"1.3.6.1.4.1.311.10.3.4", "microsoftEncryptedFileSystem"},
+    {"1.3.6.1.4.1.311.10.3.12", "microsoftDocumentSigning"},
+    {"1.3.6.1.4.1.311.20.2.2", "microsoftSmartcardLogon"},
+    {"2.16.840.1.113730.4.1", "netscapeServerGatedCrypto"},
+    {"2.23.133.8.1", "tcgEndorsementKeyCertificate"},
+    // Policies and their qualifiers, RFC 5280 and CA/Browser Forum
+    {"2.5.29.32.0", "anyPolicy"},
+    {"1.3.6.1.5.5.7.2.1", "cps"},
+    {"1.3.6.1.5.5.7.2.2", "userNotice"},
+    {"2.23.140.1.1", "extendedValidation"},
+    {"2.23.140.1.2.1", "domainValidated"},
+    {"2.23.140.1.2.2", "organizationValidated"},
+    {"2.23.140.1.2.3", "individualValidated"},
+    // Hold instructions, RFC 3280
+    {"1.2.840.10040.2.1", "none"},
+    {"1.2.840.10040.2.2", "callIssuer"},
+    {"1.2.840.10040.2.3", "reject"},
+    // Attributes of a subject, RFC 3739, X.520, RFC 5755, TCG
+    {"1.3.6.1.5.5.7.9.1", "dateOfBirth"},
+    {"1.3.6.1.5.5.7.9.2", "placeOfBirth"},
+    {"1.3.6.1.5.5.7.9.3", "gender"},
+    {"1.3.6.1.5.5.7.9.4", "countryOfCitizenship"},
+    {"1.3.6.1.5.5.7.9.5", "countryOfResidence"},
+    {"2.5.4.3", "commonName"},
+    {"2.5.4.5", "serialNumber"},
+    {"2.5.4.6", "countryName"},
+    {"2.5.4.9", "streetAddress"},
+    {"2.5.4.12", "title"},
+    {"2.5.4.16", "postalAddress"},
+    {"2.5.4.20", "telephoneNumber"},
+    {"2.5.4.52", "supportedAlgorithms"},
+    {"2.5.4.72", "role"},
+    {"2.5.1.5.55", "clearance"},
+    {"2.23.133.2.16", "tPMSpecification"},
+    {"2.23.133.2.18", "tPMSecurityAssertions"},
     // Of single makers
     {"2.16.840.1.113730.1.1", "netscapeCertType"},
     {"2.16.840.1.113730.1.13", "netscapeComment"},
@@ -84,6 +139,12 @@ const char *identifierName(const ketra::ObjectIdentifier &objid) {
     if (name.identifier == text) return name.name;
   }
   return nullptr;
+}
+
+Json identifierJson(const ketra::ObjectIdentifier &objid) {
+  Json json{{"identifier", objid.text()}};
+  if (const char *name = identifierName(objid); name != nullptr) json["name"] = name;
+  return json;
 }
 
 }  // namespace tool

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "ketra.hpp"
+#include "problem.hpp"
 
 namespace tool {
 
-// The well-known name of an identifier of an extension or of a type of otherName, or null.
+// The well-known name of an identifier, or null.
 const char *identifierName(const ketra::ObjectIdentifier &objid);
+// {"identifier", "name"}; the name is left out when there is none.
+Json identifierJson(const ketra::ObjectIdentifier &objid);
 
 }  // namespace tool

@@ -7,12 +7,18 @@ namespace {
 
 // ---- Text ---------------------------------------------------------------------------------------------------------
 
+// An identifier with its name counts as one.
+bool isScalar(const Json &value) { return !value.is_structured() || value.contains("identifier"); }
+
 std::string scalar(const Json &value) {
   if (value.is_null()) return "(absent)";
-  return value.is_string() ? value.get<std::string>() : value.dump();
+  if (value.is_string()) return value.get<std::string>();
+  if (!value.is_object()) return value.dump();
+  const auto identifier = value.at("identifier").get<std::string>();
+  return value.contains("name") ? value["name"].get<std::string>() + " (" + identifier + ")" : identifier;
 }
 
-bool isScalarList(const Json &value) { return value.is_array() && (value.empty() || !value.front().is_structured()); }
+bool isScalarList(const Json &value) { return value.is_array() && (value.empty() || isScalar(value.front())); }
 
 std::string joined(const Json &list) {
   std::string text;
@@ -30,6 +36,8 @@ void printNamed(std::ostream &out, const std::string &label, const Json &named, 
       printProblem(out, value, deeper);
     } else if (value.is_object()) {
       printNamed(out, key, value, deeper);
+    } else if (isScalarList(value)) {
+      out << deeper << key << ": " << joined(value) << "\n";
     } else if (key == "remark" || key == "minimum" || key == "maximum" || (key == "octets" && !hasText)) {
       out << deeper << key << ": " << scalar(value) << "\n";
     }
@@ -51,17 +59,17 @@ void printFields(std::ostream &out, const Json &fields, const std::string &inden
   std::string lead = indent;
   if (fields.empty()) out << indent << "(empty)\n";
   for (const auto &[key, value] : fields.items()) {
-    if (value.is_object()) {
+    if (isScalar(value)) {
+      out << lead << key << ": " << scalar(value) << "\n";
+    } else if (value.is_object()) {
       printNamed(out, key, value, lead);
     } else if (isScalarList(value)) {
       out << lead << key << ": " << joined(value) << "\n";
-    } else if (value.is_array()) {
+    } else {
       out << lead << key << ":\n";
       for (const Json &member : value) {
         member.contains("kind") ? printName(out, member, deeper) : printFields(out, member, deeper + "- ");
       }
-    } else {
-      out << lead << key << ": " << scalar(value) << "\n";
     }
     lead = begin;
   }
@@ -72,8 +80,7 @@ void printExtension(std::ostream &out, const Json &extension, const std::string 
   if (!extension.contains("identifier")) {
     out << "extension " << extension.at("number");
   } else {
-    const std::string identifier = scalar(extension["identifier"]);
-    out << (extension.contains("name") ? scalar(extension["name"]) + " (" + identifier + ")" : identifier);
+    out << scalar(extension);
   }
   if (extension.value("critical", false)) out << ", critical";
   if (extension.value("repeated", false)) out << ", REPEATED: this identifier occurs before in the same list";

@@ -19,6 +19,15 @@ constexpr Row kRows[] = {
     Type("KeyUsage", BitString),
     SequenceOf("Names"),
         Element(OpenType),
+    Sequence("AuthorityKeyId"),
+        Component("keyIdentifier", Context(0), OctetString, Optional),
+        Component("authorityCertIssuer", Context(1), "Names", Optional),
+        Component("authorityCertSerialNumber", Context(2), Integer, Optional),
+    SequenceOf("Policies"),
+        Element("Policy"),
+    Sequence("Policy"),
+        Component("policyIdentifier", ObjectIdentifier),
+        Component("policyQualifiers", "Names", Optional),
     SequenceOf("Points"),
         Element("Point"),
     Sequence("Point"),
@@ -50,6 +59,8 @@ constexpr Row kRows[] = {
 constexpr auto kRecords = compile(kRows);
 constexpr const AsnType *kKeyUsage = &kRecords[indexOf(kRows, "KeyUsage")];
 constexpr const AsnType *kNames = &kRecords[indexOf(kRows, "Names")];
+constexpr const AsnType *kAuthorityKeyId = &kRecords[indexOf(kRows, "AuthorityKeyId")];
+constexpr const AsnType *kPolicies = &kRecords[indexOf(kRows, "Policies")];
 constexpr const AsnType *kPoints = &kRecords[indexOf(kRows, "Points")];
 constexpr const AsnType *kPoint = &kRecords[indexOf(kRows, "Point")];
 constexpr const AsnType *kIssuingPoint = &kRecords[indexOf(kRows, "IssuingPoint")];
@@ -183,6 +194,33 @@ std::string nameConstraintsReason(ketra::View value, ketra::View written) {
     if (!reason.empty()) return labelled(list, reason);
   }
   return kOther;
+}
+
+std::string authorityKeyIdReason(ketra::View value, ketra::View written) {
+  const Both both(kAuthorityKeyId, value, written);
+  if (both.before.isInSegments("keyIdentifier")) return labelled("keyIdentifier", kSegments);
+  const std::string reason = labelled("authorityCertIssuer", listReason(both, "authorityCertIssuer"));
+  return reason.empty() ? kOther : reason;
+}
+
+// Qualifiers stay as they are.
+std::string policiesReason(ketra::View value, ketra::View written) {
+  const Both both(kPolicies, value, written);
+  const std::string reason = memberReason(both.before, "/", "policy", [&](const std::string &policy) {
+    const std::optional<ketra::View> list = both.before.octets(policy + "/policyQualifiers");
+    return std::string(list && list->empty() ? "an empty list of qualifiers is left out" : "");
+  });
+  return reason.empty() ? kOther : reason;
+}
+
+std::string timeReason(ketra::View, ketra::View) { return "a time is not in the form of DER"; }
+
+std::string attributesReason(ketra::View value, ketra::View written) {
+  const Both both(kNames, value, written);
+  const std::string reason = memberReason(both.before, "/", "attribute", [&](const std::string &attribute) {
+    return std::string(both.areEqual(attribute) ? "" : kUnordered);
+  });
+  return reason.empty() ? kOther : reason;
 }
 
 std::string keyUsageLoss(ketra::View value) { return lostBit(Asn1Reader(kKeyUsage, value), "/", kUsageBits); }

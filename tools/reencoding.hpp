@@ -14,6 +14,10 @@ std::string namesReason(ketra::View value, ketra::View written);
 std::string pointsReason(ketra::View value, ketra::View written);
 std::string issuingPointReason(ketra::View value, ketra::View written);
 std::string nameConstraintsReason(ketra::View value, ketra::View written);
+std::string authorityKeyIdReason(ketra::View value, ketra::View written);
+std::string policiesReason(ketra::View value, ketra::View written);
+std::string timeReason(ketra::View value, ketra::View written);
+std::string attributesReason(ketra::View value, ketra::View written);
 
 // What is set in a value that was read and does not come with it; empty when nothing is.
 std::string keyUsageLoss(ketra::View value);

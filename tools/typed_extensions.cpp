@@ -9,7 +9,9 @@
 #include "distribution_points.hpp"
 #include "escape.hpp"
 #include "general_names.hpp"
+#include "identifier_names.hpp"
 #include "name_constraints.hpp"
+#include "policies.hpp"
 #include "reencoding.hpp"
 
 namespace tool {
@@ -44,6 +46,57 @@ Fields fields(const std::vector<ketra::NameOrError> &names) {
 Fields fields(const ketra::TolerantSubjectAltName &value) { return fields(value.names); }
 Fields fields(const ketra::TolerantIssuerAltName &value) { return fields(value.names); }
 Fields fields(const ketra::TolerantCertificateIssuer &value) { return fields(value.names); }
+
+Fields fields(const ketra::TolerantAuthorityKeyId &value) {
+  Fields fields{Json::object()};
+  Json &json = fields.json;
+  if (value.keyIdentifier) json["keyIdentifier"] = hex(*value.keyIdentifier);
+  if (value.authorityCertIssuer) json["authorityCertIssuer"] = namesJson(*value.authorityCertIssuer, fields.allRead);
+  if (value.authorityCertSerialNumber) json["authorityCertSerialNumber"] = value.authorityCertSerialNumber->hex();
+  return fields;
+}
+
+Fields fields(const ketra::ExtKeyUsage &value) {
+  Json purposes = Json::array();
+  for (const ketra::ObjectIdentifier &purpose : value.purposes) purposes.push_back(identifierJson(purpose));
+  return {{{"purposes", std::move(purposes)}}};
+}
+
+Fields fields(const ketra::PrivateKeyUsagePeriod &value) {
+  Json json = Json::object();
+  if (value.notBefore) json["notBefore"] = ketra::timeText(*value.notBefore);
+  if (value.notAfter) json["notAfter"] = ketra::timeText(*value.notAfter);
+  return {std::move(json)};
+}
+
+// As a number when it fits 64 bits, and in hex.
+Fields numberFields(const char *key, const ketra::Integer &number) {
+  Json json = Json::object();
+  if (const std::optional<int64_t> small = number.number()) json[key] = *small;
+  json["hex"] = number.hex();
+  return {std::move(json)};
+}
+Fields fields(const ketra::CrlNumber &value) { return numberFields("number", value.number); }
+Fields fields(const ketra::DeltaCrlIndicator &value) { return numberFields("baseCRLNumber", value.baseCrlNumber); }
+
+Fields fields(const ketra::ReasonCode &value) { return {{{"reason", ketra::nameOf(value)}}}; }
+Fields fields(const ketra::HoldInstruction &value) { return {{{"instruction", identifierJson(value.instruction)}}}; }
+Fields fields(const ketra::InvalidityDate &value) { return {{{"date", ketra::timeText(value.date)}}}; }
+
+Fields fields(const ketra::SubjectDirectoryAttributes &value) {
+  Json list = Json::array();
+  for (const ketra::Attribute &attribute : value.attributes) {
+    Json values = Json::array();
+    for (const ketra::Octets &each : attribute.values) {
+      Json json{{"kind", "value"}};
+      if (const std::optional<std::string> text = ketra::stringText(each)) json["text"] = escape(*text);
+      json["octets"] = hex(each);
+      values.push_back(std::move(json));
+    }
+    list.push_back({{"type", identifierJson(attribute.type)}, {"values", std::move(values)}});
+  }
+  return {{{"attributes", std::move(list)}}};
+}
 
 // Shown: the tolerant form, if there is one.
 template <class T, class Shown = T>
@@ -83,6 +136,18 @@ const TypedExtension *findTyped(const ketra::ObjectIdentifier &objid) {
       row<ketra::IssuingDistributionPoint, ketra::TolerantIssuingDistributionPoint>(issuingPointReason,
                                                                                     issuingPointLoss),
       row<ketra::NameConstraints, ketra::TolerantNameConstraints>(nameConstraintsReason),
+      row<ketra::AuthorityKeyId, ketra::TolerantAuthorityKeyId>(authorityKeyIdReason),
+      row<ketra::CertificatePolicies>(policiesReason),
+      row<ketra::PolicyMappings>(),
+      row<ketra::PolicyConstraints>(),
+      row<ketra::ExtKeyUsage>(),
+      row<ketra::PrivateKeyUsagePeriod>(timeReason),
+      row<ketra::SubjectDirectoryAttributes>(attributesReason),
+      row<ketra::CrlNumber>(),
+      row<ketra::DeltaCrlIndicator>(),
+      row<ketra::ReasonCode>(),
+      row<ketra::HoldInstruction>(),
+      row<ketra::InvalidityDate>(timeReason),
   };
   for (const TypedExtension &row : kRows) {
     if (std::ranges::equal(objid.arcs(), std::span(row.objid->arcs, row.objid->count))) return &row;

@@ -29,7 +29,9 @@ void walkExtensions(const Asn1Reader &reader, const std::string &list, const Pla
   }
 }
 
-std::string serialNumber(const Asn1Reader &reader, const std::string &path) { return hex(reader.octets(path).value()); }
+std::string serialNumber(const Asn1Reader &reader, const std::string &path) {
+  return ketra::SerialNumber::ofContent(reader.octets(path).value()).hex();
+}
 
 void walkCertificate(const Place &place, ketra::View encoding, Visitor &visitor) {
   const Asn1Reader certificate(kCertificate, encoding);

@@ -19,11 +19,42 @@ namespace detail {
 namespace asn1 {
 
 using namespace schema;
+using schema::Integer;  // not the types of the face
+using schema::ObjectIdentifier;
+using schema::Octets;
 
 // clang-format off
 inline constexpr Row kRows[] = {
     SequenceOf("Members"),
         Element(OpenType),
+
+    Sequence("AuthorityKeyIdentifier"),
+        Component("keyIdentifier", Context(0), OctetString, Optional),
+        Component("authorityCertIssuer", Context(1), "Members", Optional),
+        Component("authorityCertSerialNumber", Context(2), Integer, Optional),
+
+    Type("CRLNumber", Integer),
+
+    Type("CPSuri", Octets(0x16)),
+    Sequence("UserNotice"),
+        Component("noticeRef", "NoticeReference", Optional),
+        Component("explicitText", "CharacterString", Optional),
+    Sequence("NoticeReference"),
+        Component("organization", "CharacterString"),
+        Component("noticeNumbers", "NoticeNumbers"),
+    SequenceOf("NoticeNumbers"),
+        Element(Integer),
+
+    // The alternatives of DirectoryString, in their order, and more.
+    Choice("CharacterString"),
+        Component("teletexString", Octets(0x14)),
+        Component("printableString", Octets(0x13)),
+        Component("bmpString", Octets(0x1E)),
+        Component("universalString", Octets(0x1C)),
+        Component("utf8String", Octets(0x0C)),
+        Component("numericString", Octets(0x12)),
+        Component("ia5String", Octets(0x16)),
+        Component("visibleString", Octets(0x1A)),
 
     SequenceOf("CRLDistributionPoints"),
         Element("DistributionPoint"),
@@ -54,12 +85,17 @@ inline constexpr Row kRows[] = {
     SetOf("RelativeDistinguishedName"),
         Element("AttributeTypeAndValue"),
     Sequence("AttributeTypeAndValue"),
-        Component("type", schema::ObjectIdentifier),
+        Component("type", ObjectIdentifier),
         Component("value", OpenType),
 };
 // clang-format on
 inline constexpr auto kRecords = compile(kRows);
 
+inline constexpr const AsnType *kAuthorityKeyId = &kRecords[indexOf(kRows, "AuthorityKeyIdentifier")];
+inline constexpr const AsnType *kCrlNumber = &kRecords[indexOf(kRows, "CRLNumber")];
+inline constexpr const AsnType *kCpsUri = &kRecords[indexOf(kRows, "CPSuri")];
+inline constexpr const AsnType *kUserNotice = &kRecords[indexOf(kRows, "UserNotice")];
+inline constexpr const AsnType *kCharacterString = &kRecords[indexOf(kRows, "CharacterString")];
 inline constexpr const AsnType *kPoints = &kRecords[indexOf(kRows, "CRLDistributionPoints")];
 inline constexpr const AsnType *kPoint = &kRecords[indexOf(kRows, "DistributionPoint")];
 inline constexpr const AsnType *kIssuingPoint = &kRecords[indexOf(kRows, "IssuingDistributionPoint")];
@@ -107,8 +143,8 @@ class WorkValue {
     run([&](AsnErrorBlock *err) { return AsnCalCountOfSequence(object(), list, "/", &count, err); });
     return count;
   }
-  // The complete encoding that an open type holds; a view into what was opened. Visiting the members of a list one
-  // after the other takes constant time each.
+  // The complete encoding that an open type holds, the content octets of an INTEGER; a view into what was opened.
+  // Visiting the members of a list one after the other takes constant time each.
   View octets(AsnValue parent, const char *path) const {
     const uint8_t *octets = nullptr;
     uint32_t length = 0;
@@ -146,6 +182,14 @@ class Pool {
   };
   std::unique_ptr<AsnMemObjectRecord, Destroy> pool_;
 };
+
+// A string, put together when it comes in segments.
+inline Octets readString(const WorkValue &value, AsnValue parent, const char *path) {
+  const Pool pool;
+  AsnOct c{};
+  run([&](AsnErrorBlock *err) { return AsnMUtilGetOctBER(pool.get(), value.object(), parent, path, &c, err); });
+  return View(c.octets, c.length).copy();
+}
 
 // The stored octets of an extension; absent ones are an Error.
 inline View storedValue(KetraObject object, const Objid &objid) {

@@ -113,6 +113,18 @@ inline std::optional<int32_t> optional(const AsnIntOpt &value) {
   return value.option == 1 ? std::optional<int32_t>(value.value) : std::nullopt;
 }
 
+// One DER encoding: tag octet, length, content.
+inline Octets encoding(uint8_t tag, View content) {
+  const uint32_t size = length(content);
+  int shift = 24;
+  while (shift > 0 && size >> shift == 0) shift -= 8;
+  Octets encoding = {tag};
+  if (size >= 0x80) encoding.push_back(static_cast<uint8_t>(0x80 | (shift / 8 + 1)));
+  for (; shift >= 0; shift -= 8) encoding.push_back(static_cast<uint8_t>(size >> shift));
+  encoding.insert(encoding.end(), content.begin(), content.end());
+  return encoding;
+}
+
 // Memory that a get has left in the pool of an Extensions object; given back at the end of the scope.
 class PoolMemory {
  public:
@@ -167,6 +179,23 @@ class ObjectIdentifier {
  private:
   std::vector<uint32_t> arcs_;
 };
+
+namespace detail {
+
+// An identifier that is known at compile time.
+class KnownIdentifier {
+ public:
+  constexpr KnownIdentifier(std::initializer_list<uint32_t> arcs) {
+    for (const uint32_t arc : arcs) arcs_[count_++] = arc;
+  }
+  operator ObjectIdentifier() const { return ObjectIdentifier(Objid{arcs_, count_}); }
+
+ private:
+  uint32_t arcs_[12] = {};
+  uint32_t count_ = 0;
+};
+
+}  // namespace detail
 
 // How Extensions reads and writes a value type: its identifier, whether the caller chooses the criticality, and
 //   static int32_t set(KetraObject, [int32_t critical,] const T &, AsnErrorBlock *);

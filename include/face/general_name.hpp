@@ -97,16 +97,7 @@ bool operator!=(const T &a, const T &b) {
 }
 
 // The encoding of a UTF8String: the value of many an otherName (a user principal name, an XMPP address).
-inline Octets utf8String(const std::string &text) {
-  const uint32_t length = detail::length(detail::view(text));
-  int shift = 24;
-  while (shift > 0 && length >> shift == 0) shift -= 8;
-  Octets encoding = {0x0C};
-  if (length >= 0x80) encoding.push_back(static_cast<uint8_t>(0x80 | (shift / 8 + 1)));
-  for (; shift >= 0; shift -= 8) encoding.push_back(static_cast<uint8_t>(length >> shift));
-  encoding.insert(encoding.end(), text.begin(), text.end());
-  return encoding;
-}
+inline Octets utf8String(const std::string &text) { return detail::encoding(0x0C, detail::view(text)); }
 
 // A GeneralName of each kind.
 inline GeneralName otherName(ObjectIdentifier type) { return OtherName{std::move(type), std::nullopt}; }

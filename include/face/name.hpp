@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <initializer_list>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -51,19 +50,6 @@ inline View encodingOf(X509NameObject name) {
   run([&](AsnErrorBlock *err) { return X509NameObjectGetPduDER(name, &data, err); });
   return view(data);
 }
-
-// An identifier that is known at compile time.
-class KnownIdentifier {
- public:
-  constexpr KnownIdentifier(std::initializer_list<uint32_t> arcs) {
-    for (const uint32_t arc : arcs) arcs_[count_++] = arc;
-  }
-  operator ObjectIdentifier() const { return ObjectIdentifier(Objid{arcs_, count_}); }
-
- private:
-  uint32_t arcs_[8] = {};
-  uint32_t count_ = 0;
-};
 
 }  // namespace detail
 

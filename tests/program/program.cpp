@@ -66,9 +66,11 @@ std::string lastLine(const std::string &text) {
 }
 
 std::string octets(const std::string &hex) {
+  std::string digits = hex;
+  std::erase(digits, ' ');
   std::string out;
-  for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
-    out += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+  for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
+    out += static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16));
   }
   return out;
 }
@@ -118,6 +120,36 @@ const Json &extension(const Json &object, const std::string &identifier) {
   }
   static const Json kNone;
   return kNone;
+}
+
+void expectShown(const Shown &shown) {
+  SCOPED_TRACE(shown.value);
+  const std::string path = file(certificate(shown.objid, octets(shown.value)));
+  const Result text = run("show " + quote(path));
+  const Result json = showJson(path);
+  EXPECT_EQ(text.status, shown.status) << text.out;
+  EXPECT_EQ(json.status, shown.status);
+  const Json read = Json::parse(json.out).at(0).at("extensions").at(0);
+  if (shown.status != 0) {
+    EXPECT_NE(text.out.find("error 0x"), std::string::npos) << text.out;
+    EXPECT_TRUE(read.contains("error")) << json.out;
+    return;
+  }
+  std::string lines;
+  for (std::size_t at = 0, end; (end = shown.lines.find('\n', at)) != shown.lines.npos; at = end + 1) {
+    lines += "    " + shown.lines.substr(at, end + 1 - at);
+  }
+  const std::size_t head = text.out.find("\n  ") + 1;
+  EXPECT_EQ(text.out.substr(text.out.find('\n', head) + 1), lines);
+  EXPECT_EQ(read.at("value"), Json::parse(shown.json));
+}
+
+void expectReEncoded(const ReEncoded &row) {
+  SCOPED_TRACE(row.value);
+  const Result check = run("check " + quote(file(certificate(row.objid, octets(row.value)))));
+  EXPECT_EQ(check.status, row.reason.empty() ? 1 : 0) << check.out;
+  const std::string verdict = row.reason.empty() ? "rejected" : "re-encoded: " + row.reason;
+  EXPECT_NE(check.out.find(": " + verdict + "\n"), std::string::npos) << check.out;
 }
 
 }  // namespace ketra::test

@@ -25,7 +25,7 @@ Result run(const std::string &arguments);
 Result showJson(const std::string &path);
 std::string lastLine(const std::string &text);
 
-std::string octets(const std::string &hex);
+std::string octets(const std::string &hex);  // spaces do not count
 // DER of a PEM sample.
 std::string der(const std::string &name);
 std::string toPem(const std::string &label, const std::string &content);
@@ -38,5 +38,23 @@ std::string tlv(int tag, const std::string &content);
 std::string certificate(const std::string &objid, const std::string &value);
 
 const Json &extension(const Json &object, const std::string &identifier);
+
+// What show makes of a certificate with one extension.
+struct Shown {
+  std::string objid;  // octets
+  std::string value;  // hex
+  int status;         // other than 0: the extension has an error, and the rest is not looked at
+  std::string lines;  // of the text form, behind the indentation of the value
+  std::string json;   // of the value
+};
+void expectShown(const Shown &shown);
+
+// What check makes of one.
+struct ReEncoded {
+  std::string objid;   // octets
+  std::string value;   // hex
+  std::string reason;  // empty: it is rejected
+};
+void expectReEncoded(const ReEncoded &row);
 
 }  // namespace ketra::test

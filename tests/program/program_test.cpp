@@ -12,54 +12,6 @@ namespace {
 const std::string kBasicConstraints = "0603551d130101ff040830060101ff020101";
 const std::string kSubjectKeyId = "0603551d0e041604140102030405060708090a0b0c0d0e0f1011121314";
 
-TEST(Show, SamplesAsJson) {
-  const Result ca = showJson(sample("ca.pem"));
-  EXPECT_EQ(ca.status, 0) << ca.err;
-  const Json objects = Json::parse(ca.out);
-  ASSERT_EQ(objects.size(), 1u);
-  EXPECT_EQ(objects.at(0).at("kind"), "certificate");
-  EXPECT_EQ(objects.at(0).at("serialNumber"), "1001");
-  EXPECT_EQ(extension(objects.at(0), "2.5.29.19"),
-            Json::parse(R"({"name": "basicConstraints", "identifier": "2.5.29.19",
-      "critical": true, "value": {"cA": true, "pathLenConstraint": 1}})"));
-  EXPECT_EQ(extension(objects.at(0), "2.5.29.15").at("value"), Json::parse(R"({"usage": ["keyCertSign", "cRLSign"]})"));
-  EXPECT_EQ(extension(objects.at(0), "2.5.29.14").at("value").at("keyIdentifier"),
-            "0102030405060708090a0b0c0d0e0f1011121314");
-  EXPECT_EQ(extension(objects.at(0), "2.5.29.54").at("hex"), "020102");
-  for (const Json &each : objects.at(0).at("extensions")) EXPECT_TRUE(each.contains("name")) << each;
-}
-
-TEST(Show, EntriesOfACrl) {
-  const Result result = showJson(sample("crl.pem"));
-  EXPECT_EQ(result.status, 0) << result.err;
-  const Json crl = Json::parse(result.out).at(0);
-  EXPECT_EQ(crl.at("kind"), "CRL");
-  EXPECT_EQ(crl.at("thisUpdate"), "2026-03-01T00:00:00Z");
-  EXPECT_EQ(crl.at("revoked"), 4);
-  EXPECT_EQ(extension(crl, "2.5.29.20").at("name"), "cRLNumber");
-  ASSERT_EQ(crl.at("entries").size(), 3u);  // the first entry has no extensions
-  EXPECT_EQ(crl.at("entries").at(0).at("entry"), 2);
-  EXPECT_EQ(crl.at("entries").at(0).at("serialNumber"), "2002");
-  EXPECT_EQ(extension(crl.at("entries").at(0), "2.5.29.21").at("name"), "reasonCode");
-  const Json indirect = Json::parse(showJson(sample("indirect-crl.pem")).out).at(0);
-  const Json &issuer = extension(indirect.at("entries").at(0), "2.5.29.29");
-  EXPECT_EQ(issuer.at("value").at("names").at(0).at("text"), "CN=Another CA,O=Example");
-}
-
-TEST(Show, Text) {
-  const Result result = run("show " + quote(sample("end-entity.pem")) + " " + quote(sample("crl.pem")));
-  EXPECT_EQ(result.status, 0) << result.err;
-  for (const char *line : {
-           "#1: certificate, serialNumber 1002\n",
-           "\n  basicConstraints (2.5.29.19), critical\n    cA: (absent)\n    pathLenConstraint: (absent)\n",
-           "\n    usage: digitalSignature, keyAgreement, decipherOnly\n",
-           "\n  1.3.6.1.4.1.32473.4.1\n    hex: 0c17",
-           "\n  entry 2, serialNumber 2002, revocationDate 2026-02-02T00:00:00Z\n    reasonCode (2.5.29.21)\n",
-       }) {
-    EXPECT_NE(result.out.find(line), std::string::npos) << line << result.out;
-  }
-}
-
 TEST(Check, Samples) {
   std::string files;
   for (const char *name : {"ca.pem", "end-entity.pem", "crl.pem", "indirect-crl.pem"})

@@ -1,0 +1,19 @@
+// Policies as JSON. A qualifier is an object:
+//   "kind"      "cps", "userNotice" or "qualifier"
+//   "text"      the address of the practice statement, the explicitText of a notice; escaped
+//   "noticeRef" of a notice: "text", the organization, and "noticeNumbers"
+//   "type"      of any other qualifier: the identifier
+//   "remark"    that the qualifier is malformed
+//   "octets"    the complete encoding of its value, in hex
+#pragma once
+
+#include "fields.hpp"
+#include "ketra.hpp"
+
+namespace tool {
+
+Fields fields(const ketra::CertificatePolicies &value);
+Fields fields(const ketra::PolicyMappings &value);
+Fields fields(const ketra::PolicyConstraints &value);
+
+}  // namespace tool
