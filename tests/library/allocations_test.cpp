@@ -1,32 +1,19 @@
 // Counts what operations ask of the system, and lets it refuse.
 
-#include <cstdlib>
 #include <functional>
 
 #include "ketra.h"
+#include "library/system_requests.h"
 #include "support/names.h"
-
-namespace {
-int allocations = 0;
-std::size_t allocatedOctets = 0;
-int failAt = 0;  // the request to refuse, counted from 1; 0: none
-}  // namespace
-
-extern "C" void *__libc_malloc(std::size_t);
-
-extern "C" void *malloc(std::size_t size) {
-  allocatedOctets += size;
-  return ++allocations == failAt ? nullptr : __libc_malloc(size);
-}
 
 namespace ketra::test {
 namespace {
 
 template <class Run>
 int count(Run &&run) {
-  const int before = allocations;
+  const int before = requests.made;
   EXPECT_EQ(run(), 0);
-  return allocations - before;
+  return requests.made - before;
 }
 
 TEST(Allocations, FewPerOperation) {
@@ -56,12 +43,12 @@ TEST(Allocations, OnePerGeneralName) {
   param.type = X509GenName_DNSName;
   param.dNSName = {host, sizeof host - 1};
   X509GenNameObject object = nullptr;
-  allocatedOctets = 0;
+  requests.octets = 0;
   EXPECT_EQ(count([&] {
               return X509GenNameObjectCreate(&object, nullptr) + X509GenNameObjectSetName(object, &param, nullptr);
             }),
             1);
-  EXPECT_LE(allocatedOctets, 320u);
+  EXPECT_LE(requests.octets, 320u);
   AsnEncodedData encoding{};
   EXPECT_EQ(count([&] { return X509GenNameObjectGetPduDER(object, &encoding, nullptr); }), 1) << "the work object";
   X509GenNameObject read = nullptr;
@@ -70,55 +57,6 @@ TEST(Allocations, OnePerGeneralName) {
             }),
             2);
   EXPECT_EQ(X509GenNameObjectDestroy(object, nullptr) + X509GenNameObjectDestroy(read, nullptr), 0);
-}
-
-// Whichever request the system refuses, a GeneralName object keeps its name or has none, and the next call works.
-TEST(Allocations, EachOfAGeneralNameMayBeRefused) {
-  using Run = std::function<int32_t(GenName &, const GenName &, AsnErrorBlock *)>;
-  const std::pair<const char *, Run> operations[] = {
-      {"SetName",
-       [](GenName &object, const GenName &source, auto err) {
-         X509GenNameParam param{};
-         return X509GenNameObjectGetName(source, &param, err) + X509GenNameObjectSetName(object, &param, err);
-       }},
-      {"SetPdu",
-       [](GenName &object, const GenName &source, auto err) {
-         AsnEncodedData encoding{};
-         return X509GenNameObjectGetPduDER(source, &encoding, err) == 0
-                    ? X509GenNameObjectSetPduBER(object, &encoding, err)
-                    : -1;
-       }},
-      {"CopyGenNameObject", [](GenName &object, const GenName &source,
-                               auto err) { return X509MUtilCopyGenNameObject(object.handle(), source, err); }},
-  };
-  for (const auto &[name, run] : operations) {
-    for (const char *kind : kKinds) {
-      int refused = 0;
-      for (bool reached = true; reached; ++refused) {
-        SCOPED_TRACE(std::string(name) + " " + kind + ", request " + std::to_string(refused + 1));
-        const GenName source(kind);
-        GenName object("directoryName");
-        Err err;
-        allocations = 0;
-        failAt = refused + 1;
-        const int32_t result = run(object, source, err);
-        reached = allocations >= failAt;
-        failAt = 0;
-        EXPECT_EQ(result, reached ? -1 : 0) << err.text();
-        if (reached) {
-          EXPECT_TRUE(err.code() == AsnError_OutOfMemory || err.code() == AsnMemError_OutOfMemory ||
-                      err.code() == X509NameError_OutOfMemory)
-              << err.text();
-          if (*object.handle() != nullptr) {
-            const std::string holds = object.der();
-            EXPECT_TRUE(holds == sampleOf("directoryName") || holds == "empty") << holds;
-          }
-        }
-        EXPECT_EQ(run(object, source, err), 0);
-        EXPECT_EQ(object.der(), sampleOf(kind));
-      }
-    }
-  }
 }
 
 // Whichever request the system refuses, the operation fails with the code for it and leaves its object as it was; the
@@ -168,11 +106,10 @@ TEST(Allocations, EachMayBeRefused) {
       extensions.store(X509Objid_SubjectKeyId, fromHex("04 82 27 10+CC*10000"));
       const std::string before = extensions.stored(X509Objid_SubjectKeyId);
       Err err;
-      allocations = 0;
-      failAt = refused + 1;
+      requests = {.made = 0, .refuseFrom = refused + 1, .refuseTo = refused + 1};
       const int32_t result = run(extensions, err);
-      reached = allocations >= failAt;
-      failAt = 0;
+      reached = requests.made > refused;
+      requests.refuseFrom = 0;
       EXPECT_EQ(result, reached ? -1 : 0) << err.text();
       if (!reached) break;
       EXPECT_TRUE(err.code() == AsnError_OutOfMemory || err.code() == AsnMemError_OutOfMemory) << err.text();

@@ -8,7 +8,16 @@
 namespace ketra::test {
 namespace {
 
+constexpr uint8_t kOctets[] = {0x06, 0x00};
+const std::string kTime = " 32 30 32 34 30 31 30 31 30 30 30 30 30 30 5A ";
+
 bool isKind(const std::string &text) { return std::find(kKinds.begin(), kKinds.end(), text) != kKinds.end(); }
+
+// "first-dNSName" to a sample of that kind.
+std::string sampleFor(const std::string &input) {
+  const std::string kind = input.substr(input.starts_with("first-") ? sizeof "first-" - 1 : 0);
+  return sampleOf(isKind(kind) ? kind : "directoryName");
+}
 
 int32_t setName(const GenName &to, const GenName &from, AsnErrorBlock *err = nullptr) {
   const X509GenNameParam param = from.param();
@@ -20,9 +29,22 @@ void dropEncoding(GenName &name) { EXPECT_EQ(setName(name, name), 0); }
 
 }  // namespace
 
-const std::string kTime = " 32 30 32 34 30 31 30 31 30 30 30 30 30 30 5A ";
-
-Stage::Stage(const std::string &name) : input(name), held(sampleOf(isKind(name) ? name : "directoryName")) {
+Stage::Stage(const std::string &name)
+    : input(name),
+      held(sampleOf(isKind(name) ? name : "directoryName")),
+      sample(fromHex(sampleFor(name))),
+      sampleName(name == "fullName" ? samples.full() : samples.relative()),
+      preparedName{name == "fullName" ? prepared.full() : prepared.relative(), 0},
+      encoding(sample.data()),
+      bits{kOctets, 9},
+      octets{kOctets, 2},
+      sampleNames{samples.fullName.first()},
+      preparedNames{prepared.fullName.first()},
+      sampleConstraints{{samples.subtrees, name == "permittedSubtrees"},
+                        {samples.subtrees, name != "permittedSubtrees"}},
+      preparedConstraints{{prepared.subtrees, 0}, {prepared.subtrees, 0}},
+      sampleSubtrees{samples.subtrees, 1},
+      preparedSubtrees{prepared.subtrees, 0} {
   const std::pair<const Objid *, std::string> values[] = {
       {&X509Objid_BasicConstraints, "30 00"},
       {&X509Objid_KeyUsage, "03 02 07 80"},
@@ -46,10 +68,10 @@ Stage::Stage(const std::string &name) : input(name), held(sampleOf(isKind(name) 
       {&X509Objid_InvalidityDate, "18 0F" + kTime},
       {&X509Objid_SubjectDirectoryAttributes, Attributes::kDer},
   };
-  for (const auto &[objid, hex] : values) extensions.store(*objid, fromHex(hex));
-  for (Names *list : {&samples.fullName, &samples.bases}) {
-    dropEncoding(list->at(0));
-    dropEncoding(list->at(1));
+  for (const auto &[identifier, hex] : values) extensions.store(*identifier, fromHex(hex));
+  for (Names *each : {&samples.fullName, &samples.bases}) {
+    dropEncoding(each->at(0));
+    dropEncoding(each->at(1));
   }
   dropEncoding(samples.issuer.at(0));
   dropEncoding(sampleChains.issuer.at(0));
@@ -60,105 +82,6 @@ Stage::Stage(const std::string &name) : input(name), held(sampleOf(isKind(name) 
 }
 
 namespace {
-
-// ---- Families ------------------------------------------------------------------------------------------------------
-
-template <class Get>
-Operation getPdu(Get get) {
-  const Step run = [=](Stage &s, auto err) {
-    AsnEncodedData encoding{};
-    return get(s.object, &encoding, err);
-  };
-  return {.run = run, .prepare = [](Stage &s, auto err) { return setName(s.object, s.source, err); }};
-}
-
-template <class Set>
-Operation setPdu(Set set) {
-  const Step run = [=](Stage &s, auto err) {
-    const bool isFirst = s.input.starts_with("first-");
-    const Exact encoding(fromHex(sampleOf(isFirst ? s.input.substr(sizeof "first-" - 1) : s.input)));
-    const AsnEncodedData data = encoding.data();
-    return set(isFirst ? s.prepared.fullName.at(0) : s.object, &data, err);
-  };
-  return {.run = run};
-}
-
-template <class Set>
-Operation setList(Set set) {
-  const Step run = [=](Stage &s, auto err) {
-    Names &names = s.input == "two" ? s.samples.fullName : s.samples.issuer;
-    return set(s.names.object, s.names.value, "", names.first(), err);
-  };
-  return {.run = run};
-}
-
-template <class Get>
-Operation getList(Get get) {
-  const Step run = [=](Stage &s, auto err) {
-    const Decoded &list = s.input == "two" ? s.two : s.one;
-    return get(s.pool, list.object(), list.value(), "", s.prepared.fullName.first(), err);
-  };
-  return {.run = run};
-}
-
-template <class Get>
-Operation getOne(Get get) {
-  const Step run = [=](Stage &s, auto err) {
-    const GenName &object = s.prepared.fullName.at(0);
-    if (s.input == "iPAddress") return get(s.pool, s.one.object(), s.one.value(), "1", object, err);
-    if (s.input.size() == 1) return get(s.pool, s.two.object(), s.two.value(), s.input.c_str(), object, err);
-    const bool armed = std::exchange(outside.armed, false);
-    const AsnValue list = s.subtrees.element("permittedSubtrees");
-    outside.armed = armed;
-    return get(s.pool, s.subtrees.object(), list, s.input.c_str(), object, err);
-  };
-  return {.run = run};
-}
-
-template <class Set>
-Operation setNames(Set set, const Objid &objid) {
-  const Step run = [=](Stage &s, auto err) {
-    const X509GenNames value{s.samples.fullName.first()};
-    if constexpr (std::is_invocable_v<Set, KetraObject, int32_t, const X509GenNames *, AsnErrorBlock *>) {
-      return set(s.extensions, 1, &value, err);
-    } else {
-      return set(s.extensions, &value, err);
-    }
-  };
-  return {run, &objid, "GeneralNames"};
-}
-
-template <class Get>
-Operation getNames(Get get, const Objid &objid, const char *opened) {
-  const Step run = [=](Stage &s, auto err) {
-    const X509GenNames value{s.prepared.fullName.first()};
-    return get(s.extensions, &value, err);
-  };
-  return {run, &objid, opened};
-}
-
-template <class Get>
-Operation count(Get get, const Objid &objid, const char *opened) {
-  return {[=](Stage &s, auto err) { return get(s.extensions, &s.number, err); }, &objid, opened};
-}
-
-template <class Set, class Value>
-Operation setScalar(Set set, Value value, const Objid &objid, const char *opened) {
-  return {[=](Stage &s, auto err) { return set(s.extensions, &value, err); }, &objid, opened};
-}
-
-template <class Value, class Get>
-Operation getScalar(Get get, const Objid &objid, const char *opened) {
-  const Step run = [=](Stage &s, auto err) {
-    Value value{};
-    return get(s.extensions, &value, err);
-  };
-  return {run, &objid, opened};
-}
-
-// ---- One by one ----------------------------------------------------------------------------------------------------
-
-constexpr uint8_t kOctets[] = {0x06, 0x00};
 
 int32_t createAndDestroy(Stage &, AsnErrorBlock *err) {
   X509GenNameObject made = nullptr;
@@ -173,275 +96,154 @@ int32_t setNameOf(Stage &s, AsnErrorBlock *err) {
   return setName(s.object, isOwn ? s.object : s.source, err);
 }
 
+int32_t prepareParameter(Stage &s, AsnErrorBlock *err) { return setName(s.object, s.source, err); }
+
 int32_t prepareCopy(Stage &s, AsnErrorBlock *err) {
   dropEncoding(s.source);
   return s.object.setPdu(fromHex(sampleOf("directoryName")), true, err);
 }
 
-int32_t getPointName(Stage &s, AsnErrorBlock *err) {
-  X509DistributionPointName name = s.preparedName();
-  return X509MUtilSgetDistributionPointName(s.pool, s.point().object(), s.point().value(), "distributionPoint", &name,
-                                            err);
+// The input is the path, or tells the list of one.
+template <class Get>
+Step getOne(Get get) {
+  return [=](Stage &s, AsnErrorBlock *err) {
+    const GenName &object = s.prepared.fullName.at(0);
+    if (s.input == "iPAddress") return get(s.pool, s.one.object(), s.one.value(), "1", object, err);
+    if (s.input.size() == 1) return get(s.pool, s.two.object(), s.two.value(), s.input.c_str(), object, err);
+    const bool armed = std::exchange(outside.armed, false);
+    const AsnValue list = s.subtrees.element("permittedSubtrees");
+    outside.armed = armed;
+    return get(s.pool, s.subtrees.object(), list, s.input.c_str(), object, err);
+  };
 }
 
-int32_t getPointNameOpt(Stage &s, AsnErrorBlock *err) {
-  X509DistributionPointNameOpt name{s.preparedName(), 0};
-  return X509MUtilSgetDistributionPointNameOpt(s.pool, s.point().object(), s.point().value(), "distributionPoint",
-                                               &name, err);
-}
+constexpr char kPoint[] = "distributionPoint";
+constexpr char kPermitted[] = "permittedSubtrees";
 
-int32_t setConstraints(Stage &s, AsnErrorBlock *err) {
-  const bool isPermitted = s.input == "permittedSubtrees";
-  const KetraNameConstraints value{{s.samples.subtrees, isPermitted ? 1 : 0},
-                                   {s.samples.subtrees, isPermitted ? 0 : 1}};
-  return KetraObjectSsetNameConstraints(s.extensions, 1, &value, err);
-}
-
-int32_t getConstraints(Stage &s, AsnErrorBlock *err) {
-  KetraNameConstraints value{{s.prepared.subtrees, 0}, {s.prepared.subtrees, 0}};
-  return KetraObjectSgetNameConstraints(s.extensions, &value, err);
-}
+// A row: the operation, its arguments before the error block, and what Operation holds besides.
+#define STEP(function, ...) \
+  []([[maybe_unused]] Stage &s, AsnErrorBlock *err) -> int32_t { return function(__VA_ARGS__, err); }
+#define UTILITY(function, ...)                 \
+  {                                            \
+#function, { STEP(function, __VA_ARGS__) } \
+  }
+#define EXTENSION(function, extension, type, ...)                                                        \
+  {                                                                                                      \
+#function, {                                                                                         \
+      .run = STEP(function, s.extensions, __VA_ARGS__), .objid = &X509Objid_##extension, .opened = type, \
+      .withoutObject = STEP(function, nullptr, __VA_ARGS__)                                              \
+    }                                                                                                    \
+  }
+#define CRITICAL(extension) EXTENSION(KetraObjectSget##extension##Critical, extension, "", &s.integer)
 
 const std::map<std::string, Operation> kOperations = {
-    {"KetraObjectSsetBasicConstraints",
-     {[](Stage &s, auto err) {
-        const KetraBasicConstraints value{{1, 1}, {3, 1}};
-        return KetraObjectSsetBasicConstraints(s.extensions, 1, &value, err);
-      },
-      &X509Objid_BasicConstraints, "BasicConstraints"}},
-    {"KetraObjectSgetBasicConstraints",
-     {[](Stage &s, auto err) {
-        KetraBasicConstraints value{};
-        return KetraObjectSgetBasicConstraints(s.extensions, &value, err);
-      },
-      &X509Objid_BasicConstraints, "BasicConstraints"}},
-    {"KetraObjectSgetBasicConstraintsCritical",
-     {[](Stage &s, auto err) {
-        int32_t critical = 0;
-        return KetraObjectSgetBasicConstraintsCritical(s.extensions, &critical, err);
-      },
-      &X509Objid_BasicConstraints}},
-    {"KetraObjectSsetKeyUsage",
-     {[](Stage &s, auto err) {
-        const AsnBit value{kOctets, 9};
-        return KetraObjectSsetKeyUsage(s.extensions, 1, &value, err);
-      },
-      &X509Objid_KeyUsage, "BITSTRING"}},
-    {"KetraObjectSgetKeyUsage",
-     {[](Stage &s, auto err) {
-        AsnBit value{};
-        return KetraObjectSgetKeyUsage(s.extensions, &value, err);
-      },
-      &X509Objid_KeyUsage, "BITSTRING"}},
-    {"KetraObjectSsetSubjectKeyId",
-     {[](Stage &s, auto err) {
-        const AsnOct value{kOctets, 2};
-        return KetraObjectSsetSubjectKeyId(s.extensions, &value, err);
-      },
-      &X509Objid_SubjectKeyId, "SubjectKeyIdentifier"}},
-    {"KetraObjectSgetSubjectKeyId",
-     {[](Stage &s, auto err) {
-        AsnOct value{};
-        return KetraObjectSgetSubjectKeyId(s.extensions, &value, err);
-      },
-      &X509Objid_SubjectKeyId, "SubjectKeyIdentifier"}},
+    EXTENSION(KetraObjectSsetBasicConstraints, BasicConstraints, "BasicConstraints", 1, &s.basicConstraints),
+    EXTENSION(KetraObjectSgetBasicConstraints, BasicConstraints, "BasicConstraints", &s.basicConstraints),
+    CRITICAL(BasicConstraints),
+    CRITICAL(KeyUsage),
+    CRITICAL(ExtKeyUsage),
+    CRITICAL(CertPolicies),
+    CRITICAL(SubjectAltName),
+    CRITICAL(IssuerAltName),
+    CRITICAL(NameConstraints),
+    CRITICAL(PolicyConstraints),
+    CRITICAL(CRLDistributionPoints),
+    EXTENSION(KetraObjectSsetKeyUsage, KeyUsage, "BITSTRING", 1, &s.bits),
+    EXTENSION(KetraObjectSgetKeyUsage, KeyUsage, "BITSTRING", &s.bits),
+    EXTENSION(KetraObjectSsetSubjectKeyId, SubjectKeyId, "SubjectKeyIdentifier", &s.octets),
+    EXTENSION(KetraObjectSgetSubjectKeyId, SubjectKeyId, "SubjectKeyIdentifier", &s.octets),
+
     {"X509GenNameObjectCreate", {createAndDestroy}},
-    {"X509GenNameObjectDestroy",
-     {[](Stage &s, auto err) { return X509GenNameObjectDestroy(std::exchange(*s.object.handle(), nullptr), err); }}},
+    UTILITY(X509GenNameObjectDestroy, std::exchange(*s.object.handle(), nullptr)),
     {"X509GenNameObjectSetName", {setNameOf}},
-    {"X509GenNameObjectGetPduDER", getPdu(X509GenNameObjectGetPduDER)},
-    {"X509GenNameObjectGetPduBER", getPdu(X509GenNameObjectGetPduBER)},
-    {"X509GenNameObjectSetPduDER", setPdu(X509GenNameObjectSetPduDER)},
-    {"X509GenNameObjectSetPduBER", setPdu(X509GenNameObjectSetPduBER)},
-    {"X509GenNameObjectCopy", {[](Stage &s, auto err) { return X509GenNameObjectCopy(s.object, s.source, err); }}},
-    {"X509MUtilSetGenNamesDER", setList(X509MUtilSetGenNamesDER)},
-    {"X509MUtilSetGenNamesBER", setList(X509MUtilSetGenNamesBER)},
-    {"X509MUtilSgetGenNamesDER", getList(X509MUtilSgetGenNamesDER)},
-    {"X509MUtilSgetGenNamesBER", getList(X509MUtilSgetGenNamesBER)},
-    {"X509MUtilSgetGenNameObjectDER", getOne(X509MUtilSgetGenNameObjectDER)},
-    {"X509MUtilSgetGenNameObjectBER", getOne(X509MUtilSgetGenNameObjectBER)},
+    {"X509GenNameObjectGetPduDER",
+     {.run = STEP(X509GenNameObjectGetPduDER, s.object, &s.encoding), .prepare = prepareParameter}},
+    {"X509GenNameObjectGetPduBER",
+     {.run = STEP(X509GenNameObjectGetPduBER, s.object, &s.encoding), .prepare = prepareParameter}},
+    UTILITY(X509GenNameObjectSetPduDER, s.isFirst() ? s.prepared.fullName.at(0) : s.object, &s.encoding),
+    UTILITY(X509GenNameObjectSetPduBER, s.isFirst() ? s.prepared.fullName.at(0) : s.object, &s.encoding),
+    UTILITY(X509GenNameObjectCopy, s.object, s.source),
+    UTILITY(X509MUtilSetGenNamesDER, s.names.object, s.names.value, "", s.chain()),
+    UTILITY(X509MUtilSetGenNamesBER, s.names.object, s.names.value, "", s.chain()),
+    UTILITY(X509MUtilSgetGenNamesDER, s.pool, s.list().object(), s.list().value(), "", s.preparedNames.genNames),
+    UTILITY(X509MUtilSgetGenNamesBER, s.pool, s.list().object(), s.list().value(), "", s.preparedNames.genNames),
+    {"X509MUtilSgetGenNameObjectDER", {getOne(X509MUtilSgetGenNameObjectDER)}},
+    {"X509MUtilSgetGenNameObjectBER", {getOne(X509MUtilSgetGenNameObjectBER)}},
     {"X509MUtilCopyGenNameObject",
-     {.run = [](Stage &s, auto err) { return X509MUtilCopyGenNameObject(s.object.handle(), s.source, err); },
-      .prepare = prepareCopy}},
-    {"KetraObjectSsetSubjectAltName", setNames(KetraObjectSsetSubjectAltName, X509Objid_SubjectAltName)},
-    {"KetraObjectSsetIssuerAltName", setNames(KetraObjectSsetIssuerAltName, X509Objid_IssuerAltName)},
-    {"KetraObjectSsetCertIssuer", setNames(KetraObjectSsetCertIssuer, X509Objid_CertIssuer)},
-    {"KetraObjectSgetSubjectAltName",
-     getNames(KetraObjectSgetSubjectAltName, X509Objid_SubjectAltName, "GeneralNames")},
-    {"KetraObjectSgetIssuerAltName", getNames(KetraObjectSgetIssuerAltName, X509Objid_IssuerAltName, "GeneralNames")},
-    {"KetraObjectSgetCertIssuer", getNames(KetraObjectSgetCertIssuer, X509Objid_CertIssuer, "CertificateIssuer")},
-    {"KetraObjectSgetSubjectAltNameCalGenName",
-     count(KetraObjectSgetSubjectAltNameCalGenName, X509Objid_SubjectAltName, "GeneralNames")},
-    {"KetraObjectSgetIssuerAltNameCalGenName",
-     count(KetraObjectSgetIssuerAltNameCalGenName, X509Objid_IssuerAltName, "GeneralNames")},
-    {"KetraObjectSgetCertIssuerCalGenName",
-     count(KetraObjectSgetCertIssuerCalGenName, X509Objid_CertIssuer, "CertificateIssuer")},
-    {"X509MUtilSetDistributionPointName",
-     {.run =
-          [](Stage &s, auto err) {
-            const X509DistributionPointName name = s.sampleName();
-            return X509MUtilSetDistributionPointName(s.issuing.object, s.issuing.value, "distributionPoint", &name,
-                                                     err);
-          }}},
-    {"X509MUtilSgetDistributionPointName", {getPointName}},
-    {"X509MUtilSgetDistributionPointNameOpt", {getPointNameOpt}},
-    {"X509MUtilCalDistributionPointName", {[](Stage &s, auto err) {
-       return X509MUtilCalDistributionPointName(s.point().object(), s.point().value(), "distributionPoint", &s.choice,
-                                                &s.number, err);
-     }}},
-    {"X509MUtilCheckDistributionPointName", {[](Stage &s, auto err) {
-       return X509MUtilCheckDistributionPointName(&s.samples.issuing.distributionPoint.value, err);
-     }}},
-    {"X509MUtilCheckDistributionPointNameOpt", {[](Stage &s, auto err) {
-       return X509MUtilCheckDistributionPointNameOpt(&s.samples.issuing.distributionPoint, err);
-     }}},
-    {"X509MUtilCheckCRLDistributionPoints",
-     {[](Stage &s, auto err) { return X509MUtilCheckCRLDistributionPoints(s.samples.points, err); }}},
-    {"KetraObjectSsetCRLDistributionPoints",
-     {[](Stage &s, auto err) { return KetraObjectSsetCRLDistributionPoints(s.extensions, 1, s.samples.points, err); },
-      &X509Objid_CRLDistributionPoints, "CRLDistributionPoints"}},
-    {"KetraObjectSgetCRLDistributionPoints",
-     {[](Stage &s, auto err) { return KetraObjectSgetCRLDistributionPoints(s.extensions, s.prepared.points, err); },
-      &X509Objid_CRLDistributionPoints, "CRLDistributionPoints"}},
-    {"KetraObjectSgetCRLDistributionPointsCalDistributionPoint",
-     count(KetraObjectSgetCRLDistributionPointsCalDistributionPoint, X509Objid_CRLDistributionPoints,
-           "CRLDistributionPoints")},
-    {"KetraObjectSgetCRLDistributionPointsCalDistributionPointName",
-     {[](Stage &s, auto err) {
-        return KetraObjectSgetCRLDistributionPointsCalDistributionPointName(s.extensions, 0, &s.choice, &s.number, err);
-      },
-      &X509Objid_CRLDistributionPoints, "CRLDistributionPoints"}},
-    {"KetraObjectSgetCRLDistributionPointsCalCRLIssuer",
-     {[](Stage &s, auto err) {
-        return KetraObjectSgetCRLDistributionPointsCalCRLIssuer(s.extensions, 0, &s.number, err);
-      },
-      &X509Objid_CRLDistributionPoints, "CRLDistributionPoints"}},
-    {"KetraObjectSsetIssuingDistributionPoint",
-     {[](Stage &s, auto err) { return KetraObjectSsetIssuingDistributionPoint(s.extensions, &s.samples.issuing, err); },
-      &X509Objid_IssuingDistributionPoint, "IssuingDistributionPoint"}},
-    {"KetraObjectSgetIssuingDistributionPoint",
-     {[](Stage &s, auto err) {
-        return KetraObjectSgetIssuingDistributionPoint(s.extensions, &s.prepared.issuing, err);
-      },
-      &X509Objid_IssuingDistributionPoint, "IssuingDistributionPoint"}},
-    {"KetraObjectSgetIssuingDistributionPointCalDistributionPointName",
-     {[](Stage &s, auto err) {
-        return KetraObjectSgetIssuingDistributionPointCalDistributionPointName(s.extensions, &s.choice, &s.number, err);
-      },
-      &X509Objid_IssuingDistributionPoint, "IssuingDistributionPoint"}},
-    {"X509MUtilSetGenSubtrees",
-     {.run =
-          [](Stage &s, auto err) {
-            return X509MUtilSetGenSubtrees(s.constraints.object, s.constraints.value, "permittedSubtrees",
-                                           s.samples.subtrees, err);
-          }}},
-    {"X509MUtilSgetGenSubtrees",
-     {.run =
-          [](Stage &s, auto err) {
-            return X509MUtilSgetGenSubtrees(s.pool, s.subtrees.object(), s.subtrees.value(), "permittedSubtrees",
-                                            s.prepared.subtrees, err);
-          }}},
-    {"X509MUtilSgetGenSubtreesOpt",
-     {.run =
-          [](Stage &s, auto err) {
-            X509GenSubtreesOpt list{s.prepared.subtrees, 0};
-            return X509MUtilSgetGenSubtreesOpt(s.pool, s.subtrees.object(), s.subtrees.value(), "permittedSubtrees",
-                                               &list, err);
-          }}},
-    {"X509MUtilCheckGenSubtrees",
-     {[](Stage &s, auto err) { return X509MUtilCheckGenSubtrees(s.samples.subtrees, err); }}},
-    {"X509MUtilCheckGenSubtreesOpt", {[](Stage &s, auto err) {
-       const X509GenSubtreesOpt list{s.samples.subtrees, 1};
-       return X509MUtilCheckGenSubtreesOpt(&list, err);
-     }}},
-    {"KetraObjectSsetNameConstraints", {setConstraints, &X509Objid_NameConstraints, "NameConstraints"}},
-    {"KetraObjectSgetNameConstraints", {getConstraints, &X509Objid_NameConstraints, "NameConstraints"}},
-    {"KetraObjectSgetNameConstraintsCalGenSubtree",
-     {[](Stage &s, auto err) {
-        return KetraObjectSgetNameConstraintsCalGenSubtree(s.extensions, &s.number, &s.number, err);
-      },
-      &X509Objid_NameConstraints, "NameConstraints"}},
-    {"KetraObjectSsetAuthorityKeyId",
-     {[](Stage &s, auto err) { return KetraObjectSsetAuthorityKeyId(s.extensions, &s.sampleChains.keyId, err); },
-      &X509Objid_AuthorityKeyId, "AuthorityKeyIdentifier"}},
-    {"KetraObjectSgetAuthorityKeyId",
-     {[](Stage &s, auto err) { return KetraObjectSgetAuthorityKeyId(s.extensions, &s.preparedChains.keyId, err); },
-      &X509Objid_AuthorityKeyId, "AuthorityKeyIdentifier"}},
-    {"KetraObjectSgetAuthorityKeyIdCalGenName",
-     count(KetraObjectSgetAuthorityKeyIdCalGenName, X509Objid_AuthorityKeyId, "AuthorityKeyIdentifier")},
-    {"KetraObjectSsetCertPolicies",
-     {[](Stage &s, auto err) { return KetraObjectSsetCertPolicies(s.extensions, 1, &s.sampleChains.head, err); },
-      &X509Objid_CertPolicies, "CertificatePoliciesSyntax"}},
-    {"KetraObjectSgetCertPolicies",
-     {[](Stage &s, auto err) { return KetraObjectSgetCertPolicies(s.extensions, 0, s.preparedChains.policies, err); },
-      &X509Objid_CertPolicies, "CertificatePoliciesSyntax"}},
-    {"KetraObjectSgetCertPoliciesCalInformation",
-     count(KetraObjectSgetCertPoliciesCalInformation, X509Objid_CertPolicies, "CertificatePoliciesSyntax")},
-    {"KetraObjectSgetCertPoliciesCalQualifier",
-     {[](Stage &s, auto err) { return KetraObjectSgetCertPoliciesCalQualifier(s.extensions, 0, &s.number, err); },
-      &X509Objid_CertPolicies, "CertificatePoliciesSyntax"}},
-    {"KetraObjectSsetPolicyMappings",
-     {[](Stage &s, auto err) { return KetraObjectSsetPolicyMappings(s.extensions, s.sampleChains.mappings, err); },
-      &X509Objid_PolicyMappings, "PolicyMappings"}},
-    {"KetraObjectSgetPolicyMappings",
-     {[](Stage &s, auto err) { return KetraObjectSgetPolicyMappings(s.extensions, s.preparedChains.mappings, err); },
-      &X509Objid_PolicyMappings, "PolicyMappings"}},
-    {"KetraObjectSgetPolicyMappingsCalPolicyMapping",
-     count(KetraObjectSgetPolicyMappingsCalPolicyMapping, X509Objid_PolicyMappings, "PolicyMappings")},
-    {"KetraObjectSsetPolicyConstraints",
-     {[](Stage &s, auto err) {
-        const KetraPolicyConstraints value{{3, 1}, {0, 1}};
-        return KetraObjectSsetPolicyConstraints(s.extensions, 1, &value, err);
-      },
-      &X509Objid_PolicyConstraints, "PolicyConstraints"}},
-    {"KetraObjectSgetPolicyConstraints",
-     {[](Stage &s, auto err) {
-        KetraPolicyConstraints value{};
-        return KetraObjectSgetPolicyConstraints(s.extensions, &value, err);
-      },
-      &X509Objid_PolicyConstraints, "PolicyConstraints"}},
-    {"KetraObjectSsetExtKeyUsage",
-     {[](Stage &s, auto err) { return KetraObjectSsetExtKeyUsage(s.extensions, 1, s.sampleChains.purposes, err); },
-      &X509Objid_ExtKeyUsage, "ExtKeyUsage"}},
-    {"KetraObjectSgetExtKeyUsage",
-     {[](Stage &s, auto err) { return KetraObjectSgetExtKeyUsage(s.extensions, s.preparedChains.purposes, err); },
-      &X509Objid_ExtKeyUsage, "ExtKeyUsage"}},
-    {"KetraObjectSgetExtKeyUsageCalKeyPurposeId",
-     count(KetraObjectSgetExtKeyUsageCalKeyPurposeId, X509Objid_ExtKeyUsage, "ExtKeyUsage")},
-    {"KetraObjectSsetPrivateKeyUsagePeriod",
-     {[](Stage &s, auto err) {
-        const KetraPrivateKeyUsagePeriod value{{{0, 0}, 1}, {{0, 0}, 1}};
-        return KetraObjectSsetPrivateKeyUsagePeriod(s.extensions, &value, err);
-      },
-      &X509Objid_PrivateKeyUsagePeriod, "PrivateKeyUsagePeriod"}},
-    {"KetraObjectSgetPrivateKeyUsagePeriod",
-     {[](Stage &s, auto err) {
-        KetraPrivateKeyUsagePeriod value{};
-        return KetraObjectSgetPrivateKeyUsagePeriod(s.extensions, &value, err);
-      },
-      &X509Objid_PrivateKeyUsagePeriod, "PrivateKeyUsagePeriod"}},
-    {"KetraObjectSsetCRLNumber", setScalar(KetraObjectSsetCRLNumber, int32_t{1}, X509Objid_CRLNumber, "CRLNumber")},
-    {"KetraObjectSgetCRLNumber", getScalar<int32_t>(KetraObjectSgetCRLNumber, X509Objid_CRLNumber, "CRLNumber")},
-    {"KetraObjectSsetDeltaCRLIndicator",
-     setScalar(KetraObjectSsetDeltaCRLIndicator, int32_t{1}, X509Objid_DeltaCRLIndicator, "BaseCRLNumber")},
-    {"KetraObjectSgetDeltaCRLIndicator",
-     getScalar<int32_t>(KetraObjectSgetDeltaCRLIndicator, X509Objid_DeltaCRLIndicator, "BaseCRLNumber")},
-    {"KetraObjectSsetReasonCode", setScalar(KetraObjectSsetReasonCode, int32_t{1}, X509Objid_ReasonCode, "CRLReason")},
-    {"KetraObjectSgetReasonCode", getScalar<int32_t>(KetraObjectSgetReasonCode, X509Objid_ReasonCode, "CRLReason")},
-    {"KetraObjectSsetInstructionCode",
-     setScalar(KetraObjectSsetInstructionCode, X509Objid_ReasonCode, X509Objid_InstructionCode, "HoldInstruction")},
-    {"KetraObjectSgetInstructionCode",
-     getScalar<Objid>(KetraObjectSgetInstructionCode, X509Objid_InstructionCode, "HoldInstruction")},
-    {"KetraObjectSsetInvalidityDate",
-     setScalar(KetraObjectSsetInvalidityDate, Gtime{0, 0}, X509Objid_InvalidityDate, "InvalidityDate")},
-    {"KetraObjectSgetInvalidityDate",
-     getScalar<Gtime>(KetraObjectSgetInvalidityDate, X509Objid_InvalidityDate, "InvalidityDate")},
-    {"KetraObjectSsetSubjectDirectoryAttributes",
-     {[](Stage &s, auto err) { return KetraObjectSsetSubjectDirectoryAttributes(s.extensions, s.attributes, err); },
-      &X509Objid_SubjectDirectoryAttributes}},
-    {"KetraObjectSgetSubjectDirectoryAttributes",
-     {[](Stage &s, auto err) { return KetraObjectSgetSubjectDirectoryAttributes(s.extensions, s.attributes, err); },
-      &X509Objid_SubjectDirectoryAttributes}},
+     {.run = STEP(X509MUtilCopyGenNameObject, s.object.handle(), s.source), .prepare = prepareCopy}},
+    EXTENSION(KetraObjectSsetSubjectAltName, SubjectAltName, "GeneralNames", 1, &s.sampleNames),
+    EXTENSION(KetraObjectSsetIssuerAltName, IssuerAltName, "GeneralNames", 1, &s.sampleNames),
+    EXTENSION(KetraObjectSsetCertIssuer, CertIssuer, "GeneralNames", &s.sampleNames),
+    EXTENSION(KetraObjectSgetSubjectAltName, SubjectAltName, "GeneralNames", &s.preparedNames),
+    EXTENSION(KetraObjectSgetIssuerAltName, IssuerAltName, "GeneralNames", &s.preparedNames),
+    EXTENSION(KetraObjectSgetCertIssuer, CertIssuer, "CertificateIssuer", &s.preparedNames),
+    EXTENSION(KetraObjectSgetSubjectAltNameCalGenName, SubjectAltName, "GeneralNames", &s.number),
+    EXTENSION(KetraObjectSgetIssuerAltNameCalGenName, IssuerAltName, "GeneralNames", &s.number),
+    EXTENSION(KetraObjectSgetCertIssuerCalGenName, CertIssuer, "CertificateIssuer", &s.number),
+
+    UTILITY(X509MUtilSetDistributionPointName, s.issuing.object, s.issuing.value, kPoint, &s.sampleName),
+    UTILITY(X509MUtilSgetDistributionPointName, s.pool, s.point().object(), s.point().value(), kPoint,
+            &s.preparedName.value),
+    UTILITY(X509MUtilSgetDistributionPointNameOpt, s.pool, s.point().object(), s.point().value(), kPoint,
+            &s.preparedName),
+    UTILITY(X509MUtilCalDistributionPointName, s.point().object(), s.point().value(), kPoint, &s.integer, &s.number),
+    UTILITY(X509MUtilCheckDistributionPointName, &s.sampleName),
+    UTILITY(X509MUtilCheckDistributionPointNameOpt, &s.samples.issuing.distributionPoint),
+    UTILITY(X509MUtilCheckCRLDistributionPoints, s.samples.points),
+    EXTENSION(KetraObjectSsetCRLDistributionPoints, CRLDistributionPoints, "CRLDistributionPoints", 1,
+              s.samples.points),
+    EXTENSION(KetraObjectSgetCRLDistributionPoints, CRLDistributionPoints, "CRLDistributionPoints", s.prepared.points),
+    EXTENSION(KetraObjectSgetCRLDistributionPointsCalDistributionPoint, CRLDistributionPoints, "CRLDistributionPoints",
+              &s.number),
+    EXTENSION(KetraObjectSgetCRLDistributionPointsCalDistributionPointName, CRLDistributionPoints,
+              "CRLDistributionPoints", 0, &s.integer, &s.number),
+    EXTENSION(KetraObjectSgetCRLDistributionPointsCalCRLIssuer, CRLDistributionPoints, "CRLDistributionPoints", 0,
+              &s.number),
+    EXTENSION(KetraObjectSsetIssuingDistributionPoint, IssuingDistributionPoint, "IssuingDistributionPoint",
+              &s.samples.issuing),
+    EXTENSION(KetraObjectSgetIssuingDistributionPoint, IssuingDistributionPoint, "IssuingDistributionPoint",
+              &s.prepared.issuing),
+    EXTENSION(KetraObjectSgetIssuingDistributionPointCalDistributionPointName, IssuingDistributionPoint,
+              "IssuingDistributionPoint", &s.integer, &s.number),
+    UTILITY(X509MUtilSetGenSubtrees, s.constraints.object, s.constraints.value, kPermitted, s.samples.subtrees),
+    UTILITY(X509MUtilSgetGenSubtrees, s.pool, s.subtrees.object(), s.subtrees.value(), kPermitted, s.prepared.subtrees),
+    UTILITY(X509MUtilSgetGenSubtreesOpt, s.pool, s.subtrees.object(), s.subtrees.value(), kPermitted,
+            &s.preparedSubtrees),
+    UTILITY(X509MUtilCheckGenSubtrees, s.samples.subtrees),
+    UTILITY(X509MUtilCheckGenSubtreesOpt, &s.sampleSubtrees),
+    EXTENSION(KetraObjectSsetNameConstraints, NameConstraints, "NameConstraints", 1, &s.sampleConstraints),
+    EXTENSION(KetraObjectSgetNameConstraints, NameConstraints, "NameConstraints", &s.preparedConstraints),
+    EXTENSION(KetraObjectSgetNameConstraintsCalGenSubtree, NameConstraints, "NameConstraints", &s.number, &s.number),
+
+    EXTENSION(KetraObjectSsetAuthorityKeyId, AuthorityKeyId, "AuthorityKeyIdentifier", &s.sampleChains.keyId),
+    EXTENSION(KetraObjectSgetAuthorityKeyId, AuthorityKeyId, "AuthorityKeyIdentifier", &s.preparedChains.keyId),
+    EXTENSION(KetraObjectSgetAuthorityKeyIdCalGenName, AuthorityKeyId, "AuthorityKeyIdentifier", &s.number),
+    EXTENSION(KetraObjectSsetCertPolicies, CertPolicies, "CertificatePoliciesSyntax", 1, &s.sampleChains.head),
+    EXTENSION(KetraObjectSgetCertPolicies, CertPolicies, "CertificatePoliciesSyntax", 0, s.preparedChains.policies),
+    EXTENSION(KetraObjectSgetCertPoliciesCalInformation, CertPolicies, "CertificatePoliciesSyntax", &s.number),
+    EXTENSION(KetraObjectSgetCertPoliciesCalQualifier, CertPolicies, "CertificatePoliciesSyntax", 0, &s.number),
+    EXTENSION(KetraObjectSsetPolicyMappings, PolicyMappings, "PolicyMappings", s.sampleChains.mappings),
+    EXTENSION(KetraObjectSgetPolicyMappings, PolicyMappings, "PolicyMappings", s.preparedChains.mappings),
+    EXTENSION(KetraObjectSgetPolicyMappingsCalPolicyMapping, PolicyMappings, "PolicyMappings", &s.number),
+    EXTENSION(KetraObjectSsetPolicyConstraints, PolicyConstraints, "PolicyConstraints", 1, &s.policyConstraints),
+    EXTENSION(KetraObjectSgetPolicyConstraints, PolicyConstraints, "PolicyConstraints", &s.policyConstraints),
+    EXTENSION(KetraObjectSsetExtKeyUsage, ExtKeyUsage, "ExtKeyUsage", 1, s.sampleChains.purposes),
+    EXTENSION(KetraObjectSgetExtKeyUsage, ExtKeyUsage, "ExtKeyUsage", s.preparedChains.purposes),
+    EXTENSION(KetraObjectSgetExtKeyUsageCalKeyPurposeId, ExtKeyUsage, "ExtKeyUsage", &s.number),
+    EXTENSION(KetraObjectSsetPrivateKeyUsagePeriod, PrivateKeyUsagePeriod, "PrivateKeyUsagePeriod", &s.period),
+    EXTENSION(KetraObjectSgetPrivateKeyUsagePeriod, PrivateKeyUsagePeriod, "PrivateKeyUsagePeriod", &s.period),
+    EXTENSION(KetraObjectSsetCRLNumber, CRLNumber, "CRLNumber", &s.integer),
+    EXTENSION(KetraObjectSgetCRLNumber, CRLNumber, "CRLNumber", &s.integer),
+    EXTENSION(KetraObjectSsetDeltaCRLIndicator, DeltaCRLIndicator, "BaseCRLNumber", &s.integer),
+    EXTENSION(KetraObjectSgetDeltaCRLIndicator, DeltaCRLIndicator, "BaseCRLNumber", &s.integer),
+    EXTENSION(KetraObjectSsetReasonCode, ReasonCode, "CRLReason", &s.integer),
+    EXTENSION(KetraObjectSgetReasonCode, ReasonCode, "CRLReason", &s.integer),
+    EXTENSION(KetraObjectSsetInstructionCode, InstructionCode, "HoldInstruction", &s.objid),
+    EXTENSION(KetraObjectSgetInstructionCode, InstructionCode, "HoldInstruction", &s.objid),
+    EXTENSION(KetraObjectSsetInvalidityDate, InvalidityDate, "InvalidityDate", &s.time),
+    EXTENSION(KetraObjectSgetInvalidityDate, InvalidityDate, "InvalidityDate", &s.time),
+    EXTENSION(KetraObjectSsetSubjectDirectoryAttributes, SubjectDirectoryAttributes, "", s.attributes),
+    EXTENSION(KetraObjectSgetSubjectDirectoryAttributes, SubjectDirectoryAttributes, "", s.attributes),
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The operations that the fault sweep runs, and what they run on.
+// The operations that the sweeps run, and what they run on.
 #pragma once
 
 #include <functional>
@@ -28,7 +28,7 @@ class Decoded {
   Work work_;
 };
 
-// Everything that an operation may need, made anew for each failure.
+// Everything that an operation may need, made anew for each failure. `input` tells which of it.
 struct Stage {
   explicit Stage(const std::string &name);
 
@@ -51,13 +51,34 @@ struct Stage {
   Decoded subtrees{schema::Entry::NameConstraints, Structures::constraintsDer(true, false)};
   Decoded fullName{schema::Entry::IssuingDistributionPoint, std::string("30 0D ") + Structures::kFullName};
   Decoded relativeName{schema::Entry::IssuingDistributionPoint, Structures::issuingDer()};
+  const Exact sample;  // of the input's kind of name
 
-  int32_t choice = 0;  // results that nobody looks at
-  uint32_t number = 0;
-
+  // By the input.
+  const Decoded &list() const { return input == "two" ? two : one; }
+  X509GenNameChain *chain() { return input == "two" ? samples.fullName.first() : samples.issuer.first(); }
   const Decoded &point() const { return input == "fullName" ? fullName : relativeName; }
-  X509DistributionPointName sampleName() { return input == "fullName" ? samples.full() : samples.relative(); }
-  X509DistributionPointName preparedName() { return input == "fullName" ? prepared.full() : prepared.relative(); }
+  X509DistributionPointName sampleName;
+  X509DistributionPointNameOpt preparedName;
+  bool holdsOldNameOrNone() { return *object.handle() == nullptr || object.der() == held || object.der() == "empty"; }
+  bool isFirst() const { return input.starts_with("first-"); }
+
+  // Values to set, and places for results.
+  AsnEncodedData encoding;
+  KetraBasicConstraints basicConstraints{{1, 1}, {3, 1}};
+  AsnBit bits;
+  AsnOct octets;
+  X509GenNames sampleNames;
+  X509GenNames preparedNames;
+  KetraNameConstraints sampleConstraints;
+  KetraNameConstraints preparedConstraints;
+  X509GenSubtreesOpt sampleSubtrees;
+  X509GenSubtreesOpt preparedSubtrees;
+  KetraPolicyConstraints policyConstraints{{3, 1}, {0, 1}};
+  KetraPrivateKeyUsagePeriod period{{{0, 0}, 1}, {{0, 0}, 1}};
+  Objid objid = X509Objid_KeyUsage;
+  Gtime time{0, 0};
+  int32_t integer = 1;
+  uint32_t number = 0;
 };
 
 using Step = std::function<int32_t(Stage &, AsnErrorBlock *)>;
@@ -67,6 +88,7 @@ struct Operation {
   const Objid *objid = nullptr;  // of the extension that it reads or writes
   std::string opened = "";       // as that type
   Step prepare = [](Stage &, AsnErrorBlock *) { return 0; };
+  Step withoutObject = nullptr;  // the same for a null Extensions object
 };
 
 // By the names of the operations.
