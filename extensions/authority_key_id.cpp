@@ -83,7 +83,7 @@ int32_t KetraObjectSgetAuthorityKeyId(KetraObject extensions, KetraAuthorityKeyI
   const Operation op(__func__, err);
   return getFrame(op, extensions, value, kAuthorityKeyId, [&](AsnObject work, AsnValue root) {
     CacheEntry *cached = nullptr;
-    const AsnMemObject pool = extensions->pool;
+    AsnMemObject pool = extensions->pool;
     if (const int32_t result = ketraObjectSgetSExt(extensions, CacheKind::AuthorityKeyId, &cached, err); result != 0) {
       return result;
     }

@@ -124,7 +124,7 @@ int32_t KetraObjectSgetCertPolicies(KetraObject extensions, uint32_t index, Ketr
   const Operation op(__func__, err);
   return getFrame(op, extensions, information, kPolicies, [&](AsnObject work, AsnValue root) {
     AsnValue policy = nullptr;
-    const AsnMemObject pool = extensions->pool;
+    AsnMemObject pool = extensions->pool;
     if (op.failed(AsnGetElement(work, root, MemberPath(index + 1), &policy, err), "Call AsnGetElement")) return -1;
     if (policy == nullptr) return op.reject(KetraError_GetCertPoliciesIndex, "certPolicies");
     const int32_t got =

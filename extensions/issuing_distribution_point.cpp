@@ -64,7 +64,7 @@ int32_t KetraObjectSgetIssuingDistributionPoint(KetraObject extensions, KetraIss
   const Operation op(__func__, err);
   return getFrame(op, extensions, value, kPoint, [&](AsnObject work, AsnValue root) {
     auto &[name, userCerts, caCerts, reasons, indirect] = *value;
-    const AsnMemObject pool = extensions->pool;
+    AsnMemObject pool = extensions->pool;
     const int32_t named = X509MUtilSgetDistributionPointNameOpt(pool, work, root, "distributionPoint", &name, err);
     if (op.failed(named, "Call X509MUtilSgetDistributionPointNameOpt")) return named;
     if (op.failed(AsnGetOptBoolBER(work, root, "onlyContainsUserCerts", &userCerts, err),

@@ -47,7 +47,7 @@ int32_t KetraObjectSgetPrivateKeyUsagePeriod(KetraObject extensions, KetraPrivat
         result != 0) {
       return result;
     }
-    const AsnMemObject pool = extensions->pool;
+    AsnMemObject pool = extensions->pool;
     if (op.failed(AsnMUtilGetGtimeOptBER(pool, work, root, "notBefore", &cached->period.notBefore, err),
                   "Call AsnMUtilGetGtimeOptBER")) {
       return -1;

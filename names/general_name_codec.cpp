@@ -113,7 +113,7 @@ int32_t x509GenNameObjectSetParam(bool ber, X509GenNameObject object, AsnObject 
 int32_t x509GenNameObjectGetParam(bool ber, X509GenNameObject object, AsnObject work, AsnValue value,
                                   AsnErrorBlock *err) {
   const Operation op(__func__, err);
-  const AsnMemObject pool = object->pool;
+  AsnMemObject pool = object->pool;
   X509GenNameParam &param = object->param;
   if (op.failed(AsnCalNumberOfChoice(work, value, "/", &param.type, err), "Call AsnCalNumberOfChoice")) return -1;
   if (const OctetsAlternative *row = octetsAlternative(param.type)) {

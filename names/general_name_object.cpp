@@ -118,7 +118,7 @@ int32_t X509GenNameObjectCreate(X509GenNameObject *object, AsnErrorBlock *err) {
 int32_t X509GenNameObjectDestroy(X509GenNameObject object, AsnErrorBlock *err) {
   if (object == nullptr) return 0;
   const Operation op(__func__, err);
-  const AsnMemObject pool = object->pool;
+  AsnMemObject pool = object->pool;
   if (object->param.type == X509GenName_DirectoryName) {
     const int32_t result = X509NameObjectDestroy(object->param.directoryName, err);
     if (op.failed(result, "Call X509NameObjectDestroy")) {

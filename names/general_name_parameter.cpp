@@ -150,7 +150,7 @@ int32_t copyParam(const Operation &op, AsnMemObject pool, const X509GenNameParam
 
 int32_t x509GenNameObjectResetParam(X509GenNameObject object, AsnErrorBlock *err) {
   const Operation op(__func__, err);
-  const AsnMemObject pool = object->pool;
+  AsnMemObject pool = object->pool;
   X509GenNameParam &param = object->param;
   if (const OctetsAlternative *row = octetsAlternative(param.type)) {
     return op.failed(AsnMUtilFreeOct(pool, &(param.*row->octets), err), row->release) ? -1 : 0;

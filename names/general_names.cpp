@@ -112,7 +112,7 @@ int32_t X509MUtilSgetGenNameObjectBER(AsnMemObject pool, AsnObject work, AsnValu
 int32_t X509MUtilCopyGenNameObject(X509GenNameObject *destination, X509GenNameObject source, AsnErrorBlock *err) {
   const Operation op(__func__, err);
   if (op.misses(destination)) return -1;
-  const X509GenNameObject old = *destination;
+  X509GenNameObject old = *destination;
   if (old == source) return 0;
   *destination = nullptr;
   if (old != nullptr) {

@@ -21,6 +21,9 @@ namespace ketra {
 template <class N>
 struct BasicSubjectAltName {
   std::vector<N> names;
+
+  friend bool operator==(const BasicSubjectAltName &a, const BasicSubjectAltName &b) { return a.names == b.names; }
+  friend bool operator!=(const BasicSubjectAltName &a, const BasicSubjectAltName &b) { return !(a == b); }
 };
 using SubjectAltName = BasicSubjectAltName<GeneralName>;
 using TolerantSubjectAltName = BasicSubjectAltName<NameOrError>;
@@ -28,6 +31,9 @@ using TolerantSubjectAltName = BasicSubjectAltName<NameOrError>;
 template <class N>
 struct BasicIssuerAltName {
   std::vector<N> names;
+
+  friend bool operator==(const BasicIssuerAltName &a, const BasicIssuerAltName &b) { return a.names == b.names; }
+  friend bool operator!=(const BasicIssuerAltName &a, const BasicIssuerAltName &b) { return !(a == b); }
 };
 using IssuerAltName = BasicIssuerAltName<GeneralName>;
 using TolerantIssuerAltName = BasicIssuerAltName<NameOrError>;
@@ -36,6 +42,11 @@ using TolerantIssuerAltName = BasicIssuerAltName<NameOrError>;
 template <class N>
 struct BasicCertificateIssuer {
   std::vector<N> names;
+
+  friend bool operator==(const BasicCertificateIssuer &a, const BasicCertificateIssuer &b) {
+    return a.names == b.names;
+  }
+  friend bool operator!=(const BasicCertificateIssuer &a, const BasicCertificateIssuer &b) { return !(a == b); }
 };
 using CertificateIssuer = BasicCertificateIssuer<GeneralName>;
 using TolerantCertificateIssuer = BasicCertificateIssuer<NameOrError>;

@@ -1,6 +1,7 @@
 // BasicConstraints, KeyUsage, SubjectKeyId.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -14,6 +15,11 @@ namespace ketra {
 struct BasicConstraints {
   std::optional<bool> cA;
   std::optional<int32_t> pathLenConstraint;
+
+  friend bool operator==(const BasicConstraints &a, const BasicConstraints &b) {
+    return a.cA == b.cA && a.pathLenConstraint == b.pathLenConstraint;
+  }
+  friend bool operator!=(const BasicConstraints &a, const BasicConstraints &b) { return !(a == b); }
 };
 
 template <>
@@ -64,6 +70,12 @@ struct KeyUsage {
     };
     return kBits;
   }
+
+  friend bool operator==(const KeyUsage &a, const KeyUsage &b) {
+    const std::vector<Bit> &all = bits();
+    return std::all_of(all.begin(), all.end(), [&](const Bit &bit) { return a.*bit.member == b.*bit.member; });
+  }
+  friend bool operator!=(const KeyUsage &a, const KeyUsage &b) { return !(a == b); }
 };
 
 template <>
@@ -97,6 +109,9 @@ struct ExtensionTraits<KeyUsage> {
 // RFC 5280 4.2.1.2
 struct SubjectKeyId {
   Octets keyIdentifier;
+
+  friend bool operator==(const SubjectKeyId &a, const SubjectKeyId &b) { return a.keyIdentifier == b.keyIdentifier; }
+  friend bool operator!=(const SubjectKeyId &a, const SubjectKeyId &b) { return !(a == b); }
 };
 
 template <>
