@@ -233,6 +233,8 @@ TEST(NameObject, Text) {
       Row{30, "\xD8\x00\0A"sv, "#1e04d8000041"}, Row{30, "\xDC\x00"sv, "#1e02dc00"}, Row{30, "abc", "#1e03616263"},
       Row{28, "\0\x11\0\0"sv, "#1c0400110000"}, Row{19, "\xE4", "#1301e4"}, Row{26, "a", "#1a0161"},
       Row{0x2C, "\x04\x01\x61", "#2c03040161"}, Row{0x8C, "a", "#8c0161"},
+      Row{28, "\0\0\0A\0"sv, "#1c050000004100"}, Row{30, "\xDC\0\xDC\0"sv, "#1e04dc00dc00"},
+      Row{30, "\xD8\0\xE0\0"sv, "#1e04d800e000"}, Row{19, "\x80", "#130180"}, Row{30, "\x08\0"sv, "\xE0\xA0\x80"},
   }) {
     // clang-format on
     EXPECT_EQ(value(row.tag, row.octets), "CN=" + row.text);
@@ -272,7 +274,11 @@ TEST(NameObject, Compare) {
            Row{one(cn(12, "A\xFF")), one(cn(12, "a\xFF")), 0},
            Row{one(cn(26, "a")), one(a), 0},
            Row{one(a + cn(12, "B")), one(cn(19, "A") + b), 1},
+           Row{one(a + cn(19, "b")), one(b + cn(19, "a")), 1},
            Row{one(a + b), one(a + a), 0},
+           Row{one(cn(12, "Z")), one(cn(12, "z")), 1},
+           Row{one(cn(19, "")), one(cn(2, "\5")), 0},
+           Row{one(cn(2, "\5")), one(cn(10, "\5")), 0},
            Row{one(a + b), tlv(0x30, rdn(a) + rdn(b)), 0},
            Row{tlv(0x30, rdn(a) + rdn(b)), tlv(0x30, rdn(b) + rdn(a)), 0},
            Row{tlv(0x30, rdn(a) + rdn(b)), tlv(0x30, rdn(a)), 0},
