@@ -35,13 +35,16 @@ int32_t getSerialNumber(const Operation &op, AsnObject work, AsnValue root, X509
   const int32_t found = AsnCalAddressOfValFld(work, root, kSerialNumber, &content.octets, &content.length, op.err());
   if (op.failed(found, "Call AsnCalAddressOfValFld")) return -1;
   X509CertSerialNumber &value = serial->value;
-  serial->option = content.length != ASN_ABSENT_LENGTH ? 1 : 0;
-  value.form = 0;
-  value.octets = nullptr;
-  value.length = 0;
-  if (content.length == ASN_ABSENT_LENGTH) return 0;
-  if (content.length > kNumberOctets) {
-    value.form = 1;
+  if (content.length == ASN_ABSENT_LENGTH) {
+    serial->option = 0;
+    value.form = 0;
+    value.octets = nullptr;
+    value.length = 0;
+    return 0;
+  }
+  serial->option = 1;
+  value.form = content.length > kNumberOctets ? 1 : 0;
+  if (value.form == 1) {
     value.octets = content.octets;
     value.length = content.length;
     return 0;

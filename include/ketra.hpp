@@ -71,7 +71,8 @@ class Extensions {
     return detail::view(data).copy();
   }
 
-  // The extension of type T, or nothing when it is absent; one that cannot be read is an Error.
+  // The extension of type T, or nothing when it is absent; one that cannot be read is an Error. Reading again and again
+  // does not grow the object; but a get that fails at a name leaves that name's octets in its memory, to its end.
   template <class T>
   std::optional<T> get() const {
     if (!contains<T>()) return std::nullopt;

@@ -161,6 +161,13 @@ inline TolerantDistributionPoint readPoint(View encoding) try {
   return unreadable;
 }
 
+inline void shareErrors(TolerantDistributionPoint &point, SharedErrors &errors) {
+  if (point.distributionPoint) {
+    if (auto *full = std::get_if<TolerantFullName>(&*point.distributionPoint)) errors.share(full->names);
+  }
+  if (point.cRLIssuer) errors.share(*point.cRLIssuer);
+}
+
 }  // namespace detail
 
 template <class N>
@@ -187,9 +194,11 @@ struct ExtensionTraits<BasicCrlDistributionPoints<N>> {
     } else {
       const detail::WorkValue list(AsnType_SequenceOfAny, detail::storedValue(object, objid()));
       const uint32_t count = list.count(list.get());
+      detail::SharedErrors errors;
       value.points.reserve(count);
       for (uint32_t i = 1; i <= count; ++i) {
         value.points.push_back(detail::readPoint(list.octets(list.get(), detail::MemberPath(i).get())));
+        detail::shareErrors(value.points.back(), errors);
       }
     }
     return 0;

@@ -110,18 +110,31 @@ inline NameOrError readName(View encoding) {
   }
 }
 
-// The members of a list of open types, each by itself. Members that fail alike share one Error: in a list of a million
-// bad ones it would cost far more than they do.
+// Lets members that fail alike share one Error: in a list of a million bad ones it would cost far more than they do.
+class SharedErrors {
+ public:
+  void share(NameOrError &name) {
+    if (auto *bad = std::get_if<UnreadableName>(&name)) {
+      bad->error = errors_.emplace(bad->error.what(), bad->error).first->second;
+    }
+  }
+  void share(std::vector<NameOrError> &names) {
+    for (NameOrError &name : names) share(name);
+  }
+
+ private:
+  std::map<std::string, Error> errors_;
+};
+
+// The members of a list of open types, each by itself.
 inline std::vector<NameOrError> readNames(const WorkValue &value, AsnValue list) {
   const uint32_t count = value.count(list);
-  std::map<std::string, Error> errors;
+  SharedErrors errors;
   std::vector<NameOrError> names;
   names.reserve(count);
   for (uint32_t i = 1; i <= count; ++i) {
     names.push_back(readName(value.octets(list, MemberPath(i).get())));
-    if (auto *bad = std::get_if<UnreadableName>(&names.back())) {
-      bad->error = errors.emplace(bad->error.what(), bad->error).first->second;
-    }
+    errors.share(names.back());
   }
   return names;
 }

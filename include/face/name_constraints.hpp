@@ -110,7 +110,11 @@ inline std::optional<std::vector<TolerantGeneralSubtree>> readSubtrees(const Wor
   const uint32_t count = value.count(list);
   std::vector<TolerantGeneralSubtree> subtrees;
   subtrees.reserve(count);
-  for (uint32_t i = 1; i <= count; ++i) subtrees.push_back(readSubtree(value.octets(list, MemberPath(i).get())));
+  SharedErrors errors;
+  for (uint32_t i = 1; i <= count; ++i) {
+    subtrees.push_back(readSubtree(value.octets(list, MemberPath(i).get())));
+    errors.share(subtrees.back().base);
+  }
   return subtrees;
 }
 

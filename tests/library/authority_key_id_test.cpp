@@ -17,12 +17,14 @@ TEST(AuthorityKeyId, SetCountGet) {
   ASSERT_EQ(KetraObjectSgetAuthorityKeyIdCalGenName(extensions, &count, err), 0);
   EXPECT_EQ(count, 1u);
   read.keyId.authorityCertSerialNumber.value.reserved = 77;
+  read.keyId.authorityCertSerialNumber.value.length = 88;
   ASSERT_EQ(KetraObjectSgetAuthorityKeyId(extensions, &read.keyId, err), 0) << err.text();
   EXPECT_EQ(toHex(read.keyId.keyIdentifier.value.octets, read.keyId.keyIdentifier.value.length), "AA BB");
   EXPECT_EQ(read.keyId.authorityCertIssuer.option, 1);
   EXPECT_EQ(read.issuer.at(0).ber(), sampleOf("iPAddress"));
   EXPECT_EQ(read.keyId.authorityCertSerialNumber.value.number, 0x0102);
   EXPECT_EQ(read.keyId.authorityCertSerialNumber.value.reserved, 77u);
+  EXPECT_EQ(read.keyId.authorityCertSerialNumber.value.length, 88u) << "only what the form needs is written";
 
   const KetraAuthorityKeyId none{};
   ASSERT_EQ(KetraObjectSsetAuthorityKeyId(extensions, &none, err), 0);
