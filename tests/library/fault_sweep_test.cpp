@@ -136,6 +136,7 @@ int32_t runArmed(const Operation &operation, Stage &stage, Err &err, int failAt)
   outside.lookedUp.clear();
   outside.opened.clear();
   outside.lengthsOf.clear();
+  outside.paths.clear();
   outside.armed = true;
   const int32_t result = operation.run(stage, err);
   outside.armed = false;
@@ -240,6 +241,18 @@ TEST(FaultSweep, EveryRequestToTheSystem) {
   }
 }
 #endif
+
+// The paths by which operations reach elements.
+TEST(FaultSweep, Paths) {
+  for (const auto &row : rowsOf(KETRA_PATHS)) {
+    SCOPED_TRACE(row.at(0) + " " + row.at(1) + " " + row.at(2));
+    Stage stage(row.at(1));
+    Err err;
+    ASSERT_EQ(operations().at(row.at(0)).prepare(stage, err), 0);
+    ASSERT_EQ(runArmed(operations().at(row.at(0)), stage, err, 0), 0) << err.text();
+    EXPECT_EQ(outside.paths[row.at(2)], " " + row.at(3));
+  }
+}
 
 // Answers that another runtime might give.
 TEST(FaultSweep, OddAnswers) {

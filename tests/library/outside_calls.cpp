@@ -51,6 +51,11 @@ bool isAnswered(const char *name) {
   return outside.armed && outside.answer.call == name && --outside.answer.occurrence == 0;
 }
 
+void notePath(const char *call, const char *path) {
+  if (outside.armed)
+    outside.paths[call] += std::string(" ") + (path == nullptr ? "null" : *path == '\0' ? "empty" : path);
+}
+
 template <class Function>
 Function *real(const char *name, Function *) {
   return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
@@ -84,15 +89,17 @@ using ketra::test::outside;
 
 // The shapes that most operations share.
 #define CHECK(name, type) CALL(name, (const type *x, AsnErrorBlock *err), (x, err), NOTHING)
-#define READ(name, type) \
-  CALL(name, (AsnObject o, AsnValue v, const char *p, type *x, AsnErrorBlock *err), (o, v, p, x, err), NOTHING)
+#define READ(name, type)                                                                               \
+  CALL(name, (AsnObject o, AsnValue v, const char *p, type *x, AsnErrorBlock *err), (o, v, p, x, err), \
+       ketra::test::notePath(#name, p))
 #define ANSWERED(name, type, value)                                                                    \
   CALL(name, (AsnObject o, AsnValue v, const char *p, type *x, AsnErrorBlock *err), (o, v, p, x, err), \
+       ketra::test::notePath(#name, p);                                                                \
        if (ketra::test::isAnswered(#name)) *x = value)
 #define WRITE(name, type) READ(name, const type)
 #define POOL_READ(name, type)                                                                       \
   CALL(name, (AsnMemObject m, AsnObject o, AsnValue v, const char *p, type *x, AsnErrorBlock *err), \
-       (m, o, v, p, x, err), NOTHING)
+       (m, o, v, p, x, err), ketra::test::notePath(#name, p))
 #define COPY(name, type) \
   CALL(name, (AsnMemObject m, type * to, const type *from, AsnErrorBlock *err), (m, to, from, err), NOTHING)
 #define FREE(name, type) RELEASE(name, (AsnMemObject m, type * x, AsnErrorBlock * err), (m, x, err), NOTHING)
@@ -110,8 +117,10 @@ CHECK(X509MUtilCheckCertSerialNumberOpt, X509CertSerialNumberOpt)
 CHECK(AsnCheckObjidBER, Objid)
 CHECK(AsnCheckEncodedDataBER, AsnEncodedData)
 
-CALL(AsnSetBoolDER, (AsnObject o, AsnValue v, const char *p, int32_t x, AsnErrorBlock *err), (o, v, p, x, err), NOTHING)
-CALL(AsnSetIntDER, (AsnObject o, AsnValue v, const char *p, int32_t x, AsnErrorBlock *err), (o, v, p, x, err), NOTHING)
+CALL(AsnSetBoolDER, (AsnObject o, AsnValue v, const char *p, int32_t x, AsnErrorBlock *err), (o, v, p, x, err),
+     ketra::test::notePath("AsnSetBoolDER", p))
+CALL(AsnSetIntDER, (AsnObject o, AsnValue v, const char *p, int32_t x, AsnErrorBlock *err), (o, v, p, x, err),
+     ketra::test::notePath("AsnSetIntDER", p))
 WRITE(AsnSetConstBitDER, AsnBit)
 WRITE(AsnSetBitDER, AsnBit)
 WRITE(AsnSetGtimeDER, Gtime)
@@ -142,6 +151,7 @@ ANSWERED(AsnCalNumberOfChoice, uint32_t, outside.answer.value)
 ANSWERED(AsnCalLengthOfValFld, uint32_t, outside.answer.value)
 CALL(AsnCalAddressOfValFld,
      (AsnObject o, AsnValue v, const char *p, const uint8_t **a, uint32_t *n, AsnErrorBlock *err), (o, v, p, a, n, err),
+     ketra::test::notePath("AsnCalAddressOfValFld", p);
      if (ketra::test::isAnswered("AsnCalAddressOfValFld")) *n = outside.answer.value)
 
 POOL_READ(AsnMUtilGetBitConstBER, AsnBit)

@@ -28,9 +28,10 @@ struct OutsideCalls {
   std::vector<std::string> calls;    // up to the failure
   std::vector<std::string> cleanUp;  // after it
   std::vector<const Objid *> lookedUp;
-  std::string opened;                       // the type of the first value
-  std::map<AsnObject, AsnValue> openRoots;  // the first value of each work object, while it is open
-  std::vector<int32_t> lengthsOf;           // what string lengths were said to belong to
+  std::string opened;                        // the type of the first value
+  std::map<AsnObject, AsnValue> openRoots;   // the first value of each work object, while it is open
+  std::map<std::string, std::string> paths;  // of the calls that were made, each after a blank, by their names
+  std::vector<int32_t> lengthsOf;            // what string lengths were said to belong to
   Answer answer;
   int liveWorkObjects = 0;
   int livePools = 0;
