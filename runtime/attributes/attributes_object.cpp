@@ -18,8 +18,8 @@ using asn1::Call;
 using asn1::Text;
 
 constexpr char kModule[] = "X509-ATTR";
-constexpr std::size_t kPoolSize =
-    512;  // an object with two or three attributes of ordinary length asks the system once
+// An object with two or three attributes of ordinary length asks the system once.
+constexpr std::size_t kPoolSize = 512;
 
 constexpr schema::Row kRows[] = {
     // clang-format off
