@@ -41,7 +41,7 @@ int32_t setPdu(const Operation &op, bool ber, X509GenNameObject object, const As
     const int32_t copied = AsnMUtilCopyEncodedDataDER(object->pool, &copy, encoding, op.err());
     if (op.failed(copied, "Call AsnMUtilCopyEncodedDataDER")) return -1;
   }
-  object->pdu = copy;
+  object->pdu = {copy.octets, copy.length};
   const int32_t result = x509GenNameObjectDecode(ber, object, op.err());
   if (op.failed(result, "Call x509GenNameObjectDecode")) {
     abandonName(object);
@@ -84,9 +84,9 @@ int32_t x509GenNameObjectEncode(bool ber, X509GenNameObject object, AsnErrorBloc
 
 int32_t x509GenNameObjectDecode(bool ber, X509GenNameObject object, AsnErrorBlock *err) {
   const Operation op(__func__, err);
-  const AsnEncodedData encoding = object->pdu;
+  const AsnEncodedData encoding{object->pdu.octets, object->pdu.length};
   if (const int32_t result = releaseName(op, object); result != 0) return result;
-  object->pdu = encoding;
+  object->pdu = {encoding.octets, encoding.length};
   AsnObject work = nullptr;
   AsnValue value = nullptr;
   if (openEncoded(op, schema::Entry::GeneralName, encoding, &work, &value) != 0) return -1;

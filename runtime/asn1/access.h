@@ -7,36 +7,31 @@
 namespace ketra::asn1 {
 
 // Whether an operation was given its work object and a place for its result.
-inline bool isGiven(const Call &call, AsnObject object, const void *place) {
+inline bool isGiven(Call call, AsnObject object, const void *place) {
   if (object != nullptr && place != nullptr) return true;
   call.fail(AsnError_NullParameter, "no work object or no place for the result");
   return false;
 }
 
-// What a path leads to: the element, null when it is absent, and its type.
-struct Found {
-  Node *element = nullptr;
-  const AsnType *type = nullptr;
-};
-inline bool find(const Call &call, AsnObject object, AsnValue value, const char *path, const void *place,
-                 Found *found) {
-  return isGiven(call, object, place) && findElement(call, value, path, &found->element, &found->type);
+inline Found find(Call call, AsnObject object, AsnValue value, const char *path, const void *place) {
+  return isGiven(call, object, place) ? findElement(call, value, path) : Found{};
 }
+
+// Reports what is of the wrong type, or else absent.
+[[gnu::cold]] void failFound(Call call, const AsnType *type, bool isRight);
 
 enum class Need : bool { Optional, Mandatory };
 
-// The element at the path, whose type must satisfy `fits`; null when it is absent and may be. False after a failure.
+// The element at the path, whose type must satisfy `fits`; it is absent only if it may be.
 template <class Fits>
-bool findScalar(const Call &call, AsnValue value, const char *path, Need need, Fits &&fits, Node **element) {
-  const AsnType *type = nullptr;
-  if (!findElement(call, value, path, element, &type)) return false;
-  if (!fits(type)) {
-    call.fail(AsnError_Kind, Text() << nameOf(type) << " is of another type than the operation reads");
-    return false;
-  }
-  if (*element != nullptr || need == Need::Optional) return true;
-  call.fail(AsnError_Absent, Text() << nameOf(type) << " is absent");
-  return false;
+Found findScalar(Call call, AsnValue value, const char *path, Need need, Fits &&fits) {
+  const Found found = findElement(call, value, path);
+  if (!found) return {};
+  const bool isRight = fits(found.type);
+  if (isRight && (found.element != nullptr || need == Need::Optional)) [[likely]]
+    return found;
+  failFound(call, found.type, isRight);
+  return {};
 }
 
 inline bool isObjid(const AsnType *type) { return kindOf(type) == Kind::Objid; }
@@ -48,13 +43,12 @@ inline bool isTimeType(const AsnType *type) { return contentOf(type) == Content:
 inline bool isOpen(const AsnType *type) { return kindOf(type) == Kind::Open; }
 
 // The DER forms of the readers take no other lengths.
-bool hasDerLength(const Call &call, const Node *element);
+bool hasDerLength(Call call, const Node *element);
 
 // The complete encoding of an element: where it lies in the input, or made in the arena for a value that was built.
-// The DER rules refuse lengths that are not DER.
-bool encodingOf(const Call &call, Arena &arena, const Node *element, bool der, const uint8_t **octets,
-                uint32_t *length);
+// The DER rules refuse lengths that are not DER. No octets after a failure.
+AsnOct encodingOf(Call call, Arena &arena, const Node *element, bool der);
 
-bool readTimeOf(const Call &call, const Node *element, Gtime *time);
+bool readTimeOf(Call call, const Node *element, Gtime *time);
 
 }  // namespace ketra::asn1

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "runtime/asn1/poison.h"
-
 namespace ketra::asn1 {
 
 struct alignas(8) Arena::Chunk {
@@ -22,13 +20,6 @@ Arena::~Arena() {
     std::free(chunks_);
     chunks_ = next;
   }
-}
-
-void *Arena::take(std::size_t rounded, std::size_t size) {
-  std::byte *memory = next_;
-  next_ += rounded;
-  unpoison(memory, size);
-  return memory;
 }
 
 // A chunk as large as all before it together, so their number stays logarithmic.

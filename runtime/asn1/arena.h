@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <new>
 
+#include "runtime/asn1/poison.h"
+
 namespace ketra::asn1 {
 
 class Arena {
@@ -35,8 +37,13 @@ class Arena {
  private:
   struct Chunk;
 
-  void *take(std::size_t rounded, std::size_t size);
-  void *allocateSlow(std::size_t size);
+  void *take(std::size_t rounded, std::size_t size) {
+    std::byte *memory = next_;
+    next_ += rounded;
+    unpoison(memory, size);
+    return memory;
+  }
+  [[gnu::noinline]] void *allocateSlow(std::size_t size);
 
   std::byte *next_;
   std::byte *end_;

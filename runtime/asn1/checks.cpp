@@ -4,26 +4,24 @@
 namespace ketra::asn1 {
 namespace {
 
-Call check(const char *function, AsnErrorBlock *err) { return {kCheckModule, function, err}; }
+int32_t failNull(Call call) { return call.fail(AsnCheckError_NullParameter, "no structure to check"); }
 
-int32_t failNull(const Call &call) { return call.fail(AsnCheckError_NullParameter, "no structure to check"); }
-
-int32_t checkPointer(const Call &call, const void *octets, const uint32_t &length) {
+int32_t checkPointer(Call call, const void *octets, const uint32_t &length) {
   if (octets != nullptr || length == 0) return 0;
   return call.fail(AsnCheckError_Pointer, Text() << "a null pointer with a length of " << length, &length,
                    static_cast<uint32_t>(sizeof length));
 }
 
-int32_t checkObjidValue(const Call &call, const Objid &objid) {
+int32_t checkObjidValue(Call call, const Objid &objid) {
   Text reason;
   return checkArcs(objid, reason) ? 0 : call.fail(AsnCheckError_Objid, reason);
 }
 
-int32_t checkTimeValue(const Call &call, const Gtime &time) {
+int32_t checkTimeValue(Call call, const Gtime &time) {
   return isTime(time) ? 0 : call.fail(AsnCheckError_Time, "the time lies outside the years 0000 to 9999");
 }
 
-int32_t checkEncoding(const Call &call, const AsnEncodedData &encoding) {
+int32_t checkEncoding(Call call, const AsnEncodedData &encoding) {
   if (encoding.octets == nullptr) return call.fail(AsnCheckError_Pointer, "no encoding");
   Fault fault;
   if (isComplete(encoding.octets, encoding.length, fault)) return 0;
@@ -32,7 +30,7 @@ int32_t checkEncoding(const Call &call, const AsnEncodedData &encoding) {
 
 // An optional value: the flag is 0 or 1, and only a present value is looked at.
 template <class Optional, class Check>
-int32_t checkOptional(const Call &call, const Optional *optional, Check &&checkValue) {
+int32_t checkOptional(Call call, const Optional *optional, Check &&checkValue) {
   if (optional == nullptr) return failNull(call);
   switch (optional->option) {
     case 0: return 0;
@@ -49,34 +47,32 @@ int32_t checkOptional(const Call &call, const Optional *optional, Check &&checkV
 using namespace ketra::asn1;
 
 int32_t AsnCheckObjidBER(const Objid *objid, AsnErrorBlock *err) {
-  const Call call = check(__func__, err);
+  const Call call{__func__, err};
   return objid == nullptr ? failNull(call) : checkObjidValue(call, *objid);
 }
 
 int32_t AsnCheckOctBER(const AsnOct *octets, AsnErrorBlock *err) {
-  const Call call = check(__func__, err);
+  const Call call{__func__, err};
   return octets == nullptr ? failNull(call) : checkPointer(call, octets->octets, octets->length);
 }
 
 int32_t AsnCheckOctOptBER(const AsnOctOpt *octets, AsnErrorBlock *err) {
-  return checkOptional(check(__func__, err), octets, [](const Call &call, const AsnOct &value) {
-    return checkPointer(call, value.octets, value.length);
-  });
+  return checkOptional({__func__, err}, octets,
+                       [](Call call, const AsnOct &value) { return checkPointer(call, value.octets, value.length); });
 }
 
 int32_t AsnCheckBitBER(const AsnBit *bits, AsnErrorBlock *err) {
-  const Call call = check(__func__, err);
+  const Call call{__func__, err};
   return bits == nullptr ? failNull(call) : checkPointer(call, bits->octets, bits->bits);
 }
 
 int32_t AsnCheckBitOptBER(const AsnBitOpt *bits, AsnErrorBlock *err) {
-  return checkOptional(check(__func__, err), bits, [](const Call &call, const AsnBit &value) {
-    return checkPointer(call, value.octets, value.bits);
-  });
+  return checkOptional({__func__, err}, bits,
+                       [](Call call, const AsnBit &value) { return checkPointer(call, value.octets, value.bits); });
 }
 
 int32_t AsnCheckBoolOptBER(const AsnBoolOpt *boolean, AsnErrorBlock *err) {
-  return checkOptional(check(__func__, err), boolean, [](const Call &call, const int32_t &value) {
+  return checkOptional({__func__, err}, boolean, [](Call call, const int32_t &value) {
     if (value == 0 || value == 1) return 0;
     return call.fail(AsnCheckError_Boolean, Text() << "a BOOLEAN is 0 or 1, not " << value, &value,
                      static_cast<uint32_t>(sizeof value));
@@ -84,23 +80,23 @@ int32_t AsnCheckBoolOptBER(const AsnBoolOpt *boolean, AsnErrorBlock *err) {
 }
 
 int32_t AsnCheckIntOptBER(const AsnIntOpt *integer, AsnErrorBlock *err) {
-  return checkOptional(check(__func__, err), integer, [](const Call &, const int32_t &) { return 0; });
+  return checkOptional({__func__, err}, integer, [](Call, const int32_t &) { return 0; });
 }
 
 int32_t AsnCheckGtimeBER(const Gtime *time, AsnErrorBlock *err) {
-  const Call call = check(__func__, err);
+  const Call call{__func__, err};
   return time == nullptr ? failNull(call) : checkTimeValue(call, *time);
 }
 
 int32_t AsnCheckGtimeOptBER(const GtimeOpt *time, AsnErrorBlock *err) {
-  return checkOptional(check(__func__, err), time, checkTimeValue);
+  return checkOptional({__func__, err}, time, checkTimeValue);
 }
 
 int32_t AsnCheckEncodedDataBER(const AsnEncodedData *encoding, AsnErrorBlock *err) {
-  const Call call = check(__func__, err);
+  const Call call{__func__, err};
   return encoding == nullptr ? failNull(call) : checkEncoding(call, *encoding);
 }
 
 int32_t AsnCheckEncodedDataOptBER(const AsnEncodedDataOpt *encoding, AsnErrorBlock *err) {
-  return checkOptional(check(__func__, err), encoding, checkEncoding);
+  return checkOptional({__func__, err}, encoding, checkEncoding);
 }

@@ -30,15 +30,14 @@ bool checkTime(const uint8_t *content, uint32_t length, Fault &fault) {
 
 }  // namespace
 
-bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault, const char *name) {
+bool failInteger(const uint8_t *content, uint32_t length, Fault &fault, const char *name) {
+  Text &text = fault.set(AsnError_Integer, content) << name;
   if (length == 0) {
-    fault.set(AsnError_Integer, content) << name << " content is 0 octets";
-    return false;
+    text << " content is 0 octets";
+  } else {
+    text << " content starts with a superfluous octet";
   }
-  const bool padded =
-      length > 1 && ((content[0] == 0x00 && content[1] < 0x80) || (content[0] == 0xFF && content[1] >= 0x80));
-  if (padded) fault.set(AsnError_Integer, content) << name << " content starts with a superfluous octet";
-  return !padded;
+  return false;
 }
 
 int32_t readInteger(const uint8_t *content, uint32_t length) {

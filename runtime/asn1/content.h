@@ -8,7 +8,15 @@ namespace ketra::asn1 {
 
 // Checks primitive content against the rules of its type; what is well formed but does not fit the interface passes.
 bool checkContent(const AsnType *type, const uint8_t *content, uint32_t length, Fault &fault);
-bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault, const char *name = "INTEGER");  // X.690 8.3
+
+[[gnu::cold]] bool failInteger(const uint8_t *content, uint32_t length, Fault &fault, const char *name);
+
+// X.690 8.3: at least one octet, and not the first nine bits the same.
+inline bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault, const char *name = "INTEGER") {
+  if (length == 1 || (length > 1 && content[0] != (content[1] < 0x80 ? 0x00 : 0xFF))) [[likely]]
+    return true;
+  return failInteger(content, length, fault, name);
+}
 
 // Two's complement in 1 to 4 octets.
 int32_t readInteger(const uint8_t *content, uint32_t length);

@@ -6,16 +6,12 @@
 namespace ketra::asn1 {
 namespace {
 
-const AsnType *alternativeOf(const AsnType *choice, uint8_t identifier);
-
-bool matchesTag(const AsnType *type, uint8_t identifier) {
+// Whether a value with this identifier octet is one of a tagged type: by the tag itself, or as a string in segments.
+bool hasTag(const AsnType *type, uint8_t identifier) {
   const uint8_t tag = tagOf(type);
-  if (tag != 0) {
-    if (tag == identifier) return true;
-    return (tag | 0x20) == identifier && !isExplicit(type) && isSegmentable(type);
-  }
-  if (kindOf(type) == Kind::Open) return (identifier & ~0x20) != 0;  // never the tag of end-of-contents
-  return alternativeOf(type, identifier) != nullptr;
+  if (tag == identifier) [[likely]]
+    return true;
+  return (tag | 0x20) == identifier && !isExplicit(type) && isSegmentable(type);
 }
 
 // The alternative of an untagged CHOICE that has this tag, or null. Alternatives that are untagged CHOICEs themselves
@@ -24,10 +20,22 @@ const AsnType *alternativeOf(const AsnType *choice, uint8_t identifier) {
   const AsnType *definition = definitionOf(choice);
   for (uint32_t i = 1; i <= definition->count; ++i) {
     const AsnType *alternative = definition + i;
-    if (kindOf(alternative) == Kind::Choice && tagOf(alternative) == 0) continue;
-    if (matchesTag(alternative, identifier)) return alternative;
+    const bool matches = tagOf(alternative) != 0 ? hasTag(alternative, identifier) : kindOf(alternative) == Kind::Open;
+    if (matches) return alternative;
   }
   return nullptr;
+}
+
+const AsnType *matchSlow(const AsnType *type, uint8_t identifier) {
+  if ((identifier & ~0x20) == 0) return nullptr;  // end-of-contents
+  if (tagOf(type) != 0) return hasTag(type, identifier) ? type : nullptr;
+  return kindOf(type) == Kind::Open ? type : alternativeOf(type, identifier);
+}
+
+// What a value of this type with this identifier octet is read as: the type itself, or the alternative of an untagged
+// CHOICE. Null when it is none.
+inline const AsnType *match(const AsnType *type, uint8_t identifier) {
+  return tagOf(type) == identifier && identifier != 0 ? type : matchSlow(type, identifier);
 }
 
 class Decoder {
@@ -43,22 +51,32 @@ class Decoder {
   // An open constructed encoding.
   enum class Role : uint8_t { Wrapper, Choice, Components, Members };
   struct Frame {
+    Role role;
+    bool indefinite;
     Node *node;
     const AsnType *current;  // the record of the child that is being read; Wrapper: of the EXPLICIT tag
     const uint8_t *end;      // of the content, or of what surrounds it when the length is indefinite
     uint32_t next;           // Components: index of the next one that may come. Wrapper: values read
-    Role role;
-    bool indefinite;
   };
 
-  bool readValue(Node *node, const AsnType *type, Header header);
-  bool readScalar(Node *node, const AsnType *type, const Header &header);
-  bool readOpen(Node *node);
+  // A value whose header is at pos_: where it goes, its type, and what it is read as.
+  struct Next {
+    Node *node;
+    const AsnType *type;
+    const AsnType *match;
+    Header header;
+  };
+
+  bool readValue(Next &next);
+  bool readScalar(const Next &next);
+  bool readSegments(const Next &next, const uint8_t **end);
+  bool readOpen(const Next &next);
+  bool enterChoice(Next &next);
   bool enter(Role role, Node *node, const AsnType *current, const Header &header);
-  bool push(const Frame &frame);
+  bool push(Role role, Node *node, const AsnType *current, const uint8_t *end, bool indefinite);
   bool atEnd(const Frame &frame) const;
   bool leave(Frame &frame);
-  bool nextChild(Frame &frame, const Header &header, Node *&node, const AsnType *&type);
+  bool findNext(Next &next);
   bool nextComponent(Frame &frame, uint8_t identifier);
   bool failTag(uint8_t identifier, const AsnType *type);
   bool failMemory();
@@ -76,53 +94,55 @@ class Decoder {
 };
 
 bool Decoder::run() {
-  Node *node = root_;
-  const AsnType *type = root_->record;
-  Header header;
-  if (!readHeader(pos_, end_, header, fault_)) return false;
+  Next next{root_, root_->record, nullptr, {}};
+  if (!readHeader(pos_, end_, next.header, fault_)) return false;
+  next.match = match(next.type, next.header.identifier);
+  if (next.match == nullptr) return failTag(next.header.identifier, next.type);
   for (;;) {
-    if (!readValue(node, type, header)) return false;
+    if (!readValue(next)) return false;
     while (depth_ > 0 && atEnd(top())) {
       if (!leave(top())) return false;
     }
     if (depth_ == 0) break;
-    if (top().indefinite && pos_ == top().end) {
-      fault_.set(AsnError_EndOfContents, pos_) << "the end-of-contents octets are missing";
-      return false;
-    }
-    if (!readHeader(pos_, top().end, header, fault_)) return false;
-    if (!nextChild(top(), header, node, type)) return false;
+    if (!findNext(next)) return false;
   }
   if (pos_ == end_) return true;
   fault_.set(AsnError_Trailing, pos_) << uint64_t(end_ - pos_) << " octets after the end of the value";
   return false;
 }
 
-// One value of type `type`, whose header is at pos_: a scalar is read, a constructed one entered.
-bool Decoder::readValue(Node *node, const AsnType *type, Header header) {
-  if (!matchesTag(type, header.identifier)) return failTag(header.identifier, type);
-  if (isExplicit(type)) return enter(Role::Wrapper, node, type, header);
-  node->encoding = pos_;
-  const Kind kind = kindOf(type);
-  switch (kind) {
-    case Kind::Open: return readOpen(node);
-    case Kind::Sequence: return enter(Role::Components, node, nullptr, header);
+// A scalar is read, a constructed value entered.
+inline bool Decoder::readValue(Next &next) {
+  if (next.match != next.type && !enterChoice(next)) return false;
+  if (isExplicit(next.type)) return enter(Role::Wrapper, next.node, next.type, next.header);
+  next.node->encoding = pos_;
+  switch (kindOf(next.type)) {
+    case Kind::Open: return readOpen(next);
+    case Kind::Sequence: return enter(Role::Components, next.node, nullptr, next.header);
     case Kind::SequenceOf:
-    case Kind::SetOf: return enter(Role::Members, node, nullptr, header);
-    case Kind::Choice: break;
-    default: return readScalar(node, type, header);
+    case Kind::SetOf: return enter(Role::Members, next.node, nullptr, next.header);
+    default: return readScalar(next);
   }
-  const AsnType *alternative = alternativeOf(type, header.identifier);
-  if (!push({node, alternative, bound(), 0, Role::Choice, false})) return false;
-  Node *child = newNode(arena_, alternative);
-  if (child == nullptr) return failMemory();
-  node->children[0] = child;
-  return readValue(child, alternative, header);  // never a CHOICE without a tag: no further level
 }
 
-bool Decoder::readOpen(Node *node) {
-  const uint8_t *end = skipValue(pos_, bound(), fault_);
-  if (end == nullptr) return false;
+// Goes on with the alternative, which is no CHOICE without a tag: there is one level at most.
+inline bool Decoder::enterChoice(Next &next) {
+  next.node->encoding = pos_;
+  if (!push(Role::Choice, next.node, next.match, bound(), false)) return false;
+  Node *child = newNode(arena_, next.match);
+  if (child == nullptr) return failMemory();
+  next.node = next.node->chosen = child;
+  next.type = next.match;
+  return true;
+}
+
+inline bool Decoder::readOpen(const Next &next) {
+  const uint8_t *end = pos_ + next.header.size + next.header.length;
+  if (next.header.indefinite) {
+    end = skipValue(pos_, bound(), fault_);
+    if (end == nullptr) return false;
+  }
+  Node *const node = next.node;
   node->content = pos_;
   node->length = node->encodingLength = static_cast<uint32_t>(end - pos_);
   node->isSet = node->inPlace = true;
@@ -130,18 +150,15 @@ bool Decoder::readOpen(Node *node) {
   return true;
 }
 
-bool Decoder::readScalar(Node *node, const AsnType *type, const Header &header) {
-  const uint8_t *content = pos_ + header.size;
-  const uint8_t *end = content + header.length;
-  node->content = content;
-  node->length = header.length;
-  node->inPlace = !header.constructed();
-  node->derLength = header.der && node->inPlace;
-  if (header.constructed()) {
-    end = joinSegments(arena_, kindOf(type), content, bound(), header, &node->content, &node->length, fault_);
-    if (end == nullptr) return false;
-  }
-  if (!checkContent(type, node->content, node->length, fault_)) {
+inline bool Decoder::readScalar(const Next &next) {
+  Node *const node = next.node;
+  const uint8_t *end = pos_ + next.header.size + next.header.length;
+  node->content = pos_ + next.header.size;
+  node->length = next.header.length;
+  node->inPlace = true;
+  node->derLength = next.header.der;
+  if (next.header.constructed() && !readSegments(next, &end)) return false;
+  if (!checkContent(next.type, node->content, node->length, fault_)) {
     if (!node->inPlace) fault_.at = pos_;  // joined segments have no place in the input
     return false;
   }
@@ -151,20 +168,34 @@ bool Decoder::readScalar(Node *node, const AsnType *type, const Header &header) 
   return true;
 }
 
+bool Decoder::readSegments(const Next &next, const uint8_t **end) {
+  Node *const node = next.node;
+  node->inPlace = node->derLength = false;
+  *end = joinSegments(arena_, kindOf(next.type), node->content, bound(), next.header, &node->content, &node->length,
+                      fault_);
+  return *end != nullptr;
+}
+
 bool Decoder::enter(Role role, Node *node, const AsnType *current, const Header &header) {
   const uint8_t *content = pos_ + header.size;
   const uint8_t *end = header.indefinite ? bound() : content + header.length;
-  if (!push({node, current, end, 0, role, header.indefinite})) return false;
+  if (!push(role, node, current, end, header.indefinite)) return false;
   pos_ = content;
   return true;
 }
 
-bool Decoder::push(const Frame &frame) {
+inline bool Decoder::push(Role role, Node *node, const AsnType *current, const uint8_t *end, bool indefinite) {
   if (depth_ == ASN_MAX_NESTING) {
     fault_.set(AsnError_Nesting, pos_) << "nested deeper than " << uint32_t{ASN_MAX_NESTING} << " levels";
     return false;
   }
-  frames_[depth_++] = frame;
+  Frame &frame = frames_[depth_++];
+  frame.node = node;
+  frame.current = current;
+  frame.end = end;
+  frame.next = 0;
+  frame.role = role;
+  frame.indefinite = indefinite;
   return true;
 }
 
@@ -195,33 +226,42 @@ bool Decoder::leave(Frame &frame) {
   return true;
 }
 
-// The node and type of the value that comes next in the innermost open encoding.
-bool Decoder::nextChild(Frame &frame, const Header &header, Node *&node, const AsnType *&type) {
-  if (frame.role == Role::Wrapper) {
-    if (frame.next++ > 0) {
-      fault_.set(AsnError_Component, pos_) << "an EXPLICIT tag around more than one value";
-      return false;
-    }
-    node = frame.node;
-    type = wrappedType(frame.current);
-    return true;
+// What comes next in the innermost open encoding.
+inline bool Decoder::findNext(Next &next) {
+  Frame &frame = top();
+  if (frame.indefinite && pos_ == frame.end) {
+    fault_.set(AsnError_EndOfContents, pos_) << "the end-of-contents octets are missing";
+    return false;
   }
-  if (frame.role == Role::Members) {
-    frame.current = definitionOf(frame.node->record) + 1;
-    node = appendMember(arena_, frame.node);
-  } else {
-    if (!nextComponent(frame, header.identifier)) return false;
-    node = frame.node->children[frame.next - 1] = newNode(arena_, frame.current);
+  if (!readHeader(pos_, frame.end, next.header, fault_)) return false;
+  switch (frame.role) {
+    case Role::Components:
+      if (!nextComponent(frame, next.header.identifier)) return false;
+      next.type = frame.current;
+      next.node = frame.node->children[frame.next - 1] = newNode(arena_, next.type);
+      break;
+    case Role::Members:
+      next.type = frame.current = definitionOf(frame.node->record) + 1;
+      next.node = appendMember(arena_, frame.node);
+      break;
+    default:
+      if (frame.next++ > 0) {
+        fault_.set(AsnError_Component, pos_) << "an EXPLICIT tag around more than one value";
+        return false;
+      }
+      next.node = frame.node;
+      next.type = wrappedType(frame.current);
   }
-  type = frame.current;
-  return node != nullptr || failMemory();
+  if (next.node == nullptr) return failMemory();
+  next.match = match(next.type, next.header.identifier);
+  return next.match != nullptr || failTag(next.header.identifier, next.type);
 }
 
 bool Decoder::nextComponent(Frame &frame, uint8_t identifier) {
   const AsnType *definition = definitionOf(frame.node->record);
   for (; frame.next < definition->count; ++frame.next) {
     frame.current = definition + 1 + frame.next;
-    if (matchesTag(frame.current, identifier)) {
+    if (match(frame.current, identifier) != nullptr) {
       ++frame.next;
       return true;
     }
@@ -229,7 +269,7 @@ bool Decoder::nextComponent(Frame &frame, uint8_t identifier) {
   }
   frame.current = nullptr;
   for (uint32_t i = 1; i <= definition->count; ++i) {
-    if (!matchesTag(definition + i, identifier)) continue;
+    if (match(definition + i, identifier) == nullptr) continue;
     fault_.set(AsnError_Component, pos_) << "component " << nameOf(definition + i) << " is repeated or out of order";
     return false;
   }
@@ -267,15 +307,16 @@ void Decoder::describe(Text &message) const {
 
 }  // namespace
 
-int32_t decode(Arena &arena, OpenValue *root, const Call &call) {
-  root->state = OpenValue::State::Bound;
+int32_t decode(Arena &arena, OpenValue *root, Call call) {
+  root->state = State::Bound;
   root->isSet = false;
   root->length = 0;
   root->capacity = 0;
-  if (!startChildren(arena, root)) return call.fail(AsnError_OutOfMemory, "the system has no memory for a value");
+  root->chosen = nullptr;
+  if (!makePlaces(arena, root)) return call.fail(AsnError_OutOfMemory, "the system has no memory for a value");
   Decoder decoder(arena, root);
   if (decoder.run()) {
-    root->state = OpenValue::State::Decoded;
+    root->state = State::Decoded;
     return 0;
   }
   Text message;

@@ -4,34 +4,42 @@
 
 namespace ketra::asn1 {
 
-bool hasDerLength(const Call &call, const Node *element) {
+void failFound(Call call, const AsnType *type, bool isRight) {
+  if (isRight) {
+    call.fail(AsnError_Absent, Text() << nameOf(type) << " is absent");
+  } else {
+    call.fail(AsnError_Kind, Text() << nameOf(type) << " is of another type than the operation reads");
+  }
+}
+
+bool hasDerLength(Call call, const Node *element) {
   if (element->encoding == nullptr || element->derLength) return true;
   call.fail(AsnError_NotDer, Text() << nameOf(element->record) << " is not in DER form");
   return false;
 }
 
-bool encodingOf(const Call &call, Arena &arena, const Node *element, bool der, const uint8_t **octets,
-                uint32_t *length) {
-  if (kindOf(element->record) == Kind::Open) {
-    *octets = element->content;
-    *length = element->length;
-  } else if (element->encoding != nullptr) {
-    *octets = element->encoding;
-    *length = element->encodingLength;
-  } else {
-    return encode(call, arena, element, der ? Rules::Der : Rules::Ber, octets, length);
-  }
-  if (!der) return true;
+namespace {
+
+AsnOct requireDer(Call call, const Node *element, const AsnOct &encoding) {
   Fault fault;
-  switch (checkLengths(*octets, *length, fault)) {
-    case Lengths::Der: return true;
+  switch (checkLengths(encoding.octets, encoding.length, fault)) {
+    case Lengths::Der: return encoding;
     case Lengths::Other:
       call.fail(AsnError_NotDer, Text() << nameOf(element->record) << " has lengths that are not DER");
-      return false;
-    default:
-      call.fail(fault.code, Text() << fault.text.c_str() << " (" << nameOf(element->record) << ")");
-      return false;
+      return {};
+    default: call.fail(fault.code, Text() << fault.text.c_str() << " (" << nameOf(element->record) << ")"); return {};
   }
+}
+
+}  // namespace
+
+AsnOct encodingOf(Call call, Arena &arena, const Node *element, bool der) {
+  AsnOct encoding{element->content, element->length};
+  if (kindOf(element->record) != Kind::Open) {
+    encoding = element->encoding != nullptr ? AsnOct{element->encoding, element->encodingLength}
+                                            : encode(call, arena, element, der ? Rules::Der : Rules::Ber);
+  }
+  return der && encoding.octets != nullptr ? requireDer(call, element, encoding) : encoding;
 }
 
 }  // namespace ketra::asn1
@@ -39,7 +47,7 @@ bool encodingOf(const Call &call, Arena &arena, const Node *element, bool der, c
 using namespace ketra::asn1;
 
 int32_t AsnMakeElement(AsnObject object, AsnValue value, const char *path, AsnValue *element, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (!isGiven(call, object, element)) return -1;
   Node *made = makeElement(call, object->arena, value, path, nullptr);
   if (made == nullptr) return -1;
@@ -48,17 +56,17 @@ int32_t AsnMakeElement(AsnObject object, AsnValue value, const char *path, AsnVa
 }
 
 int32_t AsnGetElement(AsnObject object, AsnValue value, const char *path, AsnValue *element, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
-  Found found;
-  if (!find(call, object, value, path, element, &found)) return -1;
+  const Call call{__func__, err};
+  const Found found = find(call, object, value, path, element);
+  if (!found) return -1;
   *element = found.element;
   return 0;
 }
 
 int32_t AsnCalCountOfSequence(AsnObject object, AsnValue value, const char *path, uint32_t *count, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
-  Found found;
-  if (!find(call, object, value, path, count, &found)) return -1;
+  const Call call{__func__, err};
+  const Found found = find(call, object, value, path, count);
+  if (!found) return -1;
   const auto [list, type] = found;
   if (!isList(kindOf(type))) return call.fail(AsnError_Kind, Text() << nameOf(type) << " is no list");
   if (list == nullptr) return call.fail(AsnError_Absent, Text() << nameOf(type) << " is absent");
@@ -67,23 +75,24 @@ int32_t AsnCalCountOfSequence(AsnObject object, AsnValue value, const char *path
 }
 
 int32_t AsnCalNumberOfChoice(AsnObject object, AsnValue value, const char *path, uint32_t *number, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
-  Found found;
-  if (!find(call, object, value, path, number, &found)) return -1;
+  const Call call{__func__, err};
+  const Found found = find(call, object, value, path, number);
+  if (!found) return -1;
   const auto [choice, type] = found;
   if (kindOf(type) != Kind::Choice) return call.fail(AsnError_Kind, Text() << nameOf(type) << " is no CHOICE");
-  if (choice == nullptr || choice->children[0] == nullptr) {
+  if (choice == nullptr || choice->chosen == nullptr) {
     return call.fail(AsnError_Absent, Text() << nameOf(type) << " has no alternative");
   }
-  *number = static_cast<uint32_t>(choice->children[0]->record - definitionOf(type));
+  *number = static_cast<uint32_t>(choice->chosen->record - definitionOf(type));
   return 0;
 }
 
 int32_t AsnCalAddressOfValFld(AsnObject object, AsnValue value, const char *path, const uint8_t **address,
                               uint32_t *length, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
-  Found found;
-  if (!isGiven(call, object, address) || !find(call, object, value, path, length, &found)) return -1;
+  const Call call{__func__, err};
+  if (!isGiven(call, object, address)) return -1;
+  const Found found = find(call, object, value, path, length);
+  if (!found) return -1;
   const auto [element, type] = found;
   if (element == nullptr) {
     *address = nullptr;
@@ -110,14 +119,16 @@ int32_t AsnCalAddressOfValFld(AsnObject object, AsnValue value, const char *path
 }
 
 int32_t AsnCalLengthOfValFld(AsnObject object, AsnValue value, const char *path, uint32_t *length, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
-  Found found;
-  if (!find(call, object, value, path, length, &found)) return -1;
+  const Call call{__func__, err};
+  const Found found = find(call, object, value, path, length);
+  if (!found) return -1;
   const Node *element = found.element;
   if (element == nullptr) {
     *length = ASN_ABSENT_LENGTH;
     return 0;
   }
-  const uint8_t *octets = nullptr;
-  return encodingOf(call, object->arena, element, false, &octets, length) ? 0 : -1;
+  const AsnOct encoding = encodingOf(call, object->arena, element, false);
+  if (encoding.octets == nullptr) return -1;
+  *length = encoding.length;
+  return 0;
 }

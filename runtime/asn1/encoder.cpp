@@ -43,11 +43,10 @@ class BackwardBuffer {
 
 class Encoder {
  public:
-  Encoder(const Call &call, Arena &arena, Rules rules) : call_(call), arena_(arena), rules_(rules), buffer_(arena) {}
+  Encoder(Call call, Arena &arena, Rules rules) : call_(call), arena_(arena), rules_(rules), buffer_(arena) {}
 
   bool run(const Node *root);
-  const uint8_t *encoding() { return buffer_.begin(); }
-  uint32_t length() const { return static_cast<uint32_t>(buffer_.size()); }
+  AsnOct encoding() { return {buffer_.begin(), static_cast<uint32_t>(buffer_.size())}; }
 
  private:
   struct Frame {
@@ -68,7 +67,7 @@ class Encoder {
   bool put(const uint8_t *octets, uint32_t count);
   bool failMemory() { return call_.fail(AsnError_OutOfMemory, "the system has no memory to encode") == 0; }
 
-  const Call &call_;
+  Call call_;
   Arena &arena_;
   Rules rules_;
   BackwardBuffer buffer_;
@@ -107,7 +106,7 @@ bool Encoder::begin(const Node *node) {
 
 bool Encoder::writeChild(Frame &frame) {
   const Node *node = frame.node;
-  const Node *child = node->children[--frame.next];
+  const Node *child = childAt(node, --frame.next);
   const bool isUnset = child != nullptr && !hasChildren(kindOf(child->record)) && !child->isSet;
   if (isUnset && isOptional(child->record)) return true;  // made, but never set: absent
   if (child != nullptr) return begin(child);
@@ -196,7 +195,7 @@ bool Encoder::writeTags(const Node *node, uint64_t sizeAtEnd) {
   if (tagOf(type) != 0 && kindOf(type) != Kind::Open && kindOf(type) != Kind::Choice) {
     if (!writeHeader(tagOf(type), sizeAtEnd)) return false;
   }
-  if (node == root_ && !node->isRoot) return true;  // an element stands without the tag that its component adds
+  if (node == root_ && !isValue(node)) return true;  // an element stands without the tag that its component adds
   while (count > 0) {
     if (!writeHeader(explicitTags[--count], sizeAtEnd)) return false;
   }
@@ -257,12 +256,9 @@ bool Encoder::put(const uint8_t *octets, uint32_t count) {
 
 }  // namespace
 
-bool encode(const Call &call, Arena &arena, const Node *node, Rules rules, const uint8_t **encoding, uint32_t *length) {
+AsnOct encode(Call call, Arena &arena, const Node *node, Rules rules) {
   Encoder encoder(call, arena, rules);
-  if (!encoder.run(node)) return false;
-  *encoding = encoder.encoding();
-  *length = encoder.length();
-  return true;
+  return encoder.run(node) ? encoder.encoding() : AsnOct{};
 }
 
 }  // namespace ketra::asn1

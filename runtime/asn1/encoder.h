@@ -6,7 +6,8 @@ namespace ketra::asn1 {
 
 enum class Rules : uint8_t { Der, Ber };
 
-// Encodes a value (with all its tags) or an element (of an EXPLICIT component, what its tag wraps) into the arena.
-bool encode(const Call &call, Arena &arena, const Node *node, Rules rules, const uint8_t **encoding, uint32_t *length);
+// Encodes a value (with all its tags) or an element (of an EXPLICIT component, what its tag wraps) into the arena. No
+// octets after a failure.
+AsnOct encode(Call call, Arena &arena, const Node *node, Rules rules);
 
 }  // namespace ketra::asn1

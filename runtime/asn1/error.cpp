@@ -8,9 +8,33 @@
 
 namespace ketra::asn1 {
 
-int32_t Call::fail(uint32_t code, const char *message, const void *value, uint32_t valueLength) const {
+namespace {
+
+struct Module {
+  std::string_view prefix;
+  const char *name;
+};
+
+// Which component a function belongs to; the first that fits.
+constexpr Module kModules[] = {
+    {"AsnMemObject", "ASN1-MEM"}, {"AsnCheck", "ASN1-CHECK"},
+    {"AsnMUtil", "ASN1-MUTIL"},   {"KetraObject", "X509-EXT"},
+    {"X509MUtil", "X509-MUTIL"},  {"X509Attributes", "X509-ATTR"},
+    {"X509", "X509-NAME"},        {"", "ASN1"},
+};
+
+const char *moduleOf(std::string_view function) {
+  const Module *module = kModules;
+  while (!function.starts_with(module->prefix)) ++module;
+  return module->name;
+}
+
+}  // namespace
+
+int32_t reportFailure(const char *function, AsnErrorBlock *err, uint32_t code, const char *message, const void *value,
+                      uint32_t valueLength) {
   if (err != nullptr) err->code = code;
-  AsnErrorInfo(module, function, message, err, value, valueLength);
+  AsnErrorInfo(moduleOf(function), function, message, err, value, valueLength);
   return -1;
 }
 

@@ -48,23 +48,22 @@ class Text {
   std::size_t size_ = 0;
 };
 
-inline constexpr char kRuntimeModule[] = "ASN1";
-inline constexpr char kPoolModule[] = "ASN1-MEM";
-inline constexpr char kCheckModule[] = "ASN1-CHECK";
-inline constexpr char kUtilityModule[] = "ASN1-MUTIL";
+// Sets the code, appends the entry, returns -1.
+[[gnu::cold]] int32_t reportFailure(const char *function, AsnErrorBlock *err, uint32_t code, const char *message,
+                                    const void *value, uint32_t valueLength);
 
-// One call of an exported operation: under which name it reports, and where to.
+// One call of an exported operation: under which name it reports, and where to. It is passed by value, in registers.
 struct Call {
-  const char *module;
   const char *function;
   AsnErrorBlock *err;
 
-  // Sets the code, appends the entry, returns -1.
-  [[gnu::cold]] int32_t fail(uint32_t code, const char *message, const void *value = nullptr,
-                             uint32_t valueLength = 0) const;
-  [[gnu::cold]] int32_t fail(uint32_t code, const Text &message, const void *value = nullptr,
-                             uint32_t valueLength = 0) const {
-    return fail(code, message.c_str(), value, valueLength);
+  [[gnu::always_inline]] inline int32_t fail(uint32_t code, const char *message, const void *value = nullptr,
+                                             uint32_t valueLength = 0) const {
+    return reportFailure(function, err, code, message, value, valueLength);
+  }
+  [[gnu::always_inline]] inline int32_t fail(uint32_t code, const Text &message, const void *value = nullptr,
+                                             uint32_t valueLength = 0) const {
+    return reportFailure(function, err, code, message.c_str(), value, valueLength);
   }
 };
 

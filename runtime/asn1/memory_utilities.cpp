@@ -10,40 +10,36 @@
 namespace ketra::asn1 {
 namespace {
 
-Call utility(const char *function, AsnErrorBlock *err) { return {kUtilityModule, function, err}; }
-
-bool isGiven(const Call &call, AsnMemObject pool, AsnObject object, const void *out) {
+bool isGiven(Call call, AsnMemObject pool, AsnObject object, const void *out) {
   if (pool != nullptr && object != nullptr && out != nullptr) return true;
   call.fail(AsnMUtilError_NullParameter, "no pool, work object or place for the result");
   return false;
 }
 
-int32_t encodeInto(const Call &call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
+int32_t encodeInto(Call call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                    AsnEncodedData *encoding, Rules rules) {
   if (!isGiven(call, pool, object, encoding)) return -1;
-  Node *element = nullptr;
-  const AsnType *type = nullptr;
-  if (!findElement(call, value, path, &element, &type)) return -1;
-  if (element == nullptr) return call.fail(AsnError_Absent, Text() << nameOf(type) << " is absent");
-  const uint8_t *octets = nullptr;
-  uint32_t length = 0;
-  if (!encode(call, object->arena, element, rules, &octets, &length)) return -1;
-  void *copy = nullptr;
-  if (duplicate(pool, octets, length, &copy, call.err) != 0) return -1;
-  *encoding = {static_cast<uint8_t *>(copy), length};
+  const Found found = findScalar(call, value, path, Need::Mandatory, [](const AsnType *) { return true; });
+  if (!found) return -1;
+  const AsnOct made = encode(call, object->arena, found.element, rules);
+  if (made.octets == nullptr) return -1;
+  void *copy = duplicate(pool, made.octets, made.length, call.err);
+  if (copy == nullptr) return -1;
+  *encoding = {static_cast<uint8_t *>(copy), made.length};
   return 0;
 }
 
-int32_t getObjid(const Call &call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path, Objid *objid,
+int32_t getObjid(Call call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path, Objid *objid,
                  bool der) {
   if (!isGiven(call, pool, object, objid)) return -1;
-  Node *element = nullptr;
-  if (!findScalar(call, value, path, Need::Mandatory, isObjid, &element)) return -1;
+  const Found found = findScalar(call, value, path, Need::Mandatory, isObjid);
+  if (!found) return -1;
+  const Node *element = found.element;
   if (der && !hasDerLength(call, element)) return -1;
   const uint32_t count = countArcs(element->content, element->length);
   if (count > UINT32_MAX / sizeof(uint32_t)) return call.fail(AsnError_Range, "an identifier of too many arcs");
-  void *arcs = nullptr;
-  if (allocate(pool, static_cast<uint32_t>(count * sizeof(uint32_t)), &arcs, call.err) != 0) return -1;
+  void *arcs = allocate(pool, static_cast<uint32_t>(count * sizeof(uint32_t)), call.err);
+  if (arcs == nullptr) return -1;
   if (!readArcs(element->content, element->length, static_cast<uint32_t *>(arcs))) {
     AsnMemObjectFree(pool, arcs, nullptr);
     return call.fail(AsnError_Range, Text() << nameOf(element->record) << " has an arc of more than 32 bits");
@@ -53,22 +49,23 @@ int32_t getObjid(const Call &call, AsnMemObject pool, AsnObject object, AsnValue
 }
 
 // A copy of an element's content in the pool; an absent element gives null with success where that is allowed.
-int32_t copyOctets(const Call &call, AsnMemObject pool, AsnValue value, const char *path, Need need, bool der,
-                   AsnOct *octets, bool *present) {
-  Node *element = nullptr;
-  if (!findScalar(call, value, path, need, isOctets, &element)) return -1;
+int32_t copyOctets(Call call, AsnMemObject pool, AsnValue value, const char *path, Need need, bool der, AsnOct *octets,
+                   bool *present) {
+  const Found found = findScalar(call, value, path, need, isOctets);
+  if (!found) return -1;
+  const Node *element = found.element;
   *present = element != nullptr;
   *octets = {nullptr, 0};
   if (element == nullptr) return 0;
   if (der && !hasDerLength(call, element)) return -1;
-  void *copy = nullptr;
-  if (duplicate(pool, element->content, element->length, &copy, call.err) != 0) return -1;
+  void *copy = duplicate(pool, element->content, element->length, call.err);
+  if (copy == nullptr) return -1;
   *octets = {static_cast<uint8_t *>(copy), element->length};
   return 0;
 }
 
-int32_t getOctets(const Call &call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
-                  AsnOct *octets, bool der) {
+int32_t getOctets(Call call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path, AsnOct *octets,
+                  bool der) {
   if (!isGiven(call, pool, object, octets)) return -1;
   AsnOct read;
   bool present = false;
@@ -77,26 +74,24 @@ int32_t getOctets(const Call &call, AsnMemObject pool, AsnObject object, AsnValu
   return 0;
 }
 
-int32_t getEncodedOpt(const Call &call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
+int32_t getEncodedOpt(Call call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                       AsnEncodedDataOpt *encoding, bool der) {
   if (!isGiven(call, pool, object, encoding)) return -1;
-  Node *element = nullptr;
-  const AsnType *type = nullptr;
-  if (!findElement(call, value, path, &element, &type)) return -1;
+  const Found found = findElement(call, value, path);
+  if (!found) return -1;
   AsnEncodedDataOpt read = {{nullptr, 0}, 0};
-  if (element != nullptr) {
-    const uint8_t *octets = nullptr;
-    uint32_t length = 0;
-    if (!encodingOf(call, object->arena, element, der, &octets, &length)) return -1;
-    void *copy = nullptr;
-    if (duplicate(pool, octets, length, &copy, call.err) != 0) return -1;
-    read = {{static_cast<uint8_t *>(copy), length}, 1};
+  if (const Node *element = found.element; element != nullptr) {
+    const AsnOct octets = encodingOf(call, object->arena, element, der);
+    if (octets.octets == nullptr) return -1;
+    void *copy = duplicate(pool, octets.octets, octets.length, call.err);
+    if (copy == nullptr) return -1;
+    read = {{static_cast<uint8_t *>(copy), octets.length}, 1};
   }
   *encoding = read;
   return 0;
 }
 
-bool canCopy(const Call &call, AsnMemObject pool, const void *destination, const void *source) {
+bool canCopy(Call call, AsnMemObject pool, const void *destination, const void *source) {
   if (pool != nullptr && destination != nullptr && source != nullptr) return true;
   call.fail(AsnMUtilError_NullParameter, "no pool, source or place for the copy");
   return false;
@@ -104,20 +99,20 @@ bool canCopy(const Call &call, AsnMemObject pool, const void *destination, const
 
 // {pointer, length} shapes: a deep copy, and its release.
 template <class Shape>
-int32_t copyShape(const Call &call, AsnMemObject pool, Shape *destination, const Shape *source) {
+int32_t copyShape(Call call, AsnMemObject pool, Shape *destination, const Shape *source) {
   if (!canCopy(call, pool, destination, source)) return -1;
   if (source->octets == nullptr && source->length > 0) {
     return call.fail(AsnMUtilError_Pointer, Text() << "a null pointer with a length of " << source->length);
   }
   const uint32_t length = source->length;
-  void *copy = nullptr;
-  if (duplicate(pool, source->octets, length, &copy, call.err) != 0) return -1;
+  void *copy = duplicate(pool, source->octets, length, call.err);
+  if (copy == nullptr) return -1;
   *destination = {static_cast<uint8_t *>(copy), length};
   return 0;
 }
 
 template <class Shape>
-int32_t freeShape(const Call &call, AsnMemObject pool, Shape *shape, const void *memory) {
+int32_t freeShape(Call call, AsnMemObject pool, Shape *shape, const void *memory) {
   if (pool == nullptr || shape == nullptr) return call.fail(AsnMUtilError_NullParameter, "no pool or value to free");
   if (AsnMemObjectFree(pool, memory, call.err) != 0) return -1;
   *shape = Shape{};
@@ -131,42 +126,42 @@ using namespace ketra::asn1;
 
 int32_t AsnMUtilEncodeDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                           AsnEncodedData *encoding, AsnErrorBlock *err) {
-  return encodeInto(utility(__func__, err), pool, object, value, path, encoding, Rules::Der);
+  return encodeInto({__func__, err}, pool, object, value, path, encoding, Rules::Der);
 }
 
 int32_t AsnMUtilEncodeBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                           AsnEncodedData *encoding, AsnErrorBlock *err) {
-  return encodeInto(utility(__func__, err), pool, object, value, path, encoding, Rules::Ber);
+  return encodeInto({__func__, err}, pool, object, value, path, encoding, Rules::Ber);
 }
 
 int32_t AsnMUtilGetObjidDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path, Objid *objid,
                             AsnErrorBlock *err) {
-  return getObjid(utility(__func__, err), pool, object, value, path, objid, true);
+  return getObjid({__func__, err}, pool, object, value, path, objid, true);
 }
 
 int32_t AsnMUtilGetObjidBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path, Objid *objid,
                             AsnErrorBlock *err) {
-  return getObjid(utility(__func__, err), pool, object, value, path, objid, false);
+  return getObjid({__func__, err}, pool, object, value, path, objid, false);
 }
 
 int32_t AsnMUtilGetObjidConstBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path, Objid *objid,
                                  AsnErrorBlock *err) {
-  return getObjid(utility(__func__, err), pool, object, value, path, objid, false);
+  return getObjid({__func__, err}, pool, object, value, path, objid, false);
 }
 
 int32_t AsnMUtilGetOctDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path, AsnOct *octets,
                           AsnErrorBlock *err) {
-  return getOctets(utility(__func__, err), pool, object, value, path, octets, true);
+  return getOctets({__func__, err}, pool, object, value, path, octets, true);
 }
 
 int32_t AsnMUtilGetOctBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path, AsnOct *octets,
                           AsnErrorBlock *err) {
-  return getOctets(utility(__func__, err), pool, object, value, path, octets, false);
+  return getOctets({__func__, err}, pool, object, value, path, octets, false);
 }
 
 int32_t AsnMUtilGetOctOptBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path, AsnOctOpt *octets,
                              AsnErrorBlock *err) {
-  const Call call = utility(__func__, err);
+  const Call call{__func__, err};
   if (!isGiven(call, pool, object, octets)) return -1;
   AsnOct read;
   bool present = false;
@@ -177,16 +172,16 @@ int32_t AsnMUtilGetOctOptBER(AsnMemObject pool, AsnObject object, AsnValue value
 
 int32_t AsnMUtilGetBitConstBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path, AsnBit *bits,
                                AsnErrorBlock *err) {
-  const Call call = utility(__func__, err);
+  const Call call{__func__, err};
   if (!isGiven(call, pool, object, bits)) return -1;
-  Node *element = nullptr;
-  if (!findScalar(call, value, path, Need::Mandatory, isBits, &element)) return -1;
+  const Found found = findScalar(call, value, path, Need::Mandatory, isBits);
+  if (!found) return -1;
+  const Node *element = found.element;
   const uint64_t carried = uint64_t{element->length - 1} * 8 - element->content[0];
   const auto shared = static_cast<uint32_t>(std::min<uint64_t>(carried, bits->bits));
   const uint32_t size = bits->bits / 8 + (bits->bits % 8 == 0 ? 0 : 1);
-  void *memory = nullptr;
-  if (allocate(pool, size, &memory, err) != 0) return -1;
-  auto *octets = static_cast<uint8_t *>(memory);
+  auto *octets = static_cast<uint8_t *>(allocate(pool, size, err));
+  if (octets == nullptr) return -1;
   if (size > 0) std::memset(octets, 0, size);
   std::memcpy(octets, element->content + 1, shared / 8);
   if (shared % 8 != 0) {
@@ -198,22 +193,21 @@ int32_t AsnMUtilGetBitConstBER(AsnMemObject pool, AsnObject object, AsnValue val
 
 int32_t AsnMUtilGetGtimeBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path, Gtime *time,
                             AsnErrorBlock *err) {
-  const Call call = utility(__func__, err);
+  const Call call{__func__, err};
   if (!isGiven(call, pool, object, time)) return -1;
-  Node *element = nullptr;
-  if (!findScalar(call, value, path, Need::Mandatory, isTimeType, &element)) return -1;
-  return readTimeOf(call, element, time) ? 0 : -1;
+  const Found found = findScalar(call, value, path, Need::Mandatory, isTimeType);
+  return found && readTimeOf(call, found.element, time) ? 0 : -1;
 }
 
 int32_t AsnMUtilGetGtimeOptBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path, GtimeOpt *time,
                                AsnErrorBlock *err) {
-  const Call call = utility(__func__, err);
+  const Call call{__func__, err};
   if (!isGiven(call, pool, object, time)) return -1;
-  Node *element = nullptr;
-  if (!findScalar(call, value, path, Need::Optional, isTimeType, &element)) return -1;
+  const Found found = findScalar(call, value, path, Need::Optional, isTimeType);
+  if (!found) return -1;
   GtimeOpt read = {{0, 0}, 0};
-  if (element != nullptr) {
-    if (!readTimeOf(call, element, &read.value)) return -1;
+  if (found.element != nullptr) {
+    if (!readTimeOf(call, found.element, &read.value)) return -1;
     read.option = 1;
   }
   *time = read;
@@ -222,17 +216,17 @@ int32_t AsnMUtilGetGtimeOptBER(AsnMemObject pool, AsnObject object, AsnValue val
 
 int32_t AsnMUtilGetEncodedDataOptDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                                      AsnEncodedDataOpt *encoding, AsnErrorBlock *err) {
-  return getEncodedOpt(utility(__func__, err), pool, object, value, path, encoding, true);
+  return getEncodedOpt({__func__, err}, pool, object, value, path, encoding, true);
 }
 
 int32_t AsnMUtilGetEncodedDataOptBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                                      AsnEncodedDataOpt *encoding, AsnErrorBlock *err) {
-  return getEncodedOpt(utility(__func__, err), pool, object, value, path, encoding, false);
+  return getEncodedOpt({__func__, err}, pool, object, value, path, encoding, false);
 }
 
 int32_t AsnMUtilCopyEncodedDataDER(AsnMemObject pool, AsnEncodedData *destination, const AsnEncodedData *source,
                                    AsnErrorBlock *err) {
-  const Call call = utility(__func__, err);
+  const Call call{__func__, err};
   if (!canCopy(call, pool, destination, source)) return -1;
   if (source->octets == nullptr) return call.fail(AsnMUtilError_Pointer, "no encoding");
   Fault fault;
@@ -247,12 +241,12 @@ int32_t AsnMUtilCopyEncodedDataDER(AsnMemObject pool, AsnEncodedData *destinatio
 
 int32_t AsnMUtilCopyEncodedDataBER(AsnMemObject pool, AsnEncodedData *destination, const AsnEncodedData *source,
                                    AsnErrorBlock *err) {
-  return copyShape(utility(__func__, err), pool, destination, source);
+  return copyShape({__func__, err}, pool, destination, source);
 }
 
 int32_t AsnMUtilCopyEncodedDataOptBER(AsnMemObject pool, AsnEncodedDataOpt *destination,
                                       const AsnEncodedDataOpt *source, AsnErrorBlock *err) {
-  const Call call = utility(__func__, err);
+  const Call call{__func__, err};
   if (!canCopy(call, pool, destination, source)) return -1;
   AsnEncodedDataOpt copy = {{nullptr, 0}, 0};
   if (source->option == 1) {
@@ -264,34 +258,34 @@ int32_t AsnMUtilCopyEncodedDataOptBER(AsnMemObject pool, AsnEncodedDataOpt *dest
 }
 
 int32_t AsnMUtilCopyObjidBER(AsnMemObject pool, Objid *destination, const Objid *source, AsnErrorBlock *err) {
-  const Call call = utility(__func__, err);
+  const Call call{__func__, err};
   if (!canCopy(call, pool, destination, source)) return -1;
   const uint32_t count = source->count;
   if ((source->arcs == nullptr && count > 0) || count > UINT32_MAX / sizeof(uint32_t)) {
     return call.fail(AsnMUtilError_Pointer, Text() << "no memory can hold these " << count << " arcs");
   }
-  void *copy = nullptr;
-  if (duplicate(pool, source->arcs, static_cast<uint32_t>(count * sizeof(uint32_t)), &copy, err) != 0) return -1;
+  void *copy = duplicate(pool, source->arcs, static_cast<uint32_t>(count * sizeof(uint32_t)), err);
+  if (copy == nullptr) return -1;
   *destination = {static_cast<uint32_t *>(copy), count};
   return 0;
 }
 
 int32_t AsnMUtilCopyOctBER(AsnMemObject pool, AsnOct *destination, const AsnOct *source, AsnErrorBlock *err) {
-  return copyShape(utility(__func__, err), pool, destination, source);
+  return copyShape({__func__, err}, pool, destination, source);
 }
 
 int32_t AsnMUtilFreeObjid(AsnMemObject pool, Objid *objid, AsnErrorBlock *err) {
-  return freeShape(utility(__func__, err), pool, objid, objid == nullptr ? nullptr : objid->arcs);
+  return freeShape({__func__, err}, pool, objid, objid == nullptr ? nullptr : objid->arcs);
 }
 
 int32_t AsnMUtilFreeOct(AsnMemObject pool, AsnOct *octets, AsnErrorBlock *err) {
-  return freeShape(utility(__func__, err), pool, octets, octets == nullptr ? nullptr : octets->octets);
+  return freeShape({__func__, err}, pool, octets, octets == nullptr ? nullptr : octets->octets);
 }
 
 int32_t AsnMUtilFreeEncodedData(AsnMemObject pool, AsnEncodedData *encoding, AsnErrorBlock *err) {
-  return freeShape(utility(__func__, err), pool, encoding, encoding == nullptr ? nullptr : encoding->octets);
+  return freeShape({__func__, err}, pool, encoding, encoding == nullptr ? nullptr : encoding->octets);
 }
 
 int32_t AsnMUtilFreeEncodedDataOpt(AsnMemObject pool, AsnEncodedDataOpt *encoding, AsnErrorBlock *err) {
-  return freeShape(utility(__func__, err), pool, encoding, encoding == nullptr ? nullptr : encoding->value.octets);
+  return freeShape({__func__, err}, pool, encoding, encoding == nullptr ? nullptr : encoding->value.octets);
 }

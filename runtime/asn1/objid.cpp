@@ -16,13 +16,11 @@ bool checkObjid(const uint8_t *content, uint32_t length, Fault &fault) {
     fault.set(AsnError_Objid, content) << "OBJECT IDENTIFIER ends inside an arc";
     return false;
   }
-  bool atStart = true;
   for (uint32_t i = 0; i < length; ++i) {
-    if (atStart && content[i] == 0x80) {
-      fault.set(AsnError_Objid, content + i) << "OBJECT IDENTIFIER with a padded arc";
-      return false;
-    }
-    atStart = (content[i] & 0x80) == 0;
+    if (content[i] != 0x80 || (i > 0 && content[i - 1] >= 0x80)) [[likely]]
+      continue;
+    fault.set(AsnError_Objid, content + i) << "OBJECT IDENTIFIER with a padded arc";
+    return false;
   }
   return true;
 }
@@ -34,22 +32,29 @@ uint32_t countArcs(const uint8_t *content, uint32_t length) {
 }
 
 bool readArcs(const uint8_t *content, uint32_t length, uint32_t *arcs) {
-  bool isFirst = true;
-  for (uint32_t i = 0; i < length;) {
-    uint64_t number = 0;
-    uint8_t octet = 0;
-    do {
-      octet = content[i++];
-      if (number > UINT64_MAX >> 7) return false;
-      number = number << 7 | (octet & 0x7Fu);
-    } while ((octet & 0x80) != 0);
-    if (isFirst) {
-      *arcs = number < 80 ? static_cast<uint32_t>(number / 40) : 2;
-      number -= uint64_t{*arcs++} * 40;
-      isFirst = false;
+  const uint8_t *const end = content + length;
+  uint64_t first = 0;  // two arcs in one number, up to 80 more than 32 bits hold
+  uint8_t octet = 0;
+  do {
+    octet = *content++;
+    if (first >> 40 != 0) return false;
+    first = first << 7 | (octet & 0x7Fu);
+  } while (octet >= 0x80);
+  *arcs = first < 80 ? static_cast<uint32_t>(first / 40) : 2;
+  first -= uint64_t{*arcs++} * 40;
+  if (first > UINT32_MAX) return false;
+  *arcs++ = static_cast<uint32_t>(first);
+  while (content != end) {
+    uint32_t arc = *content++;
+    if (arc >= 0x80) {
+      arc &= 0x7F;
+      do {
+        octet = *content++;
+        if (arc > UINT32_MAX >> 7) return false;
+        arc = arc << 7 | (octet & 0x7Fu);
+      } while (octet >= 0x80);
     }
-    if (number > UINT32_MAX) return false;
-    *arcs++ = static_cast<uint32_t>(number);
+    *arcs++ = arc;
   }
   return true;
 }
@@ -101,7 +106,7 @@ void writeArcs(const Objid &objid, uint8_t *content) {
 using namespace ketra::asn1;
 
 int32_t ObjidFromText(AsnMemObject pool, const char *text, Objid *objid, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (pool == nullptr || text == nullptr || objid == nullptr) {
     return call.fail(AsnError_NullParameter, "no pool, text or place for the identifier");
   }
@@ -109,8 +114,8 @@ int32_t ObjidFromText(AsnMemObject pool, const char *text, Objid *objid, AsnErro
   uint32_t count = 1;
   for (std::size_t i = 0; i < length; ++i) count += text[i] == '.' ? 1 : 0;
   if (length > UINT32_MAX / sizeof(uint32_t)) return call.fail(AsnError_Range, "an identifier of too many arcs");
-  void *memory = nullptr;
-  if (allocate(pool, static_cast<uint32_t>(count * sizeof(uint32_t)), &memory, err) != 0) return -1;
+  void *memory = allocate(pool, static_cast<uint32_t>(count * sizeof(uint32_t)), err);
+  if (memory == nullptr) return -1;
   auto *arcs = static_cast<uint32_t *>(memory);
   const char *p = text;
   const char *const end = text + length;
@@ -134,7 +139,7 @@ int32_t ObjidFromText(AsnMemObject pool, const char *text, Objid *objid, AsnErro
 }
 
 int32_t ObjidToText(const Objid *objid, char *text, uint32_t size, uint32_t *length, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (objid == nullptr || (objid->arcs == nullptr && objid->count > 0) || (text == nullptr && size > 0)) {
     return call.fail(AsnError_NullParameter, "no identifier or no place for the text");
   }

@@ -1,155 +1,164 @@
 #include "runtime/asn1/path.h"
 
-#include <charconv>
-#include <string_view>
+#include <algorithm>
 
 namespace ketra::asn1 {
 namespace {
 
-// The steps of a path, one by one.
-class Steps {
- public:
-  explicit Steps(const char *path) : rest_(path == nullptr ? "" : path) {
-    if (!rest_.empty() && rest_.front() == '/') rest_.remove_prefix(1);
-    done_ = rest_.empty();
-  }
-  bool next(std::string_view *step) {
-    if (done_) return false;
-    const std::size_t slash = rest_.find('/');
-    *step = rest_.substr(0, slash);
-    done_ = slash == std::string_view::npos;
-    if (!done_) rest_.remove_prefix(slash + 1);
-    return true;
-  }
-
- private:
-  std::string_view rest_;
-  bool done_;
-};
-
-const AsnType *componentNamed(const AsnType *definition, std::string_view name) {
-  for (uint32_t i = 1; i <= definition->count; ++i) {
-    if (name == definition[i].name) return definition + i;
-  }
-  return nullptr;
-}
-
-// A member number; what no list can have comes out as 0. False when the step is no number.
-bool memberNumber(std::string_view step, uint32_t *number) {
-  const bool negative = !step.empty() && step.front() == '-';
-  const char *begin = step.data() + (negative ? 1 : 0);
-  const char *end = step.data() + step.size();
-  const auto [next, error] = std::from_chars(begin, end, *number);
-  if (begin == end || next != end || error == std::errc::invalid_argument) return false;
-  if (negative || error == std::errc::result_out_of_range) *number = 0;
-  return true;
-}
-
-bool isUsable(const Call &call, const Node *base) {
+[[gnu::cold]] void failBase(Call call, const Node *base) {
   if (base == nullptr) {
     call.fail(AsnError_NullParameter, "no value or element");
-    return false;
-  }
-  if (!base->isRoot) return true;
-  switch (static_cast<const OpenValue *>(base)->state) {
-    case OpenValue::State::Bound: call.fail(AsnError_State, "the value is not decoded"); return false;
-    case OpenValue::State::Closed: call.fail(AsnError_State, "the value is closed"); return false;
-    default: return true;
+  } else {
+    call.fail(AsnError_State, base->state == State::Closed ? "the value is closed" : "the value is not decoded");
   }
 }
 
-// Where one step leads by type alone; null after a failure. For a list, also which member.
-const AsnType *stepType(const Call &call, const AsnType *type, std::string_view step, uint32_t *number) {
-  const Kind kind = kindOf(type);
-  const AsnType *definition = definitionOf(type);
-  if (isList(kind)) {
-    if (memberNumber(step, number)) return definition + 1;
-    call.fail(AsnError_Path, Text() << "\"" << step << "\" is no member number of " << nameOf(type));
-    return nullptr;
-  }
-  const AsnType *component =
-      kind == Kind::Sequence || kind == Kind::Choice ? componentNamed(definition, step) : nullptr;
-  if (component == nullptr) call.fail(AsnError_Path, Text() << nameOf(type) << " has no component \"" << step << "\"");
-  return component;
-}
-
-Node *childOf(const Node *parent, const AsnType *component, uint32_t number) {
-  switch (kindOf(parent->record)) {
-    case Kind::Sequence: return parent->children[component - definitionOf(parent->record) - 1];
-    case Kind::Choice: {
-      Node *chosen = parent->children[0];
-      return chosen != nullptr && chosen->record == component ? chosen : nullptr;
-    }
-    default: return number >= 1 && number <= parent->length ? parent->children[number - 1] : nullptr;
-  }
-}
-
-// Whether the path can be made as far as its types and member numbers go; with the element when it is there already.
-bool canMake(const Call &call, Node *base, const char *path, bool (*fits)(const AsnType *), Node **element) {
-  const AsnType *type = base->record;
-  *element = base;
-  std::string_view step;
-  for (Steps steps(path); steps.next(&step);) {
-    uint32_t number = 0;
-    const AsnType *component = stepType(call, type, step, &number);
-    if (component == nullptr) return false;
-    const uint32_t members = *element == nullptr ? 0 : (*element)->length;
-    if (isList(kindOf(type)) && (number == 0 || number - 1 > members)) {
-      call.fail(AsnError_Path,
-                Text() << "member " << step << " cannot be made: " << nameOf(type) << " has " << members);
-      return false;
-    }
-    if (*element != nullptr) *element = childOf(*element, component, number);
-    type = component;
-  }
-  if (fits == nullptr || fits(type)) return true;
-  call.fail(AsnError_Kind, Text() << nameOf(type) << " is of another type than the operation sets");
+bool isUsable(Call call, const Node *base) {
+  if (base != nullptr && base->state <= State::Decoded) [[likely]]
+    return true;
+  failBase(call, base);
   return false;
 }
 
-Node *makeChild(Arena &arena, Node *parent, const AsnType *component) {
-  if (isList(kindOf(parent->record))) return appendMember(arena, parent);
-  Node *child = newNode(arena, component);
-  const auto place = kindOf(parent->record) == Kind::Choice ? 0 : component - definitionOf(parent->record) - 1;
-  if (child != nullptr) parent->children[place] = child;
+[[gnu::cold]] void failStep(Call call, const AsnType *type, std::string_view rest) {
+  const std::string_view step = rest.substr(0, rest.find('/'));
+  if (isList(kindOf(type))) {
+    call.fail(AsnError_Path, Text() << "\"" << step << "\" is no member number of " << nameOf(type));
+  } else {
+    call.fail(AsnError_Path, Text() << nameOf(type) << " has no component \"" << step << "\"");
+  }
+}
+
+const char *begin(const char *path) { return path == nullptr ? "" : path[0] == '/' ? path + 1 : path; }
+bool isEnd(char c) { return c == '\0' || c == '/'; }
+
+// A member number; one that no list can have comes out as 0. Returns where it ends, null when it is none.
+inline const char *readNumber(const char *path, uint32_t *number) {
+  constexpr uint64_t kTooLarge = uint64_t{1} << 32;
+  const char *const digits = path + (*path == '-' ? 1 : 0);
+  const char *at = digits;
+  uint64_t value = 0;
+  for (uint32_t digit = 0; (digit = static_cast<uint32_t>(*at - '0')) <= 9; ++at) {
+    value = std::min(value * 10 + digit, kTooLarge);
+  }
+  *number = digits == path && value != kTooLarge ? static_cast<uint32_t>(value) : 0;
+  return at != digits && isEnd(*at) ? at : nullptr;
+}
+
+// Where the name ends at the start of the path, null when the path's first step is another.
+inline const char *matchName(const char *path, const char *name) {
+  for (; *name != '\0' && *path == *name; ++name) ++path;
+  return *name == '\0' && isEnd(*path) ? path : nullptr;
+}
+
+// Moves `place` one step along the path: by type, and along the elements as far as they are there. `number` is that of
+// a list's member. Returns where the step ends, null after a failure.
+[[gnu::always_inline]] inline const char *takeStep(Call call, const char *path, Found *place, uint32_t *number) {
+  const auto [from, type] = *place;
+  const AsnType *const definition = definitionOf(type);
+  const Kind kind = kindOf(type);
+  const char *end = nullptr;
+  if (isList(kind)) {
+    end = readNumber(path, number);
+    const bool isThere = from != nullptr && *number - 1 < from->length;  // 0 wraps: there is no such member
+    *place = {isThere ? from->children[*number - 1] : nullptr, definition + 1};
+  } else if (hasComponents(kind)) {
+    const AsnType *component = definition;
+    const AsnType *const last = definition + definition->count;
+    while (end == nullptr && component != last) end = matchName(path, (++component)->name);
+    Node *child = nullptr;
+    if (end != nullptr && from != nullptr) {
+      child = kind == Kind::Sequence ? from->children[component - definition - 1] : from->chosen;
+      if (child != nullptr && child->record != component) child = nullptr;  // another alternative
+    }
+    *place = {child, component};
+  }
+  if (end == nullptr) failStep(call, type, path);
+  return end;
+}
+
+// What is missing on a path, from the outermost element to make.
+struct Plan {
+  Node *existing;       // the deepest element that is there
+  const AsnType *type;  // of the element at the end
+  uint32_t missing = 0;
+  const AsnType *records[ASN_MAX_NESTING];
+};
+
+bool planStep(Call call, const AsnType *outer, const Found &place, uint32_t number, Plan *plan) {
+  if (place.element != nullptr) {
+    plan->existing = place.element;
+    return true;
+  }
+  const uint32_t members = plan->missing == 0 ? plan->existing->length : 0;
+  if (isList(kindOf(outer)) && number - 1 != members) {
+    call.fail(AsnError_Path,
+              Text() << "member " << number << " cannot be made: " << nameOf(outer) << " has " << members);
+    return false;
+  }
+  if (plan->missing == ASN_MAX_NESTING) {
+    call.fail(AsnError_Nesting, Text() << "more than " << uint32_t{ASN_MAX_NESTING} << " elements to make");
+    return false;
+  }
+  plan->records[plan->missing++] = place.type;
+  return true;
+}
+
+bool plan(Call call, Node *base, const char *path, Plan *plan) {
+  Found place{base, base->record};
+  plan->existing = base;
+  plan->type = base->record;
+  const char *at = begin(path);
+  if (*at == '\0') return true;
+  for (;; ++at) {
+    const AsnType *const outer = place.type;
+    uint32_t number = 0;
+    at = takeStep(call, at, &place, &number);
+    if (at == nullptr || !planStep(call, outer, place, number, plan)) return false;
+    plan->type = place.type;
+    if (*at == '\0') return true;
+  }
+}
+
+Node *makeChild(Arena &arena, Node *parent, const AsnType *record) {
+  const Kind kind = kindOf(parent->record);
+  if (isList(kind)) return appendMember(arena, parent);
+  Node *child = newNode(arena, record);
+  if (child == nullptr) return nullptr;
+  Node *&place = kind == Kind::Choice ? parent->chosen : parent->children[record - definitionOf(parent->record) - 1];
+  place = child;
   return child;
 }
 
 }  // namespace
 
-bool findElement(const Call &call, Node *base, const char *path, Node **element, const AsnType **type) {
-  if (!isUsable(call, base)) return false;
-  *element = base;
-  *type = base->record;
-  std::string_view step;
-  for (Steps steps(path); steps.next(&step);) {
-    uint32_t number = 0;
-    const AsnType *component = stepType(call, *type, step, &number);
-    if (component == nullptr) return false;
-    if (*element != nullptr) *element = childOf(*element, component, number);
-    *type = component;
+Found walkPath(Call call, Node *base, const char *path) {
+  if (!isUsable(call, base)) return {};
+  Found place{base, base->record};
+  uint32_t number = 0;
+  const char *at = begin(path);
+  if (*at == '\0') return place;
+  for (;; ++at) {
+    at = takeStep(call, at, &place, &number);
+    if (at == nullptr) return {};
+    if (*at == '\0') return place;
   }
-  if (*element != nullptr && !hasChildren(kindOf(*type)) && !(*element)->isSet) *element = nullptr;
-  return true;
 }
 
-Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *)) {
+Node *makeElement(Call call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *)) {
   if (!isUsable(call, base)) return nullptr;
   if (base->encoding != nullptr) {
     call.fail(AsnError_State, "a value that was decoded cannot be changed");
     return nullptr;
   }
-  Node *node = nullptr;
-  if (!canMake(call, base, path, fits, &node)) return nullptr;
-  if (node != nullptr) return node;
-  node = base;
-  std::string_view step;
-  for (Steps steps(path); node != nullptr && steps.next(&step);) {
-    uint32_t number = 0;
-    const AsnType *component = stepType(call, node->record, step, &number);
-    Node *child = childOf(node, component, number);
-    node = child != nullptr ? child : makeChild(arena, node, component);
+  Plan made;
+  if (!plan(call, base, path, &made)) return nullptr;
+  if (fits != nullptr && !fits(made.type)) {
+    call.fail(AsnError_Kind, Text() << nameOf(made.type) << " is of another type than the operation sets");
+    return nullptr;
   }
+  Node *node = made.existing;
+  for (uint32_t i = 0; node != nullptr && i < made.missing; ++i) node = makeChild(arena, node, made.records[i]);
   if (node == nullptr) call.fail(AsnError_OutOfMemory, "the system has no memory for an element");
   return node;
 }

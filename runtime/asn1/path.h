@@ -5,13 +5,31 @@
 
 namespace ketra::asn1 {
 
-// The element at the path, or null when it is absent; false after a failure, which has been reported. A scalar that
-// was made but never set is absent.
-bool findElement(const Call &call, Node *base, const char *path, Node **element, const AsnType **type);
+// What a path leads to: the element, null when it is absent, and its type. No type after a failure, which has been
+// reported.
+struct Found {
+  Node *element = nullptr;
+  const AsnType *type = nullptr;
+
+  explicit operator bool() const { return type != nullptr; }
+};
+
+Found walkPath(Call call, Node *base, const char *path);
+
+// A scalar that was made but never set is absent.
+inline Found findElement(Call call, Node *base, const char *path) {
+  const bool isWhole = path == nullptr || path[path[0] == '/' ? 1 : 0] == '\0';
+  const bool isHere = isWhole && base != nullptr && base->state <= State::Decoded;
+  const Found found = isHere ? Found{base, base->record} : walkPath(call, base, path);
+  const Node *element = found.element;
+  if (element == nullptr || element->isSet || hasChildren(kindOf(element->record))) [[likely]]
+    return found;
+  return {nullptr, found.type};
+}
 
 // The element at the path, made with everything that is missing on the way; null after a failure, which has made
 // nothing unless memory ran out. `fits` (may be null) judges the element's type first. Values that were decoded cannot
 // be changed: what is read from them points into the encoding.
-Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *));
+Node *makeElement(Call call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *));
 
 }  // namespace ketra::asn1

@@ -97,7 +97,7 @@ uint64_t roomLeft(AsnMemObject pool) {
   return pool->limit == 0 ? UINT64_MAX : pool->limit - std::min(pool->limit, pool->held);
 }
 
-void *fromSystem(AsnMemObject pool, uint64_t size, const Call &call) {
+void *fromSystem(AsnMemObject pool, uint64_t size, Call call) {
   if (size > roomLeft(pool)) {
     call.fail(AsnMemError_Limit, Text() << size << " octets more would exceed the limit of " << pool->limit
                                         << " octets; " << pool->held << " are held");
@@ -113,7 +113,7 @@ void *fromSystem(AsnMemObject pool, uint64_t size, const Call &call) {
 }
 
 // A new chunk as large as all chunks so far, or half of what a limit leaves: so their number stays logarithmic.
-bool grow(AsnMemObject pool, std::size_t needed, const Call &call) {
+[[gnu::noinline]] bool grow(AsnMemObject pool, std::size_t needed, Call call) {
   const uint64_t least = sizeof(Chunk) + needed;
   const uint64_t wanted = std::max<uint64_t>(kFirstGrowth, pool->inChunks);
   const uint64_t size = std::max(least, std::min(wanted, roomLeft(pool) / 2) / kAlignment * kAlignment);
@@ -128,7 +128,7 @@ bool grow(AsnMemObject pool, std::size_t needed, const Call &call) {
   return true;
 }
 
-void *start(AsnMemObject pool, std::byte *memory, uint32_t size) {
+inline void *start(AsnMemObject pool, std::byte *memory, uint32_t size) {
   unpoison(memory, size);
   Header *header = reinterpret_cast<Header *>(memory) - 1;
   unpoison(header, sizeof *header);
@@ -140,7 +140,7 @@ void *start(AsnMemObject pool, std::byte *memory, uint32_t size) {
 }
 
 // More buckets once the lists grow; without memory for them the old ones serve on, only slower.
-void growTable(AsnMemObject pool, const Call &call) {
+void growTable(AsnMemObject pool, Call call) {
   const uint32_t bits = pool->large == nullptr ? 4 : pool->bucketBits + 2;
   auto **table = static_cast<LargeBlock **>(fromSystem(pool, sizeof(LargeBlock *) << bits, call));
   if (table == nullptr) return;
@@ -161,12 +161,12 @@ void growTable(AsnMemObject pool, const Call &call) {
   pool->large = table;
 }
 
-void *allocateLarge(AsnMemObject pool, uint32_t size, const Call &call) {
+[[gnu::noinline]] void *allocateLarge(AsnMemObject pool, uint32_t size, Call call) {
   if (pool->large == nullptr) {
     growTable(pool, call);
     if (pool->large == nullptr) return nullptr;
   } else if (pool->largeCount >= std::size_t{2} << pool->bucketBits) {
-    growTable(pool, Call{kPoolModule, "", nullptr});
+    growTable(pool, Call{"", nullptr});
   }
   auto *block = static_cast<LargeBlock *>(fromSystem(pool, sizeof(LargeBlock) + uint64_t{size}, call));
   if (block == nullptr) return nullptr;
@@ -180,7 +180,7 @@ void *allocateLarge(AsnMemObject pool, uint32_t size, const Call &call) {
   return block->memory();
 }
 
-void *allocateSmall(AsnMemObject pool, uint32_t size, const Call &call) {
+inline void *allocateSmall(AsnMemObject pool, uint32_t size, Call call) {
   const std::size_t sizeClass = classOf(size);
   if (pool->freeLists != nullptr && pool->freeLists->heads[sizeClass] != nullptr) {
     FreeBlock *block = pool->freeLists->heads[sizeClass];
@@ -252,7 +252,7 @@ void freeSmall(AsnMemObject pool, Header *header, std::byte *memory) {
 
 }  // namespace
 
-int32_t createPool(std::size_t size, AsnMemObject *pool, const Call &call) {
+int32_t createPool(std::size_t size, AsnMemObject *pool, Call call) {
   void *memory = std::malloc(size);
   if (memory == nullptr) {
     return call.fail(AsnMemError_OutOfMemory, Text() << "the system has no " << uint64_t{size} << " octets");
@@ -269,37 +269,31 @@ int32_t createPool(std::size_t size, AsnMemObject *pool, const Call &call) {
   return 0;
 }
 
-int32_t allocate(AsnMemObject pool, uint32_t size, void **memory, AsnErrorBlock *err) {
-  const Call call{kPoolModule, "AsnMemObjectMalloc", err};
-  void *block = size > kLargestSmall ? allocateLarge(pool, size, call) : allocateSmall(pool, size, call);
-  if (block == nullptr) return -1;
-  *memory = block;
-  return 0;
-}
-
-int32_t duplicate(AsnMemObject pool, const void *octets, uint32_t size, void **copy, AsnErrorBlock *err) {
-  if (allocate(pool, size, copy, err) != 0) return -1;
-  if (size > 0) std::memcpy(*copy, octets, size);
-  return 0;
+void *allocate(AsnMemObject pool, uint32_t size, AsnErrorBlock *err) {
+  const Call call{"AsnMemObjectMalloc", err};
+  return size > kLargestSmall ? allocateLarge(pool, size, call) : allocateSmall(pool, size, call);
 }
 
 }  // namespace ketra::asn1
 
 int32_t AsnMemObjectCreate(AsnMemObject *pool, AsnErrorBlock *err) {
-  const Call call{kPoolModule, __func__, err};
+  const Call call{__func__, err};
   if (pool == nullptr) return call.fail(AsnMemError_NullParameter, "no place for the pool");
   return createPool(kSmallPool, pool, call);
 }
 
 int32_t AsnMemObjectMalloc(AsnMemObject pool, uint32_t size, void **memory, AsnErrorBlock *err) {
   if (pool == nullptr || memory == nullptr) {
-    return Call{kPoolModule, __func__, err}.fail(AsnMemError_NullParameter, "no pool or no place for the memory");
+    return Call{__func__, err}.fail(AsnMemError_NullParameter, "no pool or no place for the memory");
   }
-  return allocate(pool, size, memory, err);
+  void *block = allocate(pool, size, err);
+  if (block == nullptr) return -1;
+  *memory = block;
+  return 0;
 }
 
 int32_t AsnMemObjectFree(AsnMemObject pool, const void *memory, AsnErrorBlock *err) {
-  const Call call{kPoolModule, __func__, err};
+  const Call call{__func__, err};
   if (pool == nullptr) return call.fail(AsnMemError_NullParameter, "no pool");
   if (memory == nullptr) return 0;
   if (Header *header = liveHeader(pool, memory)) {
@@ -311,7 +305,7 @@ int32_t AsnMemObjectFree(AsnMemObject pool, const void *memory, AsnErrorBlock *e
 }
 
 int32_t AsnMemObjectDestroy(AsnMemObject pool, AsnErrorBlock *err) {
-  if (pool == nullptr) return Call{kPoolModule, __func__, err}.fail(AsnMemError_NullParameter, "no pool");
+  if (pool == nullptr) return Call{__func__, err}.fail(AsnMemError_NullParameter, "no pool");
   if (pool->large != nullptr) {
     for (std::size_t i = 0; i < std::size_t{1} << pool->bucketBits; ++i) {
       while (LargeBlock *block = pool->large[i]) {
@@ -335,14 +329,14 @@ int32_t AsnMemObjectDestroy(AsnMemObject pool, AsnErrorBlock *err) {
 }
 
 int32_t AsnMemObjectSetLimit(AsnMemObject pool, uint64_t octets, AsnErrorBlock *err) {
-  if (pool == nullptr) return Call{kPoolModule, __func__, err}.fail(AsnMemError_NullParameter, "no pool");
+  if (pool == nullptr) return Call{__func__, err}.fail(AsnMemError_NullParameter, "no pool");
   pool->limit = octets;
   return 0;
 }
 
 int32_t AsnMemObjectUsage(AsnMemObject pool, uint64_t *octets, uint32_t *blocks, AsnErrorBlock *err) {
   if (pool == nullptr || octets == nullptr || blocks == nullptr) {
-    return Call{kPoolModule, __func__, err}.fail(AsnMemError_NullParameter, "no pool or no place for the usage");
+    return Call{__func__, err}.fail(AsnMemError_NullParameter, "no pool or no place for the usage");
   }
   *octets = pool->liveOctets;
   *blocks = pool->liveBlocks;

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "contracts/asn1.h"
 #include "runtime/asn1/error.h"
@@ -16,11 +17,15 @@ namespace ketra::asn1 {
 inline constexpr std::size_t kSmallPool = 320;
 
 // Makes a pool whose record and first chunk take `size` octets from the system.
-int32_t createPool(std::size_t size, AsnMemObject *pool, const Call &call);
+int32_t createPool(std::size_t size, AsnMemObject *pool, Call call);
 
-int32_t allocate(AsnMemObject pool, uint32_t size, void **memory, AsnErrorBlock *err);
+// Null after a failure, which has been reported.
+void *allocate(AsnMemObject pool, uint32_t size, AsnErrorBlock *err);
 
-// A copy of `size` octets in the pool; of no octets, a block of its own all the same.
-int32_t duplicate(AsnMemObject pool, const void *octets, uint32_t size, void **copy, AsnErrorBlock *err);
+// A copy of `size` octets in the pool; of no octets, a block of its own all the same. Null after a failure.
+inline void *duplicate(AsnMemObject pool, const void *octets, uint32_t size, AsnErrorBlock *err) {
+  void *copy = allocate(pool, size, err);
+  return copy == nullptr || size == 0 ? copy : std::memcpy(copy, octets, size);
+}
 
 }  // namespace ketra::asn1

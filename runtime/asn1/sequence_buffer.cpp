@@ -17,7 +17,7 @@ AsnEncodedData SequenceBuffer::encoding() const {
   return {block_ + kHeaderRoom - headerSize_, headerSize_ + length_};
 }
 
-int32_t SequenceBuffer::store(const Call &call, AsnMemObject pool, uint32_t kept, const AsnOct &added) {
+int32_t SequenceBuffer::store(Call call, AsnMemObject pool, uint32_t kept, const AsnOct &added) {
   const uint64_t length = uint64_t{kept} + added.length;
   if (reserve(call, pool, kept, length) != 0) return -1;
   uint8_t *const begin = block_ + kHeaderRoom;
@@ -34,14 +34,14 @@ void SequenceBuffer::release(AsnMemObject pool) {
 }
 
 // Room for `length` octets: a block of its own for another list, and one of double size for one that grows.
-int32_t SequenceBuffer::reserve(const Call &call, AsnMemObject pool, uint32_t kept, uint64_t length) {
+int32_t SequenceBuffer::reserve(Call call, AsnMemObject pool, uint32_t kept, uint64_t length) {
   constexpr uint32_t kMost = UINT32_MAX - kHeaderRoom;
   if (length > kMost) return call.fail(AsnError_TooLong, "the encoding would exceed 4294967295 octets");
   if (kept > 0 && length <= capacity_) return 0;
   const uint64_t wanted = kept == 0 ? length : std::max(length, 2 * uint64_t{kept});
   const auto capacity = static_cast<uint32_t>(std::min<uint64_t>(wanted, kMost));
-  void *memory = nullptr;
-  if (allocate(pool, kHeaderRoom + capacity, &memory, call.err) != 0) return -1;
+  void *memory = allocate(pool, kHeaderRoom + capacity, call.err);
+  if (memory == nullptr) return -1;
   auto *block = static_cast<uint8_t *>(memory);
   if (kept > 0) std::memcpy(block + kHeaderRoom, block_ + kHeaderRoom, kept);
   AsnMemObjectFree(pool, block_, nullptr);

@@ -14,13 +14,13 @@ class SequenceBuffer {
 
   // Makes the list consist of `kept` octets of the members it has and those of `added`, which lie elsewhere, in a block
   // of the pool. On failure it is unchanged.
-  int32_t store(const Call &call, AsnMemObject pool, uint32_t kept, const AsnOct &added);
+  int32_t store(Call call, AsnMemObject pool, uint32_t kept, const AsnOct &added);
   void release(AsnMemObject pool);
 
  private:
   static constexpr uint32_t kHeaderRoom = 6;  // the longest header of a SEQUENCE
 
-  int32_t reserve(const Call &call, AsnMemObject pool, uint32_t kept, uint64_t length);
+  int32_t reserve(Call call, AsnMemObject pool, uint32_t kept, uint64_t length);
 
   uint8_t *block_ = nullptr;  // null before the first member
   uint32_t length_ = 0;       // octets of the members

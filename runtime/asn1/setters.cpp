@@ -9,8 +9,7 @@ namespace {
 // One typed set: the element, and content in the arena that becomes its value.
 class Setter {
  public:
-  Setter(const char *function, AsnObject object, AsnErrorBlock *err)
-      : call{kRuntimeModule, function, err}, object_(object) {}
+  Setter(const char *function, AsnObject object, AsnErrorBlock *err) : call{function, err}, object_(object) {}
 
   bool make(AsnValue value, const char *path, bool (*fits)(const AsnType *)) {
     if (object_ == nullptr) {
@@ -53,10 +52,8 @@ class Setter {
   }
   // Whether the path leads to an INTEGER handled as octets, whose content has rules; reports nothing.
   bool isIntegerString(AsnValue value, const char *path) const {
-    Node *element = nullptr;
-    const AsnType *type = nullptr;
-    return findElement({call.module, call.function, nullptr}, value, path, &element, &type) &&
-           contentOf(type) == Content::IntegerString;
+    const Found found = findElement({call.function, nullptr}, value, path);
+    return found && contentOf(found.type) == Content::IntegerString;
   }
   Arena &arena() { return object_->arena; }
 
@@ -68,7 +65,7 @@ class Setter {
 };
 
 template <class Shape>
-bool isGiven(const Call &call, const Shape *shape, const void *octets, uint64_t length) {
+bool isGiven(Call call, const Shape *shape, const void *octets, uint64_t length) {
   if (shape != nullptr && (octets != nullptr || length == 0)) return true;
   call.fail(AsnError_NullParameter, "no value to set");
   return false;

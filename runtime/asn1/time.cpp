@@ -189,9 +189,28 @@ uint32_t writeFraction(int64_t fraction, char *out) {
   return length;
 }
 
+// "YYYYMMDDHHMMSSZ", the form of nearly every time; anything else, valid or not, is left to the reader.
+bool readPlainTime(const uint8_t *content, uint32_t length, int64_t *microseconds) {
+  if (length != 15 || content[14] != 'Z') return false;
+  int64_t pairs[7];
+  for (int i = 0; i < 7; ++i) {
+    const uint32_t tens = content[2 * i] - uint32_t{'0'};
+    const uint32_t ones = content[2 * i + 1] - uint32_t{'0'};
+    if (tens > 9 || ones > 9) return false;
+    pairs[i] = tens * 10 + ones;
+  }
+  const auto [century, yearOfCentury, month, day, hour, minute, second] = pairs;
+  if (month < 1 || month > 12 || hour > 23 || minute > 59 || second > 59) return false;
+  if (day < 1 || (day > 28 && day > daysInMonth(century * 100 + yearOfCentury, month))) return false;
+  const int64_t days = daysSinceYear0(century * 100 + yearOfCentury, month, day);
+  *microseconds = (((days * 24 + hour) * 60 + minute) * 60 + second) * kMicrosecondsPerSecond;
+  return true;
+}
+
 }  // namespace
 
 TimeForm readTime(const uint8_t *content, uint32_t length, int64_t *microseconds, Text &reason) {
+  if (readPlainTime(content, length, microseconds)) return TimeForm::Valid;
   TimeReader reader(content, content + length, reason);
   int64_t time = 0;
   const bool wellFormed = readDate(reader, false, &time) && readClock(reader, &time) && readZone(reader, false, &time);
@@ -218,7 +237,7 @@ uint32_t writeTime(int64_t microseconds, uint8_t *content) {
 using namespace ketra::asn1;
 
 int32_t GtimeFromText(const char *text, Gtime *time, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (text == nullptr || time == nullptr) return call.fail(AsnError_NullParameter, "no text or place for the time");
   Text reason;
   const auto *begin = reinterpret_cast<const uint8_t *>(text);
@@ -244,7 +263,7 @@ int32_t GtimeFromText(const char *text, Gtime *time, AsnErrorBlock *err) {
 }
 
 int32_t GtimeToText(const Gtime *time, char *text, uint32_t size, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (time == nullptr || text == nullptr) return call.fail(AsnError_NullParameter, "no time or place for the text");
   if (!isTime(*time)) return call.fail(AsnError_Range, "the time lies outside the years 0000 to 9999");
   if (size < 28) return call.fail(AsnError_Range, "the text needs 28 octets");
@@ -263,7 +282,7 @@ int32_t GtimeToText(const Gtime *time, char *text, uint32_t size, AsnErrorBlock 
 }
 
 int32_t GtimeFromUnix(int64_t seconds, uint32_t microseconds, Gtime *time, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (time == nullptr) return call.fail(AsnError_NullParameter, "no place for the time");
   const bool fits = microseconds < kMicrosecondsPerSecond && seconds >= -kUnixEpochSeconds &&
                     seconds < kTimeEnd / kMicrosecondsPerSecond - kUnixEpochSeconds;
@@ -273,7 +292,7 @@ int32_t GtimeFromUnix(int64_t seconds, uint32_t microseconds, Gtime *time, AsnEr
 }
 
 int32_t GtimeToUnix(const Gtime *time, int64_t *seconds, uint32_t *microseconds, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (time == nullptr || seconds == nullptr || microseconds == nullptr) {
     return call.fail(AsnError_NullParameter, "no time or place for the seconds");
   }

@@ -12,7 +12,8 @@ inline Kind kindOf(const AsnType *type) { return static_cast<Kind>(type->descrip
 inline bool isExplicit(const AsnType *type) { return (type->flags & ASN_FLAG_EXPLICIT) != 0; }
 inline bool isOptional(const AsnType *type) { return (type->flags & ASN_FLAG_OPTIONAL) != 0; }
 inline bool isList(Kind kind) { return kind == Kind::SequenceOf || kind == Kind::SetOf; }
-inline bool hasChildren(Kind kind) { return kind == Kind::Sequence || kind == Kind::Choice || isList(kind); }
+inline bool hasComponents(Kind kind) { return kind == Kind::Sequence || kind == Kind::Choice; }
+inline bool hasChildren(Kind kind) { return hasComponents(kind) || isList(kind); }
 
 // The record that defines the type: its component records follow it.
 inline const AsnType *definitionOf(const AsnType *type) {

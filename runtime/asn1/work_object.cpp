@@ -8,23 +8,6 @@
 
 namespace ketra::asn1 {
 
-Node *newNode(Arena &arena, const AsnType *record) {
-  Node *node = arena.make<Node>();
-  if (node == nullptr) return nullptr;
-  node->record = record;
-  return startChildren(arena, node) ? node : nullptr;
-}
-
-bool startChildren(Arena &arena, Node *node) {
-  const Kind kind = kindOf(node->record);
-  if (kind != Kind::Sequence && kind != Kind::Choice) return true;  // lists grow, scalars have none
-  const uint32_t places = childPlaces(node);
-  node->children = arena.makeArray<Node *>(places);
-  if (node->children == nullptr) return false;
-  std::fill_n(node->children, places, nullptr);
-  return true;
-}
-
 Node *appendMember(Arena &arena, Node *list) {
   if (list->length == list->capacity) {
     const uint32_t capacity = list->capacity == 0               ? 4
@@ -44,17 +27,15 @@ Node *appendMember(Arena &arena, Node *list) {
 
 namespace {
 
-OpenValue *openValue(AsnObject object, const AsnType *type, OpenValue::State state, const Call &call) {
+OpenValue *openValue(AsnObject object, const AsnType *type, State state) {
   auto *value = object->arena.make<OpenValue>();
-  if (value != nullptr) {
-    value->record = type;
-    value->isRoot = true;
-    value->state = state;
-    if (startChildren(object->arena, value)) return value;
-  }
-  call.fail(AsnError_OutOfMemory, "the system has no memory for a value");
-  return nullptr;
+  if (value == nullptr) return nullptr;
+  value->record = type;
+  value->state = state;
+  return value;
 }
+
+int32_t failMemory(Call call) { return call.fail(AsnError_OutOfMemory, "the system has no memory for a value"); }
 
 void release(AsnObject object) {
   object->~AsnObjectRecord();
@@ -68,7 +49,7 @@ void release(AsnObject object) {
 using namespace ketra::asn1;
 
 int32_t AsnObjectCreate(AsnObject *object, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (object == nullptr) return call.fail(AsnError_NullParameter, "no place for the work object");
   auto *memory = static_cast<std::byte *>(std::malloc(kWorkObjectSize));
   if (memory == nullptr) return call.fail(AsnError_OutOfMemory, "the system has no memory for a work object");
@@ -77,53 +58,50 @@ int32_t AsnObjectCreate(AsnObject *object, AsnErrorBlock *err) {
 }
 
 int32_t AsnObjectDestroy(AsnObject object, AsnErrorBlock *err) {
-  if (object == nullptr) return Call{kRuntimeModule, __func__, err}.fail(AsnError_NullParameter, "no work object");
+  if (object == nullptr) return Call{__func__, err}.fail(AsnError_NullParameter, "no work object");
   release(object);
   return 0;
 }
 
 int32_t AsnOpenNew(AsnObject object, const AsnType *type, AsnValue *value, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (object == nullptr || type == nullptr || value == nullptr) {
     return call.fail(AsnError_NullParameter, "no work object, type or place for the value");
   }
-  OpenValue *opened = openValue(object, type, OpenValue::State::Built, call);
-  if (opened == nullptr) return -1;
+  OpenValue *opened = openValue(object, type, State::Built);
+  if (opened == nullptr || !makePlaces(object->arena, opened)) return failMemory(call);
   *value = opened;
   return 0;
 }
 
 int32_t AsnOpenFromMem(AsnObject object, const AsnType *type, const AsnEncodedData *encoding, AsnValue *value,
                        AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (object == nullptr || type == nullptr || encoding == nullptr || value == nullptr ||
       (encoding->octets == nullptr && encoding->length > 0)) {
     return call.fail(AsnError_NullParameter, "no work object, type, encoding or place for the value");
   }
-  OpenValue *opened = openValue(object, type, OpenValue::State::Bound, call);
-  if (opened == nullptr) return -1;
-  opened->bound = *encoding;
+  OpenValue *opened = openValue(object, type, State::Bound);
+  if (opened == nullptr) return failMemory(call);
+  opened->bound = {encoding->octets, encoding->length};
   *value = opened;
   return 0;
 }
 
 int32_t AsnDecode(AsnObject object, AsnValue value, int32_t, uint32_t *, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (object == nullptr || value == nullptr) return call.fail(AsnError_NullParameter, "no work object or value");
-  auto *root = static_cast<OpenValue *>(value);
-  if (!value->isRoot || root->state == OpenValue::State::Closed || root->state == OpenValue::State::Built) {
+  if (value->state != State::Bound && value->state != State::Decoded) {
     return call.fail(AsnError_State, "the value is not bound to an encoding");
   }
-  return decode(object->arena, root, call);
+  return decode(object->arena, static_cast<OpenValue *>(value), call);
 }
 
 int32_t AsnClose(AsnObject object, AsnValue value, AsnErrorBlock *err) {
-  const Call call{kRuntimeModule, __func__, err};
+  const Call call{__func__, err};
   if (object == nullptr || value == nullptr) return call.fail(AsnError_NullParameter, "no work object or value");
-  if (!value->isRoot || static_cast<OpenValue *>(value)->state == OpenValue::State::Closed) {
-    return call.fail(AsnError_State, "not an open value");
-  }
-  static_cast<OpenValue *>(value)->state = OpenValue::State::Closed;
+  if (!isValue(value) || value->state == State::Closed) return call.fail(AsnError_State, "not an open value");
+  value->state = State::Closed;
   return 0;
 }
 

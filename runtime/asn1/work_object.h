@@ -13,7 +13,7 @@ inline constexpr std::size_t kWorkObjectSize = 1024;
 
 // Runs `step` with a work object for as long as it takes.
 template <class Step>
-int32_t withWorkObject(const Call &call, Step &&step) {
+int32_t withWorkObject(Call call, Step &&step) {
   AsnObject work = nullptr;
   if (AsnObjectCreate(&work, call.err) != 0) return -1;
   const int32_t result = step(work);

@@ -51,16 +51,14 @@ AsnEncodedData AttributeList::valueAt(uint32_t index, uint32_t valueIndex) const
 }
 
 // The buffer comes last: when it has moved, nothing can fail any more.
-int32_t AttributeList::append(const Call &call, const AsnOct &attributes) {
+int32_t AttributeList::append(Call call, const AsnOct &attributes) {
   uint64_t size = 0;
   const uint32_t added = measure(attributes, &size);
   if (size > kMostNumbers)
     return call.fail(AsnError_Range, Text() << "more than " << kMostNumbers << " arcs and values");
-  void *numbers = nullptr;
-  if (reserve(call, uint64_t{count_} + added) != 0 ||
-      asn1::allocate(pool_, static_cast<uint32_t>(size * sizeof(uint32_t)), &numbers, call.err) != 0) {
-    return -1;
-  }
+  if (reserve(call, uint64_t{count_} + added) != 0) return -1;
+  void *numbers = asn1::allocate(pool_, static_cast<uint32_t>(size * sizeof(uint32_t)), call.err);
+  if (numbers == nullptr) return -1;
   if (readEntries(call, attributes, static_cast<uint32_t *>(numbers)) != 0 ||
       buffer_.store(call, pool_, buffer_.members().length, attributes) != 0) {
     AsnMemObjectFree(pool_, numbers, nullptr);
@@ -80,12 +78,12 @@ void AttributeList::release() {
 }
 
 // Room for so many entries, or twice as many as there are.
-int32_t AttributeList::reserve(const Call &call, uint64_t wanted) {
+int32_t AttributeList::reserve(Call call, uint64_t wanted) {
   if (wanted <= capacity_) return 0;
   if (wanted > kMostEntries) return call.fail(AsnError_Range, Text() << "more than " << kMostEntries << " attributes");
   const auto capacity = static_cast<uint32_t>(std::min<uint64_t>(std::max(wanted, uint64_t{2} * count_), kMostEntries));
-  void *memory = nullptr;
-  if (asn1::allocate(pool_, static_cast<uint32_t>(capacity * sizeof(Entry)), &memory, call.err) != 0) return -1;
+  void *memory = asn1::allocate(pool_, static_cast<uint32_t>(capacity * sizeof(Entry)), call.err);
+  if (memory == nullptr) return -1;
   auto *entries = static_cast<Entry *>(memory);
   std::copy_n(entries_, count_, entries);
   AsnMemObjectFree(pool_, entries_, nullptr);
@@ -95,7 +93,7 @@ int32_t AttributeList::reserve(const Call &call, uint64_t wanted) {
 }
 
 // Makes entries, behind those that count, for attributes that will stand at the end of the buffer.
-int32_t AttributeList::readEntries(const Call &call, const AsnOct &attributes, uint32_t *numbers) {
+int32_t AttributeList::readEntries(Call call, const AsnOct &attributes, uint32_t *numbers) {
   const uint32_t start = buffer_.members().length;
   const auto placeOf = [&](const uint8_t *at) { return start + static_cast<uint32_t>(at - attributes.octets); };
   Entry *entry = entries_ + count_;

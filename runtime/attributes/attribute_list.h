@@ -17,7 +17,7 @@ class AttributeList {
   AsnEncodedData valueAt(uint32_t index, uint32_t valueIndex) const;
 
   // Appends attributes in DER that stand side by side, elsewhere. On failure the list is unchanged, in its place.
-  int32_t append(const asn1::Call &call, const AsnOct &attributes);
+  int32_t append(asn1::Call call, const AsnOct &attributes);
   void release();
 
  private:
@@ -33,8 +33,8 @@ class AttributeList {
   static constexpr uint32_t kMostEntries = UINT32_MAX / sizeof(Entry);
   static constexpr uint32_t kMostNumbers = UINT32_MAX / sizeof(uint32_t);
 
-  int32_t reserve(const asn1::Call &call, uint64_t wanted);
-  int32_t readEntries(const asn1::Call &call, const AsnOct &attributes, uint32_t *numbers);
+  int32_t reserve(asn1::Call call, uint64_t wanted);
+  int32_t readEntries(asn1::Call call, const AsnOct &attributes, uint32_t *numbers);
 
   AsnMemObject pool_;
   asn1::SequenceBuffer buffer_;

@@ -17,7 +17,6 @@ namespace {
 using asn1::Call;
 using asn1::Text;
 
-constexpr char kModule[] = "X509-ATTR";
 // An object with two or three attributes of ordinary length asks the system once.
 constexpr std::size_t kPoolSize = 512;
 
@@ -36,15 +35,15 @@ constexpr auto kRecords = schema::compile(kRows);
 constexpr const AsnType *kAttributes = kRecords.data();
 constexpr const AsnType *kAttribute = kAttributes + schema::indexOf(kRows, "Attribute");
 
-int32_t failNull(const Call &call) {
+int32_t failNull(Call call) {
   return call.fail(X509AttributesError_NullParameter, "no object, structure or place for the result");
 }
 
-int32_t create(const Call &call, X509AttributesObject *attributes) {
+int32_t create(Call call, X509AttributesObject *attributes) {
   AsnMemObject pool = nullptr;
   if (asn1::createPool(kPoolSize, &pool, call) != 0) return -1;
-  void *memory = nullptr;
-  if (asn1::allocate(pool, sizeof(X509AttributesObjectRecord), &memory, call.err) != 0) {
+  void *memory = asn1::allocate(pool, sizeof(X509AttributesObjectRecord), call.err);
+  if (memory == nullptr) {
     AsnMemObjectDestroy(pool, nullptr);
     return -1;
   }
@@ -54,7 +53,7 @@ int32_t create(const Call &call, X509AttributesObject *attributes) {
 
 // ---- From an encoding, and from values -----------------------------------------------------------------------------
 
-int32_t refuseEmpty(const Call &call, AsnValue list) {
+int32_t refuseEmpty(Call call, AsnValue list) {
   if (list->length == 0) return call.fail(X509AttributesError_Empty, "the list has no attribute");
   for (uint32_t i = 0; i < list->length; ++i) {
     if (list->children[i]->children[1]->length > 0) continue;
@@ -63,15 +62,15 @@ int32_t refuseEmpty(const Call &call, AsnValue list) {
   return 0;
 }
 
-int32_t setEncoding(const Call &call, AsnObject work, X509AttributesObject attributes, const AsnEncodedData &encoding) {
+int32_t setEncoding(Call call, AsnObject work, X509AttributesObject attributes, const AsnEncodedData &encoding) {
   AsnValue list = nullptr;
   uint32_t scratch = 0;
   if (AsnOpenFromMem(work, kAttributes, &encoding, &list, call.err) != 0 ||
       AsnDecode(work, list, 0, &scratch, call.err) != 0 || refuseEmpty(call, list) != 0) {
     return -1;
   }
-  AsnOct der{};
-  if (!asn1::encode(call, work->arena, list, asn1::Rules::Der, &der.octets, &der.length)) return -1;
+  const AsnOct der = asn1::encode(call, work->arena, list, asn1::Rules::Der);
+  if (der.octets == nullptr) return -1;
   asn1::Encoding whole{};
   asn1::Walk(der).next(&whole);
   AttributeList fresh(attributes->pool);
@@ -81,7 +80,7 @@ int32_t setEncoding(const Call &call, AsnObject work, X509AttributesObject attri
   return result;
 }
 
-int32_t appendValues(const Call &call, AsnObject work, X509AttributesObject attributes, const Objid &type,
+int32_t appendValues(Call call, AsnObject work, X509AttributesObject attributes, const Objid &type,
                      const AsnEncodedData *values, uint32_t count) {
   AsnValue attribute = nullptr;
   AsnValue set = nullptr;
@@ -95,12 +94,12 @@ int32_t appendValues(const Call &call, AsnObject work, X509AttributesObject attr
     if (value == nullptr) return call.fail(AsnError_OutOfMemory, "the system has no memory for a value");
     if (AsnSetEncodedDataDER(work, value, "/", &values[i], call.err) != 0) return -1;
   }
-  AsnOct der{};
-  if (!asn1::encode(call, work->arena, attribute, asn1::Rules::Der, &der.octets, &der.length)) return -1;
+  const AsnOct der = asn1::encode(call, work->arena, attribute, asn1::Rules::Der);
+  if (der.octets == nullptr) return -1;
   return attributes->list.append(call, der);
 }
 
-bool hasIndex(const Call &call, const AttributeList &list, uint32_t index) {
+bool hasIndex(Call call, const AttributeList &list, uint32_t index) {
   if (index < list.count()) return true;
   call.fail(X509AttributesError_Index, Text() << "index " << index << " of " << list.count() << " attributes");
   return false;
@@ -112,7 +111,7 @@ bool hasIndex(const Call &call, const AttributeList &list, uint32_t index) {
 using namespace ketra::attributes;
 
 int32_t X509AttributesObjectCreate(X509AttributesObject *attributes, AsnErrorBlock *err) {
-  const Call call{kModule, __func__, err};
+  const Call call{__func__, err};
   return attributes == nullptr ? failNull(call) : create(call, attributes);
 }
 
@@ -122,14 +121,14 @@ int32_t X509AttributesObjectDestroy(X509AttributesObject attributes, AsnErrorBlo
 
 int32_t X509AttributesObjectSetPduBER(X509AttributesObject attributes, const AsnEncodedData *encoding,
                                       AsnErrorBlock *err) {
-  const Call call{kModule, __func__, err};
+  const Call call{__func__, err};
   if (attributes == nullptr || encoding == nullptr) return failNull(call);
   return ketra::asn1::withWorkObject(call,
                                      [&](AsnObject work) { return setEncoding(call, work, attributes, *encoding); });
 }
 
 int32_t X509AttributesObjectGetPduDER(X509AttributesObject attributes, AsnEncodedData *encoding, AsnErrorBlock *err) {
-  const Call call{kModule, __func__, err};
+  const Call call{__func__, err};
   if (attributes == nullptr || encoding == nullptr) return failNull(call);
   if (attributes->list.count() == 0) return call.fail(X509AttributesError_Empty, "no attribute to encode");
   *encoding = attributes->list.encoding();
@@ -138,7 +137,7 @@ int32_t X509AttributesObjectGetPduDER(X509AttributesObject attributes, AsnEncode
 
 int32_t X509AttributesObjectAppend(X509AttributesObject attributes, const Objid *type, const AsnEncodedData *values,
                                    uint32_t count, AsnErrorBlock *err) {
-  const Call call{kModule, __func__, err};
+  const Call call{__func__, err};
   if (attributes == nullptr || type == nullptr || (values == nullptr && count > 0)) return failNull(call);
   if (count == 0) return call.fail(X509AttributesError_Empty, "an attribute of no values");
   if (AsnCheckObjidBER(type, err) != 0) return -1;
@@ -147,14 +146,14 @@ int32_t X509AttributesObjectAppend(X509AttributesObject attributes, const Objid 
 }
 
 int32_t X509AttributesObjectCal(X509AttributesObject attributes, uint32_t *count, AsnErrorBlock *err) {
-  if (attributes == nullptr || count == nullptr) return failNull(Call{kModule, __func__, err});
+  if (attributes == nullptr || count == nullptr) return failNull(Call{__func__, err});
   *count = attributes->list.count();
   return 0;
 }
 
 int32_t X509AttributesObjectGetType(X509AttributesObject attributes, uint32_t index, Objid *type, uint32_t *valueCount,
                                     AsnErrorBlock *err) {
-  const Call call{kModule, __func__, err};
+  const Call call{__func__, err};
   if (attributes == nullptr || type == nullptr || valueCount == nullptr) return failNull(call);
   const AttributeList &list = attributes->list;
   if (!hasIndex(call, list, index)) return -1;
@@ -165,7 +164,7 @@ int32_t X509AttributesObjectGetType(X509AttributesObject attributes, uint32_t in
 
 int32_t X509AttributesObjectGetValue(X509AttributesObject attributes, uint32_t index, uint32_t valueIndex,
                                      AsnEncodedData *value, AsnErrorBlock *err) {
-  const Call call{kModule, __func__, err};
+  const Call call{__func__, err};
   if (attributes == nullptr || value == nullptr) return failNull(call);
   const AttributeList &list = attributes->list;
   if (!hasIndex(call, list, index)) return -1;

@@ -13,15 +13,14 @@ constexpr const char *kComponents[] = {"teletexString", "printableString", "bmpS
 
 bool isChoice(uint32_t choice) { return choice >= 1 && choice <= std::size(kComponents); }
 
-int32_t failNull(const Call &call) {
+int32_t failNull(Call call) {
   return call.fail(X509NameError_NullParameter, "no work object, pool, string or place for the result");
 }
 
 using SetOct = int32_t(AsnObject, AsnValue, const char *, const AsnOct *, AsnErrorBlock *);
 using GetOct = int32_t(AsnMemObject, AsnObject, AsnValue, const char *, AsnOct *, AsnErrorBlock *);
 
-int32_t set(const Call &call, AsnObject object, AsnValue value, const char *path, const X509DirStr *string,
-            SetOct *setOct) {
+int32_t set(Call call, AsnObject object, AsnValue value, const char *path, const X509DirStr *string, SetOct *setOct) {
   if (object == nullptr) return failNull(call);
   if (!hasShape(call, string, "the string")) return -1;
   const AsnOct octets{string->octets, string->length};
@@ -30,13 +29,13 @@ int32_t set(const Call &call, AsnObject object, AsnValue value, const char *path
   return setOct(object, element, componentOf(string->choice), &octets, call.err);
 }
 
-int32_t setOptional(const Call &call, AsnObject object, AsnValue value, const char *path, const X509DirStrOpt *string,
+int32_t setOptional(Call call, AsnObject object, AsnValue value, const char *path, const X509DirStrOpt *string,
                     SetOct *setOct) {
   if (string == nullptr) return failNull(call);
   return string->option == 1 ? set(call, object, value, path, &string->value, setOct) : 0;
 }
 
-int32_t getOptional(const Call &call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
+int32_t getOptional(Call call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                     X509DirStrOpt *string, GetOct *getOct) {
   if (pool == nullptr || object == nullptr || string == nullptr) return failNull(call);
   AsnValue element = nullptr;
@@ -54,7 +53,7 @@ int32_t getOptional(const Call &call, AsnMemObject pool, AsnObject object, AsnVa
   return 0;
 }
 
-int32_t get(const Call &call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path, X509DirStr *string,
+int32_t get(Call call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path, X509DirStr *string,
             GetOct *getOct) {
   if (string == nullptr) return failNull(call);
   X509DirStrOpt read{};
@@ -66,7 +65,7 @@ int32_t get(const Call &call, AsnMemObject pool, AsnObject object, AsnValue valu
   return 0;
 }
 
-int32_t copy(const Call &call, AsnMemObject pool, X509DirStr *destination, const X509DirStr *source) {
+int32_t copy(Call call, AsnMemObject pool, X509DirStr *destination, const X509DirStr *source) {
   if (pool == nullptr || destination == nullptr || source == nullptr) return failNull(call);
   const AsnOct octets{source->octets, source->length};
   AsnOct copied{};
@@ -75,7 +74,7 @@ int32_t copy(const Call &call, AsnMemObject pool, X509DirStr *destination, const
   return 0;
 }
 
-int32_t release(const Call &call, AsnMemObject pool, X509DirStr *string) {
+int32_t release(Call call, AsnMemObject pool, X509DirStr *string) {
   if (pool == nullptr || string == nullptr) return failNull(call);
   AsnOct octets{string->octets, string->length};
   if (AsnMUtilFreeOct(pool, &octets, call.err) != 0) return -1;
@@ -95,7 +94,7 @@ const char *nameOf(int32_t lengthOf) {
 
 const char *componentOf(uint32_t choice) { return kComponents[choice - 1]; }
 
-bool hasShape(const Call &call, const X509DirStr *string, const char *what) {
+bool hasShape(Call call, const X509DirStr *string, const char *what) {
   if (string == nullptr || (string->octets == nullptr && string->length > 0)) {
     call.fail(X509NameError_NullParameter, Text() << what << " has no octets");
     return false;
@@ -106,7 +105,7 @@ bool hasShape(const Call &call, const X509DirStr *string, const char *what) {
   return false;
 }
 
-bool countCharacters(const Call &call, const X509DirStr &string, const char *what, uint32_t *count) {
+bool countCharacters(Call call, const X509DirStr &string, const char *what, uint32_t *count) {
   if (string.choice == X509DirStr_Utf8String) {
     Characters characters(Alphabet::Utf8, string.octets, string.length);
     uint32_t character = 0;
@@ -131,52 +130,52 @@ using namespace ketra::certificate;
 
 int32_t X509MUtilSetDirStrDER(AsnObject object, AsnValue value, const char *path, const X509DirStr *string,
                               AsnErrorBlock *err) {
-  return set({kNameModule, __func__, err}, object, value, path, string, AsnSetOctDER);
+  return set({__func__, err}, object, value, path, string, AsnSetOctDER);
 }
 
 int32_t X509MUtilSetDirStrBER(AsnObject object, AsnValue value, const char *path, const X509DirStr *string,
                               AsnErrorBlock *err) {
-  return set({kNameModule, __func__, err}, object, value, path, string, AsnSetOctBER);
+  return set({__func__, err}, object, value, path, string, AsnSetOctBER);
 }
 
 int32_t X509MUtilSetDirStrOptDER(AsnObject object, AsnValue value, const char *path, const X509DirStrOpt *string,
                                  AsnErrorBlock *err) {
-  return setOptional({kNameModule, __func__, err}, object, value, path, string, AsnSetOctDER);
+  return setOptional({__func__, err}, object, value, path, string, AsnSetOctDER);
 }
 
 int32_t X509MUtilSetDirStrOptBER(AsnObject object, AsnValue value, const char *path, const X509DirStrOpt *string,
                                  AsnErrorBlock *err) {
-  return setOptional({kNameModule, __func__, err}, object, value, path, string, AsnSetOctBER);
+  return setOptional({__func__, err}, object, value, path, string, AsnSetOctBER);
 }
 
 int32_t X509MUtilGetDirStrDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path, X509DirStr *string,
                               AsnErrorBlock *err) {
-  return get({kNameModule, __func__, err}, pool, object, value, path, string, AsnMUtilGetOctDER);
+  return get({__func__, err}, pool, object, value, path, string, AsnMUtilGetOctDER);
 }
 
 int32_t X509MUtilGetDirStrBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path, X509DirStr *string,
                               AsnErrorBlock *err) {
-  return get({kNameModule, __func__, err}, pool, object, value, path, string, AsnMUtilGetOctBER);
+  return get({__func__, err}, pool, object, value, path, string, AsnMUtilGetOctBER);
 }
 
 int32_t X509MUtilGetDirStrOptDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                                  X509DirStrOpt *string, AsnErrorBlock *err) {
-  return getOptional({kNameModule, __func__, err}, pool, object, value, path, string, AsnMUtilGetOctDER);
+  return getOptional({__func__, err}, pool, object, value, path, string, AsnMUtilGetOctDER);
 }
 
 int32_t X509MUtilGetDirStrOptBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                                  X509DirStrOpt *string, AsnErrorBlock *err) {
-  return getOptional({kNameModule, __func__, err}, pool, object, value, path, string, AsnMUtilGetOctBER);
+  return getOptional({__func__, err}, pool, object, value, path, string, AsnMUtilGetOctBER);
 }
 
 int32_t X509MUtilCopyDirStrBER(AsnMemObject pool, X509DirStr *destination, const X509DirStr *source,
                                AsnErrorBlock *err) {
-  return copy({kNameModule, __func__, err}, pool, destination, source);
+  return copy({__func__, err}, pool, destination, source);
 }
 
 int32_t X509MUtilCopyDirStrOptBER(AsnMemObject pool, X509DirStrOpt *destination, const X509DirStrOpt *source,
                                   AsnErrorBlock *err) {
-  const ketra::asn1::Call call{kNameModule, __func__, err};
+  const ketra::asn1::Call call{__func__, err};
   if (pool == nullptr || destination == nullptr || source == nullptr) return failNull(call);
   X509DirStrOpt copied = {{0, nullptr, 0}, 0};
   if (source->option == 1) {
@@ -188,11 +187,11 @@ int32_t X509MUtilCopyDirStrOptBER(AsnMemObject pool, X509DirStrOpt *destination,
 }
 
 int32_t X509MUtilFreeDirStr(AsnMemObject pool, X509DirStr *string, AsnErrorBlock *err) {
-  return release({kNameModule, __func__, err}, pool, string);
+  return release({__func__, err}, pool, string);
 }
 
 int32_t X509MUtilFreeDirStrOpt(AsnMemObject pool, X509DirStrOpt *string, AsnErrorBlock *err) {
-  const ketra::asn1::Call call{kNameModule, __func__, err};
+  const ketra::asn1::Call call{__func__, err};
   if (string == nullptr) return failNull(call);
   if (release(call, pool, &string->value) != 0) return -1;
   string->option = 0;
@@ -201,7 +200,7 @@ int32_t X509MUtilFreeDirStrOpt(AsnMemObject pool, X509DirStrOpt *string, AsnErro
 
 int32_t X509MUtilGetCheckLengthOfDirStr(const X509DirStr *string, uint32_t upperBound, int32_t lengthOf,
                                         AsnErrorBlock *err) {
-  const ketra::asn1::Call call{kNameModule, __func__, err};
+  const ketra::asn1::Call call{__func__, err};
   const char *what = nameOf(lengthOf);
   uint32_t count = 0;
   if (!hasShape(call, string, what) || !countCharacters(call, *string, what, &count)) return -1;

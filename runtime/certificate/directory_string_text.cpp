@@ -36,7 +36,7 @@ bool convert(Characters characters, char *text, uint64_t size, uint64_t *total) 
 using namespace ketra::certificate;
 
 int32_t X509DirStrToText(const X509DirStr *string, char *text, uint32_t size, uint32_t *length, AsnErrorBlock *err) {
-  const Call call{kNameModule, __func__, err};
+  const Call call{__func__, err};
   if (text == nullptr && size > 0) return call.fail(X509NameError_NullParameter, "no place for the text");
   if (!hasShape(call, string, "the string")) return -1;
   uint64_t total = 0;

@@ -5,8 +5,6 @@
 
 namespace ketra::certificate {
 
-inline constexpr char kModule[] = "X509-EXT";
-
 // One extension, linked in encoding order. Arcs and value have blocks of their own in the pool; a value that came with
 // a whole encoding lies in the copy of that.
 struct Entry {

@@ -71,7 +71,7 @@ int32_t readValue(AsnMemObject pool, AsnObject work, AsnValue member, KetraExten
   return 0;
 }
 
-int32_t readMember(const Call &call, AsnMemObject pool, AsnObject work, AsnValue list, uint32_t number, Table *table) {
+int32_t readMember(Call call, AsnMemObject pool, AsnObject work, AsnValue list, uint32_t number, Table *table) {
   KetraExtension extension{};
   AsnValue member = nullptr;
   AsnBoolOpt critical{};
@@ -96,7 +96,7 @@ int32_t readMember(const Call &call, AsnMemObject pool, AsnObject work, AsnValue
   return -1;
 }
 
-int32_t readMembers(const Call &call, AsnMemObject pool, AsnObject work, Table *table, uint32_t length) {
+int32_t readMembers(Call call, AsnMemObject pool, AsnObject work, Table *table, uint32_t length) {
   const AsnEncodedData encoding{table->encoding, length};
   AsnValue list = nullptr;
   uint32_t scratch = 0;
@@ -139,7 +139,7 @@ int32_t writeMembers(const Table &table, AsnMemObject pool, AsnObject work, AsnE
   return AsnMUtilEncodeDER(pool, work, list, "/", encoding, err);
 }
 
-int32_t failNull(const Call &call) {
+int32_t failNull(Call call) {
   return call.fail(KetraObjectError_NullParameter, "no object, structure or place for the result");
 }
 
@@ -149,7 +149,7 @@ int32_t failNull(const Call &call) {
 using namespace ketra::certificate;
 
 int32_t KetraObjectCreate(KetraObject *object, AsnErrorBlock *err) {
-  const Call call{kModule, __func__, err};
+  const Call call{__func__, err};
   if (object == nullptr) return failNull(call);
   AsnMemObject pool = nullptr;
   if (ketra::asn1::createPool(kPoolSize, &pool, call) != 0) return -1;
@@ -167,7 +167,7 @@ int32_t KetraObjectDestroy(KetraObject object, AsnErrorBlock *err) {
 }
 
 int32_t KetraObjectSetExt(KetraObject object, const KetraExtension *extension, AsnErrorBlock *err) {
-  if (object == nullptr || extension == nullptr) return failNull(Call{kModule, __func__, err});
+  if (object == nullptr || extension == nullptr) return failNull(Call{__func__, err});
   if (AsnCheckObjidBER(&extension->objid, err) != 0) return -1;
   AsnEncodedData value{};
   if (AsnMUtilCopyEncodedDataBER(object->pool, &value, &extension->value, err) != 0) return -1;
@@ -189,7 +189,7 @@ int32_t KetraObjectSetExt(KetraObject object, const KetraExtension *extension, A
 int32_t KetraObjectSearchExtpByObjid(KetraObject object, const Objid *objid, const KetraExtension **extension,
                                      AsnErrorBlock *err) {
   if (object == nullptr || objid == nullptr || extension == nullptr || (objid->arcs == nullptr && objid->count > 0)) {
-    return failNull(Call{kModule, __func__, err});
+    return failNull(Call{__func__, err});
   }
   const Entry *entry = tableOf(object).find(*objid);
   *extension = entry == nullptr ? nullptr : &entry->extension;
@@ -197,7 +197,7 @@ int32_t KetraObjectSearchExtpByObjid(KetraObject object, const Objid *objid, con
 }
 
 int32_t KetraObjectSetPduBER(KetraObject object, const AsnEncodedData *encoding, AsnErrorBlock *err) {
-  const Call call{kModule, __func__, err};
+  const Call call{__func__, err};
   if (object == nullptr || encoding == nullptr) return failNull(call);
   AsnEncodedData copy{};
   if (AsnMUtilCopyEncodedDataBER(object->pool, &copy, encoding, err) != 0) return -1;
@@ -215,7 +215,7 @@ int32_t KetraObjectSetPduBER(KetraObject object, const AsnEncodedData *encoding,
 }
 
 int32_t KetraObjectGetPduDER(KetraObject object, AsnEncodedData *encoding, AsnErrorBlock *err) {
-  const Call call{kModule, __func__, err};
+  const Call call{__func__, err};
   if (object == nullptr || encoding == nullptr) return failNull(call);
   const Table &table = tableOf(object);
   if (table.count() == 0) return call.fail(KetraObjectError_Empty, "no extension to encode");
@@ -227,14 +227,14 @@ int32_t KetraObjectGetPduDER(KetraObject object, AsnEncodedData *encoding, AsnEr
 }
 
 int32_t KetraObjectCalExt(KetraObject object, uint32_t *count, AsnErrorBlock *err) {
-  if (object == nullptr || count == nullptr) return failNull(Call{kModule, __func__, err});
+  if (object == nullptr || count == nullptr) return failNull(Call{__func__, err});
   *count = tableOf(object).count();
   return 0;
 }
 
 int32_t KetraObjectGetExtpByIndex(KetraObject object, uint32_t index, const KetraExtension **extension,
                                   AsnErrorBlock *err) {
-  const Call call{kModule, __func__, err};
+  const Call call{__func__, err};
   if (object == nullptr || extension == nullptr) return failNull(call);
   Table &table = tableOf(object);
   if (index >= table.count()) {
@@ -245,7 +245,7 @@ int32_t KetraObjectGetExtpByIndex(KetraObject object, uint32_t index, const Ketr
 }
 
 int32_t KetraObjectDeleteExt(KetraObject object, const Objid *objid, AsnErrorBlock *err) {
-  const Call call{kModule, __func__, err};
+  const Call call{__func__, err};
   if (object == nullptr || objid == nullptr || (objid->arcs == nullptr && objid->count > 0)) return failNull(call);
   Entry *entry = tableOf(object).find(*objid);
   if (entry == nullptr) return call.fail(KetraObjectError_Absent, "no extension has this identifier");
@@ -254,7 +254,7 @@ int32_t KetraObjectDeleteExt(KetraObject object, const Objid *objid, AsnErrorBlo
 }
 
 int32_t KetraObjectGetMemObject(KetraObject object, AsnMemObject *pool, AsnErrorBlock *err) {
-  if (object == nullptr || pool == nullptr) return failNull(Call{kModule, __func__, err});
+  if (object == nullptr || pool == nullptr) return failNull(Call{__func__, err});
   *pool = object->pool;
   return 0;
 }

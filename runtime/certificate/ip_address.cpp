@@ -178,7 +178,7 @@ bool readMask(string_view text, uint32_t size, uint8_t *mask) {
 using namespace ketra::certificate;
 
 int32_t X509IpAddressToText(const AsnOct *address, char *text, uint32_t size, AsnErrorBlock *err) {
-  const Call call{kNameModule, __func__, err};
+  const Call call{__func__, err};
   if (address == nullptr || (address->octets == nullptr && address->length > 0) || text == nullptr) {
     return call.fail(X509NameError_NullParameter, "no address or no place for the text");
   }
@@ -202,7 +202,7 @@ int32_t X509IpAddressToText(const AsnOct *address, char *text, uint32_t size, As
 }
 
 int32_t X509IpAddressFromText(const char *text, uint8_t octets[32], uint32_t *length, AsnErrorBlock *err) {
-  const Call call{kNameModule, __func__, err};
+  const Call call{__func__, err};
   if (text == nullptr || octets == nullptr || length == nullptr) {
     return call.fail(X509NameError_NullParameter, "no text or no place for the address");
   }

@@ -52,7 +52,7 @@ bool fitsIa5(const X509DirStr &value) {
          isAscii(value.octets, value.length);
 }
 
-int32_t checkAttribute(const Call &call, const X509NameAttribute &attribute, uint32_t number) {
+int32_t checkAttribute(Call call, const X509NameAttribute &attribute, uint32_t number) {
   const X509DirStr &value = attribute.value;
   const Text what = Text() << "attribute " << number;
   uint32_t count = 0;
@@ -71,7 +71,7 @@ int32_t checkAttribute(const Call &call, const X509NameAttribute &attribute, uin
                    value.octets, value.length);
 }
 
-int32_t writeAttribute(const Call &call, AsnObject work, AsnValue rdn, const X509NameAttribute &attribute) {
+int32_t writeAttribute(Call call, AsnObject work, AsnValue rdn, const X509NameAttribute &attribute) {
   const AsnOct octets{attribute.value.octets, attribute.value.length};
   const char *alternative = isIa5Type(attribute.type) ? "ia5String" : componentOf(attribute.value.choice);
   AsnValue member = asn1::appendMember(work->arena, rdn);
@@ -84,8 +84,7 @@ int32_t writeAttribute(const Call &call, AsnObject work, AsnValue rdn, const X50
   return AsnSetOctDER(work, text, alternative, &octets, call.err);
 }
 
-int32_t appendRdn(const Call &call, AsnObject work, X509NameObject name, const X509NameAttribute *attributes,
-                  uint32_t count) {
+int32_t appendRdn(Call call, AsnObject work, X509NameObject name, const X509NameAttribute *attributes, uint32_t count) {
   AsnValue rdn = nullptr;
   if (AsnOpenNew(work, kRdn.data(), &rdn, call.err) != 0) return -1;
   for (uint32_t i = 0; i < count; ++i) {
@@ -93,8 +92,8 @@ int32_t appendRdn(const Call &call, AsnObject work, X509NameObject name, const X
       return -1;
     }
   }
-  AsnOct der{};
-  if (!asn1::encode(call, work->arena, rdn, asn1::Rules::Der, &der.octets, &der.length)) return -1;
+  const AsnOct der = asn1::encode(call, work->arena, rdn, asn1::Rules::Der);
+  if (der.octets == nullptr) return -1;
   return name->rdns.store(call, name->pool, name->rdns.members().length, der);
 }
 
@@ -105,7 +104,7 @@ using namespace ketra::certificate;
 
 int32_t X509NameObjectAppendRdn(X509NameObject name, const X509NameAttribute *attributes, uint32_t count,
                                 AsnErrorBlock *err) {
-  const Call call{kNameModule, __func__, err};
+  const Call call{__func__, err};
   if (name == nullptr || (attributes == nullptr && count > 0)) {
     return call.fail(X509NameError_NullParameter, "no name or attributes");
   }

@@ -113,7 +113,7 @@ class Attributes {
   std::size_t capacity_ = 0;
 };
 
-int32_t compareNames(const Call &call, asn1::Arena &arena, X509NameObject name, X509NameObject other, int32_t *equal) {
+int32_t compareNames(Call call, asn1::Arena &arena, X509NameObject name, X509NameObject other, int32_t *equal) {
   Attributes left(arena);
   Attributes right(arena);
   Walk leftRdns(name->rdns.members());
@@ -140,7 +140,7 @@ int32_t compareNames(const Call &call, asn1::Arena &arena, X509NameObject name, 
 using namespace ketra::certificate;
 
 int32_t X509NameObjectCompare(X509NameObject name, X509NameObject other, int32_t *equal, AsnErrorBlock *err) {
-  const Call call{kNameModule, __func__, err};
+  const Call call{__func__, err};
   if (name == nullptr || other == nullptr || equal == nullptr) {
     return call.fail(X509NameError_NullParameter, "no name or no place for the result");
   }

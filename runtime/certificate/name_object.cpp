@@ -31,17 +31,17 @@ constexpr schema::Row kRows[] = {
 };
 constexpr auto kName = schema::compile(kRows);
 
-int32_t failNull(const Call &call) {
+int32_t failNull(Call call) {
   return call.fail(X509NameError_NullParameter, "no name, structure or place for the result");
 }
 
 // ---- Making one ----------------------------------------------------------------------------------------------------
 
-int32_t create(const Call &call, X509NameObject *name) {
+int32_t create(Call call, X509NameObject *name) {
   AsnMemObject pool = nullptr;
   if (asn1::createPool(kPoolSize, &pool, call) != 0) return -1;
-  void *memory = nullptr;
-  if (asn1::allocate(pool, sizeof(X509NameObjectRecord), &memory, call.err) != 0) {
+  void *memory = asn1::allocate(pool, sizeof(X509NameObjectRecord), call.err);
+  if (memory == nullptr) {
     AsnMemObjectDestroy(pool, nullptr);
     return -1;
   }
@@ -52,7 +52,7 @@ int32_t create(const Call &call, X509NameObject *name) {
 // ---- From an encoding ----------------------------------------------------------------------------------------------
 
 // Reads a name in BER; its relative distinguished names in DER lie in the arena.
-int32_t readName(const Call &call, AsnObject work, const AsnEncodedData &encoding, AsnOct *rdns) {
+int32_t readName(Call call, AsnObject work, const AsnEncodedData &encoding, AsnOct *rdns) {
   AsnValue value = nullptr;
   uint32_t scratch = 0;
   if (AsnOpenFromMem(work, kName.data(), &encoding, &value, call.err) != 0 ||
@@ -63,15 +63,15 @@ int32_t readName(const Call &call, AsnObject work, const AsnEncodedData &encodin
     if (value->children[i]->length > 0) continue;
     return call.fail(X509NameError_Empty, Text() << "relative distinguished name " << i + 1 << " has no attribute");
   }
-  AsnEncodedData der{};
-  if (!asn1::encode(call, work->arena, value, asn1::Rules::Der, &der.octets, &der.length)) return -1;
+  const AsnOct der = asn1::encode(call, work->arena, value, asn1::Rules::Der);
+  if (der.octets == nullptr) return -1;
   Encoding whole{};
-  Walk({der.octets, der.length}).next(&whole);
+  Walk(der).next(&whole);
   *rdns = whole.content;
   return 0;
 }
 
-int32_t setName(const Call &call, X509NameObject name, const AsnEncodedData &encoding) {
+int32_t setName(Call call, X509NameObject name, const AsnEncodedData &encoding) {
   return asn1::withWorkObject(call, [&](AsnObject work) {
     AsnOct rdns{};
     return readName(call, work, encoding, &rdns) == 0 ? name->rdns.store(call, name->pool, 0, rdns) : -1;
@@ -80,18 +80,16 @@ int32_t setName(const Call &call, X509NameObject name, const AsnEncodedData &enc
 
 // ---- In elements ---------------------------------------------------------------------------------------------------
 
-int32_t getName(const Call &call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
-                X509NameObject *name, bool der) {
+int32_t getName(Call call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path, X509NameObject *name,
+                bool der) {
   if (pool == nullptr || object == nullptr || name == nullptr) return failNull(call);
-  asn1::Node *element = nullptr;
-  AsnEncodedData encoding{};
-  if (!asn1::findScalar(call, value, path, asn1::Need::Mandatory, asn1::isOpen, &element) ||
-      !asn1::encodingOf(call, object->arena, element, der, &encoding.octets, &encoding.length)) {
-    return -1;
-  }
+  const asn1::Found found = asn1::findScalar(call, value, path, asn1::Need::Mandatory, asn1::isOpen);
+  if (!found) return -1;
+  const AsnOct encoding = asn1::encodingOf(call, object->arena, found.element, der);
+  if (encoding.octets == nullptr) return -1;
   X509NameObject made = nullptr;
   if (create(call, &made) != 0) return -1;
-  if (setName(call, made, encoding) != 0) {
+  if (setName(call, made, {encoding.octets, encoding.length}) != 0) {
     AsnMemObjectDestroy(made->pool, nullptr);
     return -1;
   }
@@ -101,7 +99,7 @@ int32_t getName(const Call &call, AsnMemObject pool, AsnObject object, AsnValue 
 
 using SetEncoded = int32_t(AsnObject, AsnValue, const char *, const AsnEncodedData *, AsnErrorBlock *);
 
-int32_t setElement(const Call &call, AsnObject object, AsnValue value, const char *path, X509NameObject name,
+int32_t setElement(Call call, AsnObject object, AsnValue value, const char *path, X509NameObject name,
                    SetEncoded *setEncoded) {
   if (name == nullptr) return failNull(call);
   const AsnEncodedData encoding = name->rdns.encoding();
@@ -114,7 +112,7 @@ int32_t setElement(const Call &call, AsnObject object, AsnValue value, const cha
 using namespace ketra::certificate;
 
 int32_t X509NameObjectCreate(X509NameObject *name, AsnErrorBlock *err) {
-  const Call call{kNameModule, __func__, err};
+  const Call call{__func__, err};
   return name == nullptr ? failNull(call) : create(call, name);
 }
 
@@ -123,19 +121,19 @@ int32_t X509NameObjectDestroy(X509NameObject name, AsnErrorBlock *err) {
 }
 
 int32_t X509NameObjectSetPduBER(X509NameObject name, const AsnEncodedData *encoding, AsnErrorBlock *err) {
-  const Call call{kNameModule, __func__, err};
+  const Call call{__func__, err};
   if (name == nullptr || encoding == nullptr) return failNull(call);
   return setName(call, name, *encoding);
 }
 
 int32_t X509NameObjectGetPduDER(X509NameObject name, AsnEncodedData *encoding, AsnErrorBlock *err) {
-  if (name == nullptr || encoding == nullptr) return failNull({kNameModule, __func__, err});
+  if (name == nullptr || encoding == nullptr) return failNull({__func__, err});
   *encoding = name->rdns.encoding();
   return 0;
 }
 
 int32_t X509MUtilCopyNameObject(X509NameObject *name, X509NameObject source, AsnErrorBlock *err) {
-  const Call call{kNameModule, __func__, err};
+  const Call call{__func__, err};
   if (name == nullptr || source == nullptr) return failNull(call);
   X509NameObject made = nullptr;
   if (create(call, &made) != 0) return -1;
@@ -149,20 +147,20 @@ int32_t X509MUtilCopyNameObject(X509NameObject *name, X509NameObject source, Asn
 
 int32_t X509MUtilSetNameObjectDER(AsnObject object, AsnValue value, const char *path, X509NameObject name,
                                   AsnErrorBlock *err) {
-  return setElement({kNameModule, __func__, err}, object, value, path, name, AsnSetEncodedDataDER);
+  return setElement({__func__, err}, object, value, path, name, AsnSetEncodedDataDER);
 }
 
 int32_t X509MUtilSetNameObjectBER(AsnObject object, AsnValue value, const char *path, X509NameObject name,
                                   AsnErrorBlock *err) {
-  return setElement({kNameModule, __func__, err}, object, value, path, name, AsnSetEncodedDataBER);
+  return setElement({__func__, err}, object, value, path, name, AsnSetEncodedDataBER);
 }
 
 int32_t X509MUtilGetNameObjectDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                                   X509NameObject *name, AsnErrorBlock *err) {
-  return getName({kNameModule, __func__, err}, pool, object, value, path, name, true);
+  return getName({__func__, err}, pool, object, value, path, name, true);
 }
 
 int32_t X509MUtilGetNameObjectBER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                                   X509NameObject *name, AsnErrorBlock *err) {
-  return getName({kNameModule, __func__, err}, pool, object, value, path, name, false);
+  return getName({__func__, err}, pool, object, value, path, name, false);
 }

@@ -169,7 +169,7 @@ void write(X509NameObject name, const char *begin, char *end) {
 using namespace ketra::certificate;
 
 int32_t X509NameObjectGetText(X509NameObject name, char *text, uint32_t size, uint32_t *length, AsnErrorBlock *err) {
-  const Call call{kNameModule, __func__, err};
+  const Call call{__func__, err};
   if (name == nullptr || (text == nullptr && size > 0)) {
     return call.fail(X509NameError_NullParameter, "no name or no place for the text");
   }

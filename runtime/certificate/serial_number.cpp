@@ -9,11 +9,9 @@ namespace {
 using asn1::Call;
 using asn1::Text;
 
-Call callOf(const char *function, AsnErrorBlock *err) { return {"X509-SERIAL", function, err}; }
-
 enum Form : int32_t { kNumber = 0, kOctets = 1 };
 
-int32_t checkContent(const Call &call, const uint8_t *octets, uint32_t length) {
+int32_t checkContent(Call call, const uint8_t *octets, uint32_t length) {
   if (octets == nullptr && length > 0) {
     return call.fail(X509SerialError_Integer, Text() << "a null pointer with a length of " << length);
   }
@@ -22,7 +20,7 @@ int32_t checkContent(const Call &call, const uint8_t *octets, uint32_t length) {
   return call.fail(X509SerialError_Integer, fault.text);
 }
 
-int32_t failForm(const Call &call, const int32_t &form) {
+int32_t failForm(Call call, const int32_t &form) {
   return call.fail(X509SerialError_Form, Text() << "a serial number of the form " << form, &form, sizeof form);
 }
 
@@ -32,7 +30,7 @@ int32_t failForm(const Call &call, const int32_t &form) {
 using namespace ketra::certificate;
 
 int32_t X509MUtilCheckCertSerialNumberOpt(const X509CertSerialNumberOpt *serial, AsnErrorBlock *err) {
-  const Call call = callOf(__func__, err);
+  const Call call{__func__, err};
   if (serial == nullptr) return call.fail(X509NameError_NullParameter, "no serial number to check");
   const X509CertSerialNumber &value = serial->value;
   switch (serial->option) {
@@ -51,7 +49,7 @@ int32_t X509MUtilCheckCertSerialNumberOpt(const X509CertSerialNumberOpt *serial,
 
 int32_t X509MUtilSetCertSerialNumberOpt(AsnObject object, AsnValue value, const char *path,
                                         const X509CertSerialNumberOpt *serial, AsnErrorBlock *err) {
-  const Call call = callOf(__func__, err);
+  const Call call{__func__, err};
   if (serial == nullptr) return call.fail(X509NameError_NullParameter, "no serial number to set");
   if (serial->option != 1) return 0;
   uint8_t content[4];
@@ -65,7 +63,7 @@ int32_t X509MUtilSetCertSerialNumberOpt(AsnObject object, AsnValue value, const 
 }
 
 int32_t X509MUtilGetIntFromIntStr(const AsnOct *content, int32_t *integer, AsnErrorBlock *err) {
-  const Call call = callOf(__func__, err);
+  const Call call{__func__, err};
   if (content == nullptr || integer == nullptr) {
     return call.fail(X509NameError_NullParameter, "no octets or no place for the integer");
   }
