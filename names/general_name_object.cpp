@@ -31,6 +31,17 @@ int32_t releaseName(const Operation &op, X509GenNameObject object) {
   forgetName(object);
 }
 
+// The parameter points into the object: it is copied before that is released.
+int32_t replaceByOwn(const Operation &op, X509GenNameObject object, const X509GenNameParam &parameter) {
+  X509GenNameParam copy;
+  if (copyParam(op, object->pool, parameter, &copy) != 0) return -1;
+  const int32_t result = releaseName(op, object);
+  object->param = copy;
+  object->paramFlag = 1;
+  if (result != 0) abandonName(object);
+  return result;
+}
+
 int32_t setPdu(const Operation &op, bool ber, X509GenNameObject object, const AsnEncodedData *encoding) {
   if (op.misses(object, encoding)) return -1;
   AsnEncodedData copy{nullptr, 0};
@@ -132,22 +143,12 @@ int32_t X509GenNameObjectDestroy(X509GenNameObject object, AsnErrorBlock *err) {
 int32_t X509GenNameObjectSetName(X509GenNameObject object, const X509GenNameParam *parameter, AsnErrorBlock *err) {
   const Operation op(__func__, err);
   if (op.misses(object, parameter)) return -1;
-  // What points into the object is copied before it is released; everything else afterwards.
-  const bool isOwn = sharesMemory(object->param, *parameter);
-  if (!isOwn) {
-    if (const int32_t result = releaseName(op, object); result != 0) return result;
+  if (sharesMemory(object->param, *parameter)) return replaceByOwn(op, object, *parameter);
+  if (const int32_t result = releaseName(op, object); result != 0) return result;
+  if (copyParam(op, object->pool, *parameter, &object->param) != 0) {
+    forgetName(object);
+    return -1;
   }
-  X509GenNameParam copy;
-  if (copyParam(op, object->pool, *parameter, &copy) != 0) return -1;
-  if (isOwn) {
-    const int32_t result = releaseName(op, object);
-    object->param = copy;
-    if (result != 0) {
-      abandonName(object);
-      return result;
-    }
-  }
-  object->param = copy;
   object->paramFlag = 1;
   return 0;
 }

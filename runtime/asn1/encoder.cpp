@@ -43,7 +43,7 @@ class BackwardBuffer {
 
 class Encoder {
  public:
-  Encoder(Call call, Arena &arena, Rules rules) : call_(call), arena_(arena), rules_(rules), buffer_(arena) {}
+  Encoder(const Call &call, Arena &arena, Rules rules) : call_(call), arena_(arena), rules_(rules), buffer_(arena) {}
 
   bool run(const Node *root);
   AsnOct encoding() { return {buffer_.begin(), static_cast<uint32_t>(buffer_.size())}; }
@@ -67,7 +67,7 @@ class Encoder {
   bool put(const uint8_t *octets, uint32_t count);
   bool failMemory() { return call_.fail(AsnError_OutOfMemory, "the system has no memory to encode") == 0; }
 
-  Call call_;
+  const Call &call_;
   Arena &arena_;
   Rules rules_;
   BackwardBuffer buffer_;
@@ -208,6 +208,13 @@ bool Encoder::writeHeader(uint8_t tag, uint64_t sizeAtEnd) {
     call_.fail(AsnError_TooLong, "the encoding would exceed 4294967295 octets");
     return false;
   }
+  if (length < 0x80) [[likely]] {
+    uint8_t *to = buffer_.prepend(2);
+    if (to == nullptr) return failMemory();
+    to[0] = tag;
+    to[1] = static_cast<uint8_t>(length);
+    return true;
+  }
   uint8_t octets[6];
   uint8_t *const end = octets + sizeof octets;
   const uint32_t count = writeLength(end, static_cast<uint32_t>(length)) + 1;
@@ -246,7 +253,7 @@ bool Encoder::sortMembers(const Frame &frame) {
   return true;
 }
 
-bool Encoder::put(const uint8_t *octets, uint32_t count) {
+inline bool Encoder::put(const uint8_t *octets, uint32_t count) {
   if (count == 0) return true;
   uint8_t *to = buffer_.prepend(count);
   if (to == nullptr) return failMemory();
@@ -256,7 +263,7 @@ bool Encoder::put(const uint8_t *octets, uint32_t count) {
 
 }  // namespace
 
-AsnOct encode(Call call, Arena &arena, const Node *node, Rules rules) {
+AsnOct encode(const Call &call, Arena &arena, const Node *node, Rules rules) {
   Encoder encoder(call, arena, rules);
   return encoder.run(node) ? encoder.encoding() : AsnOct{};
 }

@@ -8,6 +8,6 @@ enum class Rules : uint8_t { Der, Ber };
 
 // Encodes a value (with all its tags) or an element (of an EXPLICIT component, what its tag wraps) into the arena. No
 // octets after a failure.
-AsnOct encode(Call call, Arena &arena, const Node *node, Rules rules);
+AsnOct encode(const Call &call, Arena &arena, const Node *node, Rules rules);
 
 }  // namespace ketra::asn1

@@ -52,7 +52,8 @@ class Text {
 [[gnu::cold]] int32_t reportFailure(const char *function, AsnErrorBlock *err, uint32_t code, const char *message,
                                     const void *value, uint32_t valueLength);
 
-// One call of an exported operation: under which name it reports, and where to. It is passed by value, in registers.
+// One call of an exported operation: under which name it reports, and where to. Small: it travels in registers where it
+// is only passed on.
 struct Call {
   const char *function;
   AsnErrorBlock *err;

@@ -53,7 +53,7 @@ inline const char *matchName(const char *path, const char *name) {
 
 // Moves `place` one step along the path: by type, and along the elements as far as they are there. `number` is that of
 // a list's member. Returns where the step ends, null after a failure.
-[[gnu::always_inline]] inline const char *takeStep(Call call, const char *path, Found *place, uint32_t *number) {
+[[gnu::always_inline]] inline const char *takeStep(const Call &call, const char *path, Found *place, uint32_t *number) {
   const auto [from, type] = *place;
   const AsnType *const definition = definitionOf(type);
   const Kind kind = kindOf(type);
@@ -85,7 +85,8 @@ struct Plan {
   const AsnType *records[ASN_MAX_NESTING];
 };
 
-bool planStep(Call call, const AsnType *outer, const Found &place, uint32_t number, Plan *plan) {
+[[gnu::always_inline]] inline bool planStep(const Call &call, const AsnType *outer, const Found &place, uint32_t number,
+                                            Plan *plan) {
   if (place.element != nullptr) {
     plan->existing = place.element;
     return true;
@@ -104,7 +105,7 @@ bool planStep(Call call, const AsnType *outer, const Found &place, uint32_t numb
   return true;
 }
 
-bool plan(Call call, Node *base, const char *path, Plan *plan) {
+[[gnu::always_inline]] inline bool plan(const Call &call, Node *base, const char *path, Plan *plan) {
   Found place{base, base->record};
   plan->existing = base;
   plan->type = base->record;
@@ -145,7 +146,7 @@ Found walkPath(Call call, Node *base, const char *path) {
   }
 }
 
-Node *makeElement(Call call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *)) {
+Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *)) {
   if (!isUsable(call, base)) return nullptr;
   if (base->encoding != nullptr) {
     call.fail(AsnError_State, "a value that was decoded cannot be changed");

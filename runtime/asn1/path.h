@@ -30,6 +30,6 @@ inline Found findElement(Call call, Node *base, const char *path) {
 // The element at the path, made with everything that is missing on the way; null after a failure, which has made
 // nothing unless memory ran out. `fits` (may be null) judges the element's type first. Values that were decoded cannot
 // be changed: what is read from them points into the encoding.
-Node *makeElement(Call call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *));
+Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *));
 
 }  // namespace ketra::asn1

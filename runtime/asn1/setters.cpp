@@ -71,7 +71,7 @@ bool isGiven(Call call, const Shape *shape, const void *octets, uint64_t length)
   return false;
 }
 
-int32_t setObjid(Setter setter, AsnValue value, const char *path, const Objid *objid) {
+int32_t setObjid(Setter &&setter, AsnValue value, const char *path, const Objid *objid) {
   if (objid == nullptr) return setter.call.fail(AsnError_NullParameter, "no value to set");
   Text reason;
   if (!checkArcs(*objid, reason)) return setter.call.fail(AsnError_Value, reason);
@@ -82,7 +82,7 @@ int32_t setObjid(Setter setter, AsnValue value, const char *path, const Objid *o
   return 0;
 }
 
-int32_t setOctets(Setter setter, AsnValue value, const char *path, const AsnOct *octets) {
+int32_t setOctets(Setter &&setter, AsnValue value, const char *path, const AsnOct *octets) {
   if (!isGiven(setter.call, octets, octets == nullptr ? nullptr : octets->octets,
                octets == nullptr ? 0 : octets->length))
     return -1;
@@ -94,7 +94,7 @@ int32_t setOctets(Setter setter, AsnValue value, const char *path, const AsnOct 
   return setter.copy(octets->octets, octets->length);
 }
 
-int32_t setNamedBits(Setter setter, AsnValue value, const char *path, const AsnBit *bits) {
+int32_t setNamedBits(Setter &&setter, AsnValue value, const char *path, const AsnBit *bits) {
   if (!isGiven(setter.call, bits, bits == nullptr ? nullptr : bits->octets, bits == nullptr ? 0 : bits->bits))
     return -1;
   if (!setter.make(value, path, isBits)) return -1;
@@ -105,7 +105,7 @@ int32_t setNamedBits(Setter setter, AsnValue value, const char *path, const AsnB
   return 0;
 }
 
-int32_t setEncoded(Setter setter, AsnValue value, const char *path, const AsnEncodedData *encoding, bool der) {
+int32_t setEncoded(Setter &&setter, AsnValue value, const char *path, const AsnEncodedData *encoding, bool der) {
   if (encoding == nullptr || encoding->octets == nullptr) {
     return setter.call.fail(AsnError_NullParameter, "no encoding to set");
   }
