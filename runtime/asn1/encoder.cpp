@@ -62,6 +62,7 @@ class Encoder {
   bool writeTime(const Node *node);
   bool writeOpen(const Node *node);
   bool writeTags(const Node *node, uint64_t sizeAtEnd);
+  bool writeExplicitTags(const Node *node, uint64_t sizeAtEnd);
   bool writeHeader(uint8_t tag, uint64_t sizeAtEnd);
   bool sortMembers(const Frame &frame);
   bool put(const uint8_t *octets, uint32_t count);
@@ -104,7 +105,7 @@ bool Encoder::begin(const Node *node) {
   return true;
 }
 
-bool Encoder::writeChild(Frame &frame) {
+inline bool Encoder::writeChild(Frame &frame) {
   const Node *node = frame.node;
   const Node *child = childAt(node, --frame.next);
   const bool isUnset = child != nullptr && !hasChildren(kindOf(child->record)) && !child->isSet;
@@ -126,7 +127,7 @@ bool Encoder::finish(const Frame &frame) {
   return writeTags(frame.node, frame.sizeAtEnd);
 }
 
-bool Encoder::writeScalar(const Node *node) {
+inline bool Encoder::writeScalar(const Node *node) {
   if (!node->isSet) {
     call_.fail(AsnError_Incomplete, Text() << nameOf(node->record) << " has no value");
     return false;
@@ -181,7 +182,14 @@ bool Encoder::writeOpen(const Node *node) {
 }
 
 // The node's own tag, and the EXPLICIT tags around it.
-bool Encoder::writeTags(const Node *node, uint64_t sizeAtEnd) {
+inline bool Encoder::writeTags(const Node *node, uint64_t sizeAtEnd) {
+  const AsnType *type = node->record;
+  if (isExplicit(type)) return writeExplicitTags(node, sizeAtEnd);
+  const Kind kind = kindOf(type);
+  return kind == Kind::Open || kind == Kind::Choice || writeHeader(tagOf(type), sizeAtEnd);
+}
+
+bool Encoder::writeExplicitTags(const Node *node, uint64_t sizeAtEnd) {
   uint8_t explicitTags[8];
   std::size_t count = 0;
   const AsnType *type = node->record;
@@ -192,9 +200,8 @@ bool Encoder::writeTags(const Node *node, uint64_t sizeAtEnd) {
     }
     explicitTags[count++] = tagOf(type);
   }
-  if (tagOf(type) != 0 && kindOf(type) != Kind::Open && kindOf(type) != Kind::Choice) {
-    if (!writeHeader(tagOf(type), sizeAtEnd)) return false;
-  }
+  const bool hasTag = tagOf(type) != 0 && kindOf(type) != Kind::Open && kindOf(type) != Kind::Choice;
+  if (hasTag && !writeHeader(tagOf(type), sizeAtEnd)) return false;
   if (node == root_ && !isValue(node)) return true;  // an element stands without the tag that its component adds
   while (count > 0) {
     if (!writeHeader(explicitTags[--count], sizeAtEnd)) return false;
@@ -202,7 +209,7 @@ bool Encoder::writeTags(const Node *node, uint64_t sizeAtEnd) {
   return true;
 }
 
-bool Encoder::writeHeader(uint8_t tag, uint64_t sizeAtEnd) {
+inline bool Encoder::writeHeader(uint8_t tag, uint64_t sizeAtEnd) {
   const uint64_t length = buffer_.size() - sizeAtEnd;
   if (length > UINT32_MAX) {
     call_.fail(AsnError_TooLong, "the encoding would exceed 4294967295 octets");
