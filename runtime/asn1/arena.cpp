@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "runtime/asn1/poison.h"
-
 namespace ketra::asn1 {
 
 struct alignas(8) Arena::Chunk {
@@ -25,7 +23,7 @@ Arena::~Arena() {
 }
 
 void *Arena::take(std::size_t rounded, std::size_t size) {
-  std::byte *memory = next_;
+  std::byte *memory = next_ + kPoisonedGap;
   next_ += rounded;
   unpoison(memory, size);
   return memory;
@@ -34,7 +32,7 @@ void *Arena::take(std::size_t rounded, std::size_t size) {
 // A chunk as large as all before it together, so their number stays logarithmic.
 void *Arena::allocateSlow(std::size_t size) {
   if (size > SIZE_MAX / 4) return nullptr;
-  const std::size_t rounded = (size + 7) / 8 * 8;
+  const std::size_t rounded = kPoisonedGap + (size + 7) / 8 * 8;
   const std::size_t room = std::max(rounded, total_);
   auto *chunk = static_cast<Chunk *>(std::malloc(sizeof(Chunk) + room));
   if (chunk == nullptr) return nullptr;
