@@ -20,7 +20,7 @@ namespace ketra::asn1 {
 
 #ifdef KETRA_POISON
 inline constexpr std::size_t kPoisonedGap = 8;  // between blocks that would touch each other
-#define KETRA_READS_POISONED [[gnu::no_sanitize("address")]]
+#define KETRA_READS_POISONED __attribute__((no_sanitize("address")))
 #else
 inline constexpr std::size_t kPoisonedGap = 0;
 #define KETRA_READS_POISONED
