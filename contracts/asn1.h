@@ -6,7 +6,8 @@
  * - A null handle, structure or out-parameter is an ordinary error (`..._NullParameter`), never a crash. Out-parameters
  *   are written on success only, unless said otherwise.
  * - Lengths are octets, bit string lengths bits; both are unsigned 32-bit.
- * - One work object or pool may be used by one thread at a time. Distinct objects share nothing.
+ * - One object (work object, pool, name, ...) is used by one thread at a time, for reading too. Distinct objects need
+ *   no locks: they share constant data only.
  *
  * Element paths are NUL-terminated strings. Component names and CHOICE alternatives stand by name, members of a
  * SEQUENCE OF or SET OF by their decimal number from 1, separated by "/". "/", "" and a null path name the value or

@@ -12,7 +12,8 @@
  * - A get of an extension that is not there is KetraError_ExtensionAbsent. Octets and arcs that a get returns are
  *   allocated in the pool of the Extensions object (KetraObjectGetMemObject) and live until they are freed there or
  *   the object is destroyed. After a failure, fields that were read before it keep what was read.
- * - An Extensions object is used by one thread at a time, for gets too. Distinct objects share nothing. */
+ * - An object (Extensions, GeneralName), and every object that a call gets with it, is used by one thread at a time,
+ *   for gets too. Distinct objects need no locks: they share constant data only. */
 #ifndef KETRA_H
 #define KETRA_H
 

@@ -1,5 +1,6 @@
 /* What the runtime offers beyond the operations that libketra calls: Extensions objects from and to their encoding,
- * bounded memory, readable error traces, times and identifiers as text. The house rules of contracts/asn1.h hold. */
+ * bounded memory, readable error traces, times and identifiers as text. The house rules of contracts/asn1.h hold: one
+ * object or pool is used by one thread at a time, for reading too, and distinct ones need no locks. */
 #ifndef KETRA_RUNTIME_H
 #define KETRA_RUNTIME_H
 

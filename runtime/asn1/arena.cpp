@@ -25,7 +25,7 @@ Arena::~Arena() {
 // A chunk as large as all before it together, so their number stays logarithmic.
 void *Arena::allocateSlow(std::size_t size) {
   if (size > SIZE_MAX / 4) return nullptr;
-  const std::size_t rounded = (size + 7) / 8 * 8;
+  const std::size_t rounded = kPoisonedGap + (size + 7) / 8 * 8;
   const std::size_t room = std::max(rounded, total_);
   auto *chunk = static_cast<Chunk *>(std::malloc(sizeof(Chunk) + room));
   if (chunk == nullptr) return nullptr;

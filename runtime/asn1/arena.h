@@ -19,7 +19,7 @@ class Arena {
 
   // Aligned for pointers and 64-bit integers, not zeroed; null when the system has no memory.
   void *allocate(std::size_t size) {
-    const std::size_t rounded = (size + 7) / 8 * 8;
+    const std::size_t rounded = kPoisonedGap + (size + 7) / 8 * 8;
     if (rounded < size || static_cast<std::size_t>(end_ - next_) < rounded) return allocateSlow(size);
     return take(rounded, size);
   }
@@ -38,7 +38,7 @@ class Arena {
   struct Chunk;
 
   void *take(std::size_t rounded, std::size_t size) {
-    std::byte *memory = next_;
+    std::byte *memory = next_ + kPoisonedGap;
     next_ += rounded;
     unpoison(memory, size);
     return memory;

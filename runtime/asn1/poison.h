@@ -1,4 +1,5 @@
-// In sanitizer builds, memory that a pool or arena holds but has not handed out is poisoned.
+// With AddressSanitizer, memory that a pool or arena holds but has not handed out is poisoned, and so is the slack of
+// what it has handed out.
 #pragma once
 
 #include <cstddef>
@@ -16,6 +17,14 @@
 #endif
 
 namespace ketra::asn1 {
+
+#ifdef KETRA_POISON
+inline constexpr std::size_t kPoisonedGap = 8;  // between blocks that would touch each other
+#define KETRA_READS_POISONED __attribute__((no_sanitize("address")))
+#else
+inline constexpr std::size_t kPoisonedGap = 0;
+#define KETRA_READS_POISONED
+#endif
 
 inline void poison([[maybe_unused]] const void *memory, [[maybe_unused]] std::size_t size) {
 #ifdef KETRA_POISON

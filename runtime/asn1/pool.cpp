@@ -174,6 +174,7 @@ void growTable(AsnMemObject pool, Call call) {
   block->next = bucket;
   bucket = block;
   block->header = {size, 0};
+  poison(&block->header, sizeof block->header);
   ++pool->largeCount;
   pool->liveOctets += size;
   ++pool->liveBlocks;
@@ -204,6 +205,7 @@ bool freeLarge(AsnMemObject pool, const void *memory) {
   LargeBlock *block = *link;
   if (block == nullptr) return false;
   *link = block->next;
+  unpoison(&block->header, sizeof block->header);
   --pool->largeCount;
   --pool->liveBlocks;
   pool->liveOctets -= block->header.size;
@@ -212,29 +214,30 @@ bool freeLarge(AsnMemObject pool, const void *memory) {
   return true;
 }
 
-// The header of a live block in one of the chunks, or null. Reads only memory that the pool holds.
-Header *liveHeader(AsnMemObject pool, const void *memory) {
+// The header of a live block in one of the chunks, or null. Reads only memory that the pool holds, poisoned or not: for
+// a stray pointer what lies before it may be anything.
+KETRA_READS_POISONED Header *liveHeader(AsnMemObject pool, const void *memory) {
   const auto *at = static_cast<const std::byte *>(memory);
   for (Chunk *chunk = pool->chunks; chunk != nullptr; chunk = chunk->next) {
     const std::byte *used = chunk == pool->chunks ? pool->next : chunk->end;
     if (at < chunk->begin() + sizeof(Header) || at >= used) continue;
     if ((at - chunk->begin()) % static_cast<std::ptrdiff_t>(kAlignment) != 0) return nullptr;
     auto *header = reinterpret_cast<Header *>(const_cast<std::byte *>(at)) - 1;
-    unpoison(header, sizeof *header);
     return header->mark == liveMark(pool, memory) ? header : nullptr;
   }
   return nullptr;
 }
 
 void freeSmall(AsnMemObject pool, Header *header, std::byte *memory) {
+  unpoison(header, sizeof *header);
   const std::size_t sizeClass = classOf(header->size);
   --pool->liveBlocks;
   pool->liveOctets -= header->size;
   header->mark = 0;
   const std::size_t size = sizeOf(sizeClass);
+  poison(header, sizeof *header + size);
   if (memory + size == pool->next) {  // the newest block: take it back whole
     pool->next = reinterpret_cast<std::byte *>(header);
-    poison(header, sizeof *header + size);
     return;
   }
   if (pool->freeLists == nullptr) {
@@ -247,7 +250,7 @@ void freeSmall(AsnMemObject pool, Header *header, std::byte *memory) {
   unpoison(block, sizeof *block);
   block->next = pool->freeLists->heads[sizeClass];
   pool->freeLists->heads[sizeClass] = block;
-  poison(header, sizeof *header + size);
+  poison(block, sizeof *block);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "runtime/asn1/poison.h"
 #include "runtime/asn1/pool.h"
 #include "runtime/asn1/tlv.h"
 
@@ -21,6 +22,7 @@ int32_t SequenceBuffer::store(Call call, AsnMemObject pool, uint32_t kept, const
   const uint64_t length = uint64_t{kept} + added.length;
   if (reserve(call, pool, kept, length) != 0) return -1;
   uint8_t *const begin = block_ + kHeaderRoom;
+  unpoison(begin + kept, added.length);
   if (added.length > 0) std::memcpy(begin + kept, added.octets, added.length);
   length_ = static_cast<uint32_t>(length);
   headerSize_ = writeLength(begin, length_) + 1;
@@ -43,6 +45,7 @@ int32_t SequenceBuffer::reserve(Call call, AsnMemObject pool, uint32_t kept, uin
   void *memory = allocate(pool, kHeaderRoom + capacity, call.err);
   if (memory == nullptr) return -1;
   auto *block = static_cast<uint8_t *>(memory);
+  poison(block + kHeaderRoom + kept, capacity - kept);
   if (kept > 0) std::memcpy(block + kHeaderRoom, block_ + kHeaderRoom, kept);
   AsnMemObjectFree(pool, block_, nullptr);
   block_ = block;

@@ -10,11 +10,8 @@ namespace {
 
 using Param = X509GenNameParam;
 
-AsnOct octets(const char *text) {
-  return {reinterpret_cast<const uint8_t *>(text), static_cast<uint32_t>(std::char_traits<char>::length(text))};
-}
-X509DirStr utf8(const char *text) {
-  const AsnOct characters = octets(text);
+X509DirStr utf8(std::string_view text) {
+  const AsnOct characters = exactly(text);
   return {X509DirStr_Utf8String, characters.octets, characters.length};
 }
 
@@ -41,10 +38,10 @@ class Samples {
       param.otherName = {{upn, 10}, {{value.data(), 5}, 1}};
     } else if (kind == "rfc822Name") {
       param.type = X509GenName_Rfc822Name;
-      param.rfc822Name = octets("u@a");
+      param.rfc822Name = exactly("u@a");
     } else if (kind == "dNSName") {
       param.type = X509GenName_DNSName;
-      param.dNSName = octets("a");
+      param.dNSName = exactly("a");
     } else if (kind == "x400Address") {
       param.type = X509GenName_X400Address;
       param.x400Address = {orAddress.data(), static_cast<uint32_t>(orAddress.size())};
@@ -53,10 +50,10 @@ class Samples {
       param.directoryName = name_;
     } else if (kind == "ediPartyName") {
       param.type = X509GenName_EdiPartyName;
-      param.ediPartyName = {{utf8("X"), 1}, {X509DirStr_PrintableString, octets("Y").octets, 1}};
+      param.ediPartyName = {{utf8("X"), 1}, {X509DirStr_PrintableString, exactly("Y").octets, 1}};
     } else if (kind == "uniformResourceIdentifier") {
       param.type = X509GenName_UniformResourceIdentifier;
-      param.uniformResourceIdentifier = octets("u:a");
+      param.uniformResourceIdentifier = exactly("u:a");
     } else if (kind == "iPAddress") {
       param.type = X509GenName_IPAddress;
       param.iPAddress = {address, 4};
@@ -255,11 +252,11 @@ TEST(GeneralName, RefusedParameters) {
        0x01472102, "None NameObject"},
       {"an empty assigner", [](Param &p) { p.ediPartyName.nameAssigner.value.length = 0; }, X509DirStrError_Length,
        "Call X509MUtilGetCheckLengthOfDirStr(EDIPartyName/nameAssigner)"},
-      {"a party too long", [&](Param &p) { p.ediPartyName.partyName = utf8(tooLong.c_str()); }, X509DirStrError_Length,
+      {"a party too long", [&](Param &p) { p.ediPartyName.partyName = utf8(tooLong); }, X509DirStrError_Length,
        "Call X509MUtilGetCheckLengthOfDirStr(EDIPartyName/partyName)"},
       {"half a unit",
        [](Param &p) {
-         p.ediPartyName.partyName = {X509DirStr_BmpString, octets("abc").octets, 3};
+         p.ediPartyName.partyName = {X509DirStr_BmpString, exactly("abc").octets, 3};
        },
        X509DirStrError_Characters, "Call X509MUtilGetCheckLengthOfDirStr(EDIPartyName/partyName)"},
   };
@@ -282,7 +279,7 @@ TEST(GeneralName, RefusedParameters) {
   }
   GenName object;
   Param param = samples.of("ediPartyName");
-  param.ediPartyName.partyName = utf8(longest.c_str());
+  param.ediPartyName.partyName = utf8(longest);
   param.ediPartyName.nameAssigner.option = 2;
   EXPECT_EQ(X509GenNameObjectSetName(object, &param, nullptr), 0);
   EXPECT_EQ(object.param().ediPartyName.nameAssigner.option, 0) << "a flag other than 1 is absence";
@@ -380,13 +377,13 @@ TEST(GeneralName, MemoryStaysBounded) {
   const Param small = samples.of("dNSName");
   const std::string name(1000, 'x');
   Param large = small;
-  large.dNSName = octets(name.c_str());
+  large.dNSName = exactly(name);
   AsnMemObject pool = *reinterpret_cast<AsnMemObject *>(object.operator X509GenNameObject());
   uint64_t octetsHeld = 0;
   uint32_t blocks = 0;
   const std::string tooLong(32769, 'x');
   Param longParty = samples.of("ediPartyName");
-  longParty.ediPartyName.partyName = utf8(tooLong.c_str());
+  longParty.ediPartyName.partyName = utf8(tooLong);
   Param noValue = samples.of("otherName");
   noValue.otherName.value.value.octets = nullptr;
   for (int i = 0; i < 1000; ++i) {

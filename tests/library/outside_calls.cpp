@@ -8,7 +8,7 @@
 
 namespace ketra::test {
 
-OutsideCalls outside;
+thread_local OutsideCalls outside;
 
 namespace {
 

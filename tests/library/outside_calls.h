@@ -38,6 +38,6 @@ struct OutsideCalls {
   int liveNames = 0;
 };
 
-extern OutsideCalls outside;
+extern thread_local OutsideCalls outside;  // of the thread, so that threads may run operations
 
 }  // namespace ketra::test

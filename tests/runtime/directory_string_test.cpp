@@ -119,7 +119,7 @@ TEST(DirectoryString, CheckLength) {
       EXPECT_EQ(err.code(), row.code) << hex;
     }
   }
-  const X509DirStr five = {X509DirStr_Utf8String, reinterpret_cast<const uint8_t *>("abcde"), 5};
+  const X509DirStr five = {X509DirStr_Utf8String, exactly("abcde").octets, 5};
   Err err;
   EXPECT_EQ(X509MUtilGetCheckLengthOfDirStr(&five, 4, X509LengthOf_NameAssigner, err), -1);
   EXPECT_EQ(X509MUtilGetCheckLengthOfDirStr(&five, 4, X509LengthOf_PartyName, err), -1);

@@ -156,7 +156,8 @@ constexpr uint32_t kDc[] = {0, 9, 2342, 19200300, 100, 1, 25};
 constexpr uint32_t kEmail[] = {1, 2, 840, 113549, 1, 9, 1};
 
 X509NameAttribute text(const Objid &type, uint32_t choice, std::string_view value) {
-  return {type, {choice, reinterpret_cast<const uint8_t *>(value.data()), static_cast<uint32_t>(value.size())}};
+  const AsnOct octets = exactly(value);
+  return {type, {choice, octets.octets, octets.length}};
 }
 
 TEST(NameObject, AppendRdn) {

@@ -56,6 +56,7 @@ TEST(Pool, RefusesWhatItDoesNotOwn) {
   const Pool other;
   for (const uint32_t size : {16u, 40000u}) {
     uint8_t *memory = allocate(pool, size);
+    std::memset(memory, 0, size);  // what stands before a stray pointer is looked at
     allocate(pool, size);
     uint8_t *foreign = allocate(other, size);
     const auto refused = [&](const void *pointer) {

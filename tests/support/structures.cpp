@@ -62,10 +62,10 @@ std::string Structures::constraintsDer(bool permitted, bool excluded) {
 
 namespace {
 
-constexpr uint32_t kArcs[4][4] = {{1, 2, 3, 1}, {1, 2, 3, 2}, {1, 2, 3, 3}, {1, 2, 3, 4}};
+const std::vector<uint32_t> kArcs[] = {{1, 2, 3, 1}, {1, 2, 3, 2}, {1, 2, 3, 3}, {1, 2, 3, 4}};
 constexpr uint8_t kKeyIdentifier[] = {0xAA, 0xBB};
 
-constexpr Objid objid(std::size_t i) { return {kArcs[i], 4}; }
+Objid objid(std::size_t i) { return {kArcs[i].data(), 4}; }
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 #include "support/support.h"
 
+#include <deque>
 #include <fstream>
 #include <sstream>
 
@@ -71,6 +72,12 @@ const std::map<std::string, std::string> &goldenRows() {
 std::string golden(const std::string &name) {
   const auto row = goldenRows().find(name);
   return row == goldenRows().end() ? "no golden row " + name : row->second;
+}
+
+AsnOct exactly(std::string_view characters) {
+  static std::deque<Exact> kept;
+  const AsnEncodedData data = kept.emplace_back(Octets(characters.begin(), characters.end())).data();
+  return {data.octets, data.length};
 }
 
 std::string Err::text() const {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "contracts/asn1_schema.hpp"
@@ -19,18 +20,24 @@ inline std::string toHex(const AsnEncodedData &data) { return toHex(data.octets,
 // The columns of each row of a tab-separated file; comments and the header row are left out. Fails on an empty file.
 std::vector<std::vector<std::string>> rowsOf(const std::string &path);
 
-// A heap block of exactly this size, so that a read beyond it is seen.
+// A heap block that ends with these octets, so that a read beyond them is seen. Even one of no octets has one, before
+// them: malloc(0) would give memory that can be read.
 class Exact {
  public:
-  explicit Exact(const Octets &octets) : block_(new uint8_t[octets.size()]), size_(octets.size()) {
+  explicit Exact(const Octets &octets)
+      : lead_(octets.empty() ? 1 : 0), size_(octets.size()), block_(new uint8_t[lead_ + size_]) {
     std::copy(octets.begin(), octets.end(), block_.get());
   }
-  AsnEncodedData data() const { return {block_.get(), static_cast<uint32_t>(size_)}; }
+  AsnEncodedData data() const { return {block_.get() + lead_, static_cast<uint32_t>(size_)}; }
 
  private:
-  std::unique_ptr<uint8_t[]> block_;
+  std::size_t lead_;
   std::size_t size_;
+  std::unique_ptr<uint8_t[]> block_;
 };
+
+// The characters in such a block, which is kept; a string would end with a NUL that can be read.
+AsnOct exactly(std::string_view characters);
 
 struct Err {
   Err() { AsnErrorReset(&block); }
