@@ -6,10 +6,12 @@
 #include <cstddef>
 
 extern "C" {
+// NOLINTBEGIN(bugprone-reserved-identifier): the names that the C library gives its own
 void *__libc_malloc(std::size_t size);
 void *__libc_calloc(std::size_t count, std::size_t size);
 void *__libc_realloc(void *memory, std::size_t size);
 void __libc_free(void *memory);
+// NOLINTEND(bugprone-reserved-identifier)
 }
 
 namespace {

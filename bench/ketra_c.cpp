@@ -79,7 +79,7 @@ void addKetra() {
                             X509Objid_NameConstraints, subtrees);
   };
   addLists(3, 2, 2, 4);
-  addRow<CertPolicies>("CertPolicies 2", der::certPolicies(2), X509Objid_CertPolicies, 2);
+  addRow<CertPolicies>("CertPolicies 2", der::certPolicies(2), X509Objid_CertPolicies, std::size_t{2});
   for (const std::size_t n : kLengths) addLists(n, n, n, n);
 }
 

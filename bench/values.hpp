@@ -67,5 +67,6 @@ Octets invalidityDate();
 
 // The lengths of subjectAltName that are measured.
 inline constexpr std::size_t kLengths[] = {1, 10, 100, 1'000, 10'000, 100'000};
+inline constexpr std::size_t kMostOfQuadratic = 10'000;  // for peers whose time grows with the square of the length
 
 }  // namespace bench
