@@ -13,15 +13,12 @@ struct Requested {
 // By this thread, since it started.
 Requested requested();
 
-// The most octets that this thread has live at a time while it calls `run`, beyond what it had before.
-template <class Run>
-int64_t peakOf(Run &&run);
-
 namespace detail {
 void startPeak();
 int64_t endPeak();
 }  // namespace detail
 
+// The most octets that this thread has live at a time while it calls `run`, beyond what it had before.
 template <class Run>
 int64_t peakOf(Run &&run) {
   detail::startPeak();

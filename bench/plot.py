@@ -44,8 +44,9 @@ def lengths(left, title, series):
 
 def ratios(top, bars):
     """Log scale: a group of bars per kind of rows, growing from the line of OpenSSL."""
-    low, high, height = -2, 2, 200
-    y = lambda value: top + height - (math.log10(min(max(value, 10**low), 10**high)) - low) / (high - low) * height
+    powers = [math.log10(value) for group in bars.values() for value in group.values()]
+    low, high, height = math.floor(min(powers, default=-1)), math.ceil(max(powers, default=1)), 200
+    y = lambda value: top + height - (math.log10(value) - low) / (high - low) * height
     out = [text(WIDTH / 2, top - 16, "time against OpenSSL, geometric means", size=14)]
     for power in range(low, high + 1):
         out += [line(LEFT, y(10**power), WIDTH - 20, y(10**power), "#999" if power == 0 else "#ddd"),
