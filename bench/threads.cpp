@@ -77,7 +77,7 @@ double speedup(Work work, int rounds) {
 }
 
 void BM_Threads(benchmark::State &state) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     state.counters["speedup"] = speedup(getAndSet, 250);
     state.counters["loop"] = speedup(readAndWrite, 30'000);
   }
