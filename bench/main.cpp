@@ -32,6 +32,10 @@ int64_t pageFaults() {
   return usage.ru_minflt;
 }
 
+void addToProgram(const std::string &name, std::function<void(benchmark::State &)> measured) {
+  benchmark::RegisterBenchmark(name.c_str(), std::move(measured));
+}
+
 void fail(benchmark::State &state) {
   ++failures;
   state.SkipWithError("does not read or write what is expected");

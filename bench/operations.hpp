@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -25,6 +26,8 @@ double calibration();
 int64_t pageFaults();
 // A check has failed: main says so at the end.
 void fail(benchmark::State &state);
+
+void addToProgram(const std::string &name, std::function<void(benchmark::State &)> measured);
 
 // What is known of an operation after its first round.
 struct Known {
@@ -56,9 +59,8 @@ void measure(benchmark::State &state, Known &known, Check &check, Run &run, doub
 template <class Check, class Run>
 void add(const std::string &row, const char *kind, const char *library, Check check, Run run, double units = 1) {
   const std::string name = row + "/" + kind + "/" + library;
-  benchmark::RegisterBenchmark(name.c_str(), [=, known = Known{}](benchmark::State &state) mutable {
-    measure(state, known, check, run, units);
-  });
+  addToProgram(name,
+               [=, known = Known{}](benchmark::State &state) mutable { measure(state, known, check, run, units); });
 }
 
 inline std::string sized(const char *row, std::size_t size) { return std::string(row) + " " + std::to_string(size); }
