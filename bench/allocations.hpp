@@ -1,9 +1,6 @@
-// What an operation asks of the system allocator.
+// What the program asks of the system allocator. Each thread counts its own requests.
 #pragma once
 
-#include <benchmark/benchmark.h>
-
-#include <cstddef>
 #include <cstdint>
 
 namespace bench {
@@ -13,17 +10,20 @@ struct Requested {
   uint64_t octets = 0;
 };
 
-// Since the program started.
+// By this thread, since it started.
 Requested requested();
 
-// Reports requests and octets of everything between its construction and report(), per unit of work.
-class Allocations {
- public:
-  Allocations() : before_(requested()) {}
-  void report(benchmark::State &state, int64_t units) const;
+namespace detail {
+void startPeak();
+int64_t endPeak();
+}  // namespace detail
 
- private:
-  Requested before_;
-};
+// The most octets that this thread has live at a time while it calls `run`, beyond what it had before.
+template <class Run>
+int64_t peakOf(Run &&run) {
+  detail::startPeak();
+  run();
+  return detail::endPeak();
+}
 
 }  // namespace bench

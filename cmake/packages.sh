@@ -1,6 +1,8 @@
 # shellcheck shell=bash disable=SC2034
 # Sourced by the scripts in the root: the Debian packages that building everything takes.
 KETRA_PACKAGES=(cmake ninja-build g++ libgtest-dev libcli11-dev nlohmann-json3-dev libbenchmark-dev)
+# What the benchmarks compare with; they leave out what is absent.
+KETRA_PEERS=(libssl-dev libgnutls28-dev libbotan-2-dev ca-certificates)
 
 # need_packages PACKAGE...: installs what is missing when it may, otherwise names it and fails. Where there is no dpkg,
 # the configure step tells what is missing. Says nothing on standard output.

@@ -1,0 +1,142 @@
+#include "roots.hpp"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "certificates.hpp"
+#include "operations.hpp"
+
+namespace bench {
+
+const std::vector<Octets> &roots() {
+  static const std::vector<Octets> kRoots = [] {
+    std::error_code absent;
+    std::vector<std::string> files;
+    for (const auto &entry : std::filesystem::directory_iterator("/usr/share/ca-certificates/mozilla", absent)) {
+      if (entry.is_regular_file()) files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    std::vector<Octets> all;
+    for (const std::string &file : files) {
+      if (Octets extensions = extensionsIn(file); !extensions.empty()) all.push_back(std::move(extensions));
+    }
+    return all;
+  }();
+  return kRoots;
+}
+
+void addRoots(const char *library, std::size_t (*read)()) {
+  if (roots().empty()) return;
+  const auto check = [read] {
+    std::size_t count = 0;
+    for (const Octets &root : roots()) forEachExtension(root, [&](uint8_t, lean::View) { ++count; });
+    return read() == count;
+  };
+  add(
+      "Extensions of a certificate", "read", library, check, [read] { benchmark::DoNotOptimize(read()); },
+      static_cast<double>(roots().size()));
+}
+
+namespace {
+
+std::size_t readWithC() {
+  std::size_t all = 0;
+  uint32_t count = 0;
+  for (const Octets &root : roots()) {
+    if (readCertificate(root, &count) == 0) all += count;
+  }
+  return all;
+}
+
+template <class... T>
+std::size_t readTypes(const ketra::Extensions &extensions) {
+  const auto readOne = [&](auto read) {
+    sink(&read);
+    return read ? 1u : 0u;
+  };
+  return (readOne(extensions.get<T>()) + ...);
+}
+std::size_t readWithFace() {
+  std::size_t all = 0;
+  for (const Octets &root : roots()) {
+    all += readTypes<ketra::SubjectKeyId, ketra::KeyUsage, ketra::SubjectAltName, ketra::BasicConstraints,
+                     ketra::NameConstraints, ketra::CrlDistributionPoints, ketra::CertificatePolicies,
+                     ketra::PolicyMappings, ketra::AuthorityKeyId, ketra::PolicyConstraints, ketra::ExtKeyUsage>(
+        ketra::Extensions::decode(root));
+  }
+  return all;
+}
+
+struct FewAltNames {
+  lean::FewNames<16> names;
+  bool read(lean::Reader in) {
+    lean::Reader list;
+    return in.only(0x30, list) && names.read(list);
+  }
+};
+
+// use.operator()<the structure of the floor>().
+template <class Use>
+bool withFloor(uint8_t id, Use &&use) {
+  switch (id) {
+    case 14: return use.template operator()<lean::SubjectKeyId>();
+    case 15: return use.template operator()<lean::KeyUsage>();
+    case 17: return use.template operator()<FewAltNames>();
+    case 19: return use.template operator()<lean::BasicConstraints>();
+    case 30: return use.template operator()<lean::NameConstraints>();
+    case 31: return use.template operator()<lean::CrlDistributionPoints>();
+    case 32: return use.template operator()<lean::CertPolicies>();
+    case 33: return use.template operator()<lean::PolicyMappings>();
+    case 35: return use.template operator()<lean::AuthorityKeyId>();
+    case 36: return use.template operator()<lean::PolicyConstraints>();
+    case 37: return use.template operator()<lean::ExtKeyUsage>();
+    default: return false;
+  }
+}
+
+std::size_t readWithFloor() {
+  std::size_t all = 0;
+  for (const Octets &root : roots()) {
+    forEachExtension(root, [&](uint8_t id, lean::View octets) {
+      all += withFloor(id, [&]<class S>() {
+        S value;
+        const bool isRead = value.read({octets.at, octets.size});
+        sink(&value);
+        return isRead;
+      });
+    });
+  }
+  return all;
+}
+
+// One for each extension.
+std::size_t readWithFloorAndAllocations() {
+  std::size_t all = 0;
+  for (const Octets &root : roots()) {
+    forEachExtension(root, [&](uint8_t id, lean::View octets) {
+      all += withFloor(id, [&]<class S>() {
+        auto *memory = static_cast<uint8_t *>(std::malloc(sizeof(S) + octets.size));
+        std::memcpy(memory + sizeof(S), octets.at, octets.size);
+        const bool isRead = (new (memory) S)->read({memory + sizeof(S), octets.size});
+        sink(memory);
+        std::free(memory);
+        return isRead;
+      });
+    });
+  }
+  return all;
+}
+
+}  // namespace
+
+void addCertificates() {
+  addRoots("ketra", readWithC);
+  addRoots("ketra.hpp", readWithFace);
+  addRoots("floor", readWithFloor);
+  addRoots("floor, 1 allocation", readWithFloorAndAllocations);
+}
+
+}  // namespace bench
