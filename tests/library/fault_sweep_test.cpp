@@ -134,14 +134,17 @@ struct Live {
 };
 
 // What an operation may change: the Extensions object with its pool, and nodes.
-struct State {
-  explicit State(const Stage &stage) : pdu(stage.extensions.pdu()), nodes(stage.nodes()) {
-    EXPECT_EQ(AsnMemObjectUsage(stage.extensions.pool(), &octets, &blocks, nullptr), 0);
-  }
-  std::string pdu;
-  std::vector<std::vector<Stage::Node>> nodes;
+struct Usage {
+  explicit Usage(AsnMemObject pool) { EXPECT_EQ(AsnMemObjectUsage(pool, &octets, &blocks, nullptr), 0); }
   uint64_t octets = 0;
   uint32_t blocks = 0;
+};
+struct State {
+  explicit State(const Stage &stage)
+      : pdu(stage.extensions.pdu()), usage(stage.extensions.pool()), nodes(stage.nodes()) {}
+  std::string pdu;
+  Usage usage;
+  std::vector<std::vector<Stage::Node>> nodes;
 };
 
 // What has become of each word of a node. The values of pointers differ from run to run.
@@ -209,9 +212,9 @@ void expectStored(const Case &one, std::size_t failed, const Run &success, const
     isOrphaned = isOrphaned || one.calls[i].trace.front() == one.operation + ": Call AsnMUtilEncodeDER" ||
                  one.calls[i].trace.front() == one.operation + ": Call AsnMUtilCopyEncodedDataDER";
   }
-  const State &rest = isStored ? success.after : success.before;
-  EXPECT_EQ(after.blocks, rest.blocks + (isOrphaned ? 1 : 0));
-  EXPECT_EQ(after.octets, rest.octets + (isOrphaned ? success.encoded : 0));
+  const Usage &rest = isStored ? success.after.usage : success.before.usage;
+  EXPECT_EQ(after.usage.blocks, rest.blocks + (isOrphaned ? 1 : 0));
+  EXPECT_EQ(after.usage.octets, rest.octets + (isOrphaned ? success.encoded : 0));
 }
 
 // Behind a node that is not filled as far as a success fills it, no node has changed.
@@ -306,9 +309,63 @@ TEST(FaultSweep, NullExtensionsObject) {
   }
 }
 
+// A failure for want of memory leaves everything as it was, and the next call works.
+void expectRefused(const Operation &operation, Stage &stage, const Err &err, const State &before, const Live &live) {
+  EXPECT_FALSE(err.trace().empty());
+  EXPECT_EQ(stage.extensions.pdu(), before.pdu);
+  EXPECT_TRUE(stage.holdsOldNameOrNone());
+  EXPECT_EQ(outside.liveWorkObjects, live.workObjects);
+  EXPECT_EQ(operation.run(stage, nullptr), 0);
+}
+
+// Takes all that the pool can give without asking the system; returns what it holds then.
+uint64_t fillUp(AsnMemObject pool) {
+  void *memory = nullptr;
+  EXPECT_EQ(AsnMemObjectSetLimit(pool, 1, nullptr), 0);
+  for (uint32_t size = 16384; size >= 8; size -= std::max(8u, size / 64 * 8)) {
+    while (AsnMemObjectMalloc(pool, size, &memory, nullptr) == 0) continue;
+  }
+  uint64_t held = 0;  // at the first limit that lets it have one more block, it holds as much as that
+  do {
+    EXPECT_EQ(AsnMemObjectSetLimit(pool, held += 8, nullptr), 0);
+  } while (AsnMemObjectMalloc(pool, 8, &memory, nullptr) != 0);
+  return held;
+}
+
+// However little more a limit lets the pool have, until it is enough.
+TEST(FaultSweep, EveryLimitOfThePool) {
+  for (const Case &one : Table(KETRA_OUTSIDE_CALLS).cases()) {
+    const Operation &operation = operations().at(one.operation);
+    const bool isSet = one.operation.starts_with("KetraObjectSset");
+    const Live all;
+    uint64_t more = 0;
+    for (int32_t result = -1; result != 0; more += 8) {
+      SCOPED_TRACE(one.operation + " " + one.input + ", " + std::to_string(more) + " octets");
+      Stage stage(one.input);
+      Err err;
+      ASSERT_EQ(operation.prepare(stage, err), 0);
+      const State before(stage);
+      const Live live;
+      AsnMemObject pool = operation.objid == nullptr ? static_cast<AsnMemObject>(stage.pool) : stage.extensions.pool();
+      ASSERT_EQ(AsnMemObjectSetLimit(pool, fillUp(pool) + more, nullptr), 0);
+      const Usage usage(pool);
+      result = operation.run(stage, err);
+      ASSERT_EQ(AsnMemObjectSetLimit(pool, 0, nullptr), 0);
+      if (result == 0) break;
+      if (isSet) {
+        EXPECT_LE(Usage(pool).blocks, usage.blocks + 1) << "an encoding may stay";
+      }
+      EXPECT_EQ(result, -1);
+      EXPECT_EQ(err.code(), uint32_t{AsnMemError_Limit}) << err.text();
+      expectRefused(operation, stage, err, before, live);
+    }
+    EXPECT_TRUE(more > 0 || !isSet) << one.operation;
+    EXPECT_EQ(Live(), all) << one.operation;
+  }
+}
+
 #ifndef KETRA_SANITIZED  // a sanitizer brings its own malloc
-// Whichever request the system refuses, alone or with all that follow, the operation fails with the code for it and
-// leaves everything as it was, and the next call works.
+// Whichever request the system refuses, alone or with all that follow, the operation fails with the code for it.
 TEST(FaultSweep, EveryRequestToTheSystem) {
   for (const Case &one : Table(KETRA_OUTSIDE_CALLS).cases()) {
     const Operation &operation = operations().at(one.operation);
@@ -319,18 +376,16 @@ TEST(FaultSweep, EveryRequestToTheSystem) {
         Stage stage(one.input);
         Err err;
         ASSERT_EQ(operation.prepare(stage, err), 0);
-        const std::string stored = operation.objid == nullptr ? "" : stage.extensions.stored(*operation.objid);
+        const State before(stage);
+        const Live live;
         requests = {.made = 0, .refuseFrom = refused, .refuseTo = isLasting ? INT_MAX : refused};
         const int32_t result = operation.run(stage, err);
         reached = requests.made >= refused;
         requests.refuseFrom = 0;
         EXPECT_EQ(result, reached ? -1 : 0) << err.text();
-        if (reached) {
-          EXPECT_TRUE(err.code() == AsnError_OutOfMemory || err.code() == AsnMemError_OutOfMemory) << err.text();
-          EXPECT_EQ(operation.objid == nullptr ? "" : stage.extensions.stored(*operation.objid), stored);
-          EXPECT_TRUE(stage.holdsOldNameOrNone());
-        }
-        EXPECT_EQ(operation.run(stage, nullptr), 0);
+        if (!reached) break;
+        EXPECT_TRUE(err.code() == AsnError_OutOfMemory || err.code() == AsnMemError_OutOfMemory) << err.text();
+        expectRefused(operation, stage, err, before, live);
       }
     }
   }
