@@ -1,9 +1,7 @@
 // Hostile and borderline values with verdicts, read in every way: those of tests/data/odd_values.tsv, and a longer list
 // where it is at hand, a tab-separated file of id, type, hex, verdicts as BER, as DER and of the library.
 
-#include <algorithm>
 #include <fstream>
-#include <sstream>
 
 #include "library/reading.h"
 
@@ -12,34 +10,11 @@ namespace {
 
 // "24*100+0400", and "nest:TAG*DEPTH:INNER" for constructed encodings of definite length inside each other.
 Octets build(const std::string &hex) {
-  Octets octets;
-  std::istringstream pieces(hex);
-  for (std::string piece; std::getline(pieces, piece, '+');) {
-    Octets part;
-    if (piece.starts_with("nest:")) {
-      const std::size_t star = piece.find('*');
-      const std::size_t colon = piece.find(':', star);
-      const auto tag = fromHex(piece.substr(5, star - 5)).at(0);
-      part = fromHex(piece.substr(colon + 1));
-      std::reverse(part.begin(), part.end());
-      for (int depth = std::stoi(piece.substr(star + 1)); depth > 0; --depth) {
-        std::size_t length = part.size();
-        const bool isShort = length < 0x80;
-        uint8_t count = 0;
-        do {
-          part.push_back(static_cast<uint8_t>(length));
-          ++count;
-        } while ((length >>= 8) != 0);
-        if (!isShort) part.push_back(static_cast<uint8_t>(0x80 | count));
-        part.push_back(tag);
-      }
-      std::reverse(part.begin(), part.end());
-    } else {
-      part = fromHex(piece);
-    }
-    octets.insert(octets.end(), part.begin(), part.end());
-  }
-  return octets;
+  const std::size_t nest = hex.find("nest:");
+  if (nest == std::string::npos) return fromHex(hex);
+  const std::size_t colon = hex.find(':', nest + 5);
+  return fromHex(hex.substr(0, nest)) +
+         wrapped(fromHex(hex.substr(nest + 5, colon - nest - 5)), fromHex(hex.substr(colon + 1)));
 }
 
 // Whether one way to read answers as the verdicts say: of the library, and as DER. Whatever it answers, it is a clean

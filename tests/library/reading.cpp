@@ -1,6 +1,6 @@
 #include "library/reading.h"
 
-#include <map>
+#include <algorithm>
 
 #include "ketra.hpp"
 #include "library/outside_operations.h"
@@ -109,8 +109,8 @@ std::vector<Way> waysOf(const Type &type) {
 int32_t readGeneralName(const Octets &octets, AsnErrorBlock *err) {
   GenName name;
   if (name.setPdu(octets, true, err) != 0) return -1;
-  EXPECT_NE(name.der(), "empty");
-  return 0;
+  AsnEncodedData der{};
+  return X509GenNameObjectGetPduDER(name, &der, err);
 }
 
 int32_t readName(const Octets &octets, AsnErrorBlock *err) {
@@ -142,7 +142,7 @@ std::vector<Way> waysOfGeneralName() {
       {"X509GenNameObjectSetPduDER", Kind::Der,
        [](const Octets &octets, AsnErrorBlock *err) { return GenName().setPdu(octets, false, err); }},
   };
-  static const std::pair<const char *, std::vector<uint8_t>> kHolders[] = {
+  static const std::pair<const char *, Octets> kHolders[] = {
       {"subjectAltName", {0x30}},
       {"issuerAltName", {0x30}},
       {"certificateIssuer", {0x30}},
@@ -167,8 +167,18 @@ std::vector<Way> waysOfGeneralName() {
 
 }  // namespace
 
-Octets wrapped(const std::vector<uint8_t> &tags, Octets content) {
-  for (auto tag = tags.rbegin(); tag != tags.rend(); ++tag) content = tlv(*tag, content);
+Octets wrapped(const Octets &tags, Octets content) {
+  std::reverse(content.begin(), content.end());  // headers are appended
+  for (auto tag = tags.rbegin(); tag != tags.rend(); ++tag) {
+    const std::size_t length = content.size();
+    uint8_t count = 0;
+    for (std::size_t rest = length; count == 0 || rest > 0; rest >>= 8, ++count) {
+      content.push_back(static_cast<uint8_t>(rest));
+    }
+    if (length >= 0x80) content.push_back(static_cast<uint8_t>(0x80 | count));
+    content.push_back(*tag);
+  }
+  std::reverse(content.begin(), content.end());
   return content;
 }
 
@@ -177,10 +187,11 @@ Octets wholeExtensions(const Objid &objid, const Octets &value) {
   return wrapped({0x30, 0x30}, identifier + tlv(0x04, value));
 }
 
-std::vector<std::string> extensionTypes() {
-  std::vector<std::string> names;
-  for (const Type &type : kTypes) names.emplace_back(type.name);
-  return names;
+std::map<std::string, Octets> sampleValues() {
+  const Stage stage("");
+  std::map<std::string, Octets> samples;
+  for (const Type &type : kTypes) samples[type.name] = fromHex(stage.extensions.stored(type.objid));
+  return samples;
 }
 
 const std::vector<Way> &waysToRead(const std::string &type) {

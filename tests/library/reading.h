@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -26,10 +27,11 @@ struct Way {
 // Types are named as ASN.1 names them, "subjectAltName"; besides extensions there are "GeneralName", by itself and
 // inside each extension that holds names, and "Name".
 const std::vector<Way> &waysToRead(const std::string &type);
-std::vector<std::string> extensionTypes();
+// An ordinary value of each extension.
+std::map<std::string, Octets> sampleValues();
 
-// Encodings inside each other, `tags` from the outside in.
-Octets wrapped(const std::vector<uint8_t> &tags, Octets content);
+// Encodings inside each other in DER, `tags` from the outside in.
+Octets wrapped(const Octets &tags, Octets content);
 // An Extensions SEQUENCE of this one.
 Octets wholeExtensions(const Objid &objid, const Octets &value);
 
