@@ -298,6 +298,22 @@ TEST(FaultSweep, EveryOutsideCallAndTheCleanUpAfterIt) {
   outside.cleanUpFails = false;
 }
 
+// A DER encoding takes the place of a BER one only when all of its making has succeeded.
+TEST(FaultSweep, FailedEncodingKeepsTheOldOne) {
+  const Octets ber = fromHex("82 81 01 61");
+  const Operation get{
+      [](Stage &stage, AsnErrorBlock *err) { return X509GenNameObjectGetPduDER(stage.object, &stage.encoding, err); }};
+  for (int failAt = 1; failAt <= 6; ++failAt) {
+    SCOPED_TRACE(failAt);
+    Stage stage("dNSName");
+    Err err;
+    ASSERT_EQ(stage.object.setPdu(ber), 0);
+    EXPECT_EQ(runArmed(get, stage, err, failAt), -1);
+    EXPECT_EQ(stage.object.ber(), toHex(ber)) << outside.calls.back();
+    EXPECT_EQ(stage.object.der(), "82 01 61");
+  }
+}
+
 TEST(FaultSweep, NullExtensionsObject) {
   Stage stage("");
   for (const auto &[name, operation] : operations()) {
