@@ -1,5 +1,7 @@
 // Hostile inputs that are too large for a list: read in every way, in time and memory proportional to their length.
 
+#include <pthread.h>
+
 #include <algorithm>
 #include <ctime>
 #include <iostream>
@@ -165,6 +167,26 @@ TEST(HostileLengths, AtEveryPlace) {
 }
 
 #ifndef KETRA_SANITIZED
+// However deep an input is: the little that a thread may have is enough.
+TEST(HostileStack, IsSmall) {
+  constexpr std::size_t kStack = 128 << 10;
+  const auto readDeep = [](void *) -> void * {
+    for (const auto &row : rowsOf(KETRA_HOSTILE_INPUTS)) {
+      if (row.at(1).find("nested") == std::string::npos) continue;
+      const Octets octets = build(row.at(2));
+      for (const Way &way : waysToRead(row.at(0))) costOf(way, octets);
+    }
+    return nullptr;
+  };
+  pthread_attr_t attributes;
+  pthread_t thread = 0;
+  ASSERT_EQ(pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, kStack), 0);
+  ASSERT_EQ(pthread_create(&thread, &attributes, readDeep, nullptr), 0);
+  ASSERT_EQ(pthread_join(thread, nullptr), 0);
+  ASSERT_EQ(pthread_attr_destroy(&attributes), 0);
+}
+
 // Work memory grows by doubling: what lies just behind a step costs most.
 TEST(HostileMemory, AtEveryStageOfGrowth) {
   if (!isMeasurable()) GTEST_SKIP() << "another malloc than the test's own";
