@@ -27,6 +27,16 @@ Octets build(const std::string &recipe) {
          wrapped(fromHex(recipe.substr(tags, around - tags)), build(recipe.substr(around + 1)));
 }
 
+// A twentieth of a large one: enough where nothing is measured and everything takes longer.
+std::string reduced(std::string recipe) {
+  for (std::size_t star = 0; (star = recipe.find('*', star)) != std::string::npos; ++star) {
+    const unsigned long times = std::stoul(recipe.substr(star + 1));
+    if (times < 20000) continue;
+    recipe.replace(star + 1, std::to_string(times).size(), std::to_string(times / 20));
+  }
+  return recipe;
+}
+
 // ---- Measuring -----------------------------------------------------------------------------------------------------
 
 struct Cost {
@@ -98,7 +108,7 @@ TEST_P(HostileInputs, InEveryWay) {
   for (const auto &row : rowsOf(KETRA_HOSTILE_INPUTS)) {
     if (row.at(0) != GetParam()) continue;
     SCOPED_TRACE(row.at(1));
-    const Octets octets = build(row.at(2));
+    const Octets octets = build(isMeasured ? row.at(2) : reduced(row.at(2)));
     const auto size = static_cast<double>(octets.size());
     for (const Way &way : waysToRead(row.at(0))) {
       SCOPED_TRACE(way.name);
