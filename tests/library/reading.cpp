@@ -136,11 +136,23 @@ int32_t readName(const Octets &octets, AsnErrorBlock *err) {
   return result;
 }
 
+// As the one member of a list.
+int32_t readMember(const Octets &octets, AsnErrorBlock *err) {
+  const Exact list(wrapped({0x30}, octets));
+  Work work(schema::record(schema::Entry::GeneralNames), list.data());
+  const GenName name;
+  const Pool pool;
+  const X509GenNameChain node{nullptr, name};
+  if (work.decode(err) != 0) return -1;
+  return X509MUtilSgetGenNamesDER(pool, work.object, work.value, "", &node, err);
+}
+
 std::vector<Way> waysOfGeneralName() {
   std::vector<Way> ways = {
       {"X509GenNameObjectSetPduBER", Kind::Get, readGeneralName},
       {"X509GenNameObjectSetPduDER", Kind::Der,
        [](const Octets &octets, AsnErrorBlock *err) { return GenName().setPdu(octets, false, err); }},
+      {"X509MUtilSgetGenNamesDER", Kind::Der, readMember},
   };
   static const std::pair<const char *, Octets> kHolders[] = {
       {"subjectAltName", {0x30}},
