@@ -148,7 +148,7 @@ typedef struct AsnErrorBlock {
   X(AsnError_Absent, 0x02100013, "a required element is absent")                                     \
   X(AsnError_Value, 0x02100014, "a value that cannot be encoded")                                    \
   X(AsnError_Incomplete, 0x02100015, "a value lacks a mandatory component or an alternative")        \
-  X(AsnError_TooLong, 0x02100016, "an encoding would exceed 4294967295 octets")                      \
+  X(AsnError_TooLong, 0x02100016, "an encoding longer than its limit, 4294967295 octets at most")    \
   X(AsnError_Range, 0x02100017, "well formed, but beyond what the interface can carry")              \
   X(AsnError_NotDer, 0x02100018, "BER where DER lengths are required")                               \
   X(AsnError_Truncated, 0x02100020, "the encoding ends early or a length reaches beyond its bounds") \

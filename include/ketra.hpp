@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -35,6 +36,12 @@
 #include "face/usages.hpp"
 
 namespace ketra {
+
+// What a read may cost. Reading takes less than 250 octets of memory per octet of the value, results included; a list
+// of empty names comes near that, an ordinary value takes 10 to 30.
+struct ReadLimits {
+  std::size_t octets = std::numeric_limits<std::size_t>::max();  // of the value as it is stored
+};
 
 // One extension as it is stored, typed or not.
 struct RawExtension {
@@ -72,10 +79,15 @@ class Extensions {
   }
 
   // The extension of type T, or nothing when it is absent; one that cannot be read is an Error. Reading again and again
-  // does not grow the object; but a get that fails at a name leaves that name's octets in its memory, to its end.
+  // does not grow the object; but a get that fails at a name leaves that name's octets in its memory, to its end. A
+  // value beyond the limits is AsnError_TooLong and costs nothing.
   template <class T>
-  std::optional<T> get() const {
-    if (!contains<T>()) return std::nullopt;
+  std::optional<T> get(const ReadLimits &limits = {}) const {
+    const KetraExtension *const extension = search(ExtensionTraits<T>::objid());
+    if (extension == nullptr) return std::nullopt;
+    if (extension->value.length > limits.octets) {
+      detail::fail(AsnError_TooLong, "ketra::Extensions::get", "a value longer than the limit");
+    }
     T value;
     detail::run([&](AsnErrorBlock *err) { return ExtensionTraits<T>::get(handle(), value, err); });
     return value;

@@ -87,10 +87,13 @@ int32_t x509GenNameObjectEncode(bool ber, X509GenNameObject object, AsnErrorBloc
   const int32_t result = x509GenNameObjectSetParam(ber, object, work, value, err);
   if (op.failed(result, "Call x509GenNameObjectSetParam")) return abandon(work, value, result);
   const auto encode = ber ? AsnMUtilEncodeBER : AsnMUtilEncodeDER;
-  if (op.failed(encode(object->pool, work, value, "/", &object->pdu, err), "Call AsnMUtilEncodeXER")) {
+  AsnEncodedData encoding{nullptr, 0};
+  if (op.failed(encode(object->pool, work, value, "/", &encoding, err), "Call AsnMUtilEncodeXER")) {
     return abandon(work, value, -1);
   }
-  return closeAndDestroy(op, work, value);
+  if (closeAndDestroy(op, work, value) != 0) return -1;
+  object->pdu = encoding;
+  return 0;
 }
 
 int32_t x509GenNameObjectDecode(bool ber, X509GenNameObject object, AsnErrorBlock *err) {

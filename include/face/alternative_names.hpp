@@ -71,7 +71,8 @@ struct NameListTraits {
       return 0;
     } else {
       const WorkValue list(AsnType_SequenceOfAny, storedValue(object, objid()));
-      value.names = readNames(list, list.get());
+      SharedErrors errors;
+      value.names = readNames(list, list.get(), errors);
       return 0;
     }
   }

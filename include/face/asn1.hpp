@@ -6,6 +6,8 @@
 #include <iterator>
 #include <limits>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "contracts/asn1_schema.hpp"
 #include "face/base.hpp"
@@ -123,6 +125,17 @@ class WorkValue {
     const AsnEncodedData data = encoded(encoding);
     run([&](AsnErrorBlock *err) { return AsnOpenFromMem(object(), type, &data, &value_, err); });
     run([&](AsnErrorBlock *err) { return AsnDecode(object(), value_, 0, nullptr, err); });
+  }
+  // The same without an exception: nothing when it cannot be decoded, and why in `err`.
+  static std::optional<WorkValue> decoded(const AsnType *type, View encoding, AsnErrorBlock *err) {
+    WorkValue value;
+    const AsnEncodedData data = encoded(encoding);
+    AsnErrorReset(err);
+    if (AsnOpenFromMem(value.object(), type, &data, &value.value_, err) != 0 ||
+        AsnDecode(value.object(), value.value_, 0, nullptr, err) != 0) {
+      return std::nullopt;
+    }
+    return std::optional<WorkValue>(std::move(value));
   }
   // A new one, to be filled.
   explicit WorkValue(const AsnType *type) : WorkValue() {

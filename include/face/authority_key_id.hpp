@@ -69,7 +69,8 @@ inline void readAuthorityKeyId(View encoding, TolerantAuthorityKeyId &value) {
     value.keyIdentifier = readString(read, read.get(), "keyIdentifier");
   }
   if (AsnValue issuer = read.element(read.get(), "authorityCertIssuer")) {
-    value.authorityCertIssuer = readNames(read, issuer);
+    SharedErrors errors;
+    value.authorityCertIssuer = readNames(read, issuer, errors);
   }
   if (AsnValue serial = read.element(read.get(), "authorityCertSerialNumber")) {
     value.authorityCertSerialNumber = Integer::ofContent(read.octets(serial, "/"));

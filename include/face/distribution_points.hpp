@@ -146,26 +146,25 @@ class PointChain {
 };
 
 // A member of the list by itself.
-inline TolerantDistributionPoint readPoint(View encoding) try {
-  const WorkValue point(asn1::kPoint, encoding);
-  TolerantDistributionPoint read;
-  read.distributionPoint = readPointName(point, point.get());
-  read.reasons = readReasons(point, point.get(), "reasons");
-  AsnValue issuer = point.element(point.get(), "cRLIssuer");
-  if (issuer != nullptr) read.cRLIssuer = readNames(point, issuer);
-  return read;
-} catch (const Error &error) {
-  if (isOutOfMemory(error.code())) throw;
-  TolerantDistributionPoint unreadable;
-  unreadable.distributionPoint = TolerantFullName{{UnreadableName{encoding.copy(), error}}};
-  return unreadable;
-}
-
-inline void shareErrors(TolerantDistributionPoint &point, SharedErrors &errors) {
-  if (point.distributionPoint) {
-    if (auto *full = std::get_if<TolerantFullName>(&*point.distributionPoint)) errors.share(full->names);
+inline TolerantDistributionPoint readPoint(View encoding, SharedErrors &errors) {
+  const auto unreadable = [](UnreadableName name) {
+    TolerantDistributionPoint point;
+    point.distributionPoint = TolerantFullName{{std::move(name)}};
+    return point;
+  };
+  try {
+    AsnErrorBlock err;
+    const std::optional<WorkValue> point = WorkValue::decoded(asn1::kPoint, encoding, &err);
+    if (!point) return unreadable(errors.unreadable(encoding, err));
+    TolerantDistributionPoint read;
+    read.distributionPoint = readPointName(*point, point->get(), errors);
+    read.reasons = readReasons(*point, point->get(), "reasons");
+    AsnValue issuer = point->element(point->get(), "cRLIssuer");
+    if (issuer != nullptr) read.cRLIssuer = readNames(*point, issuer, errors);
+    return read;
+  } catch (const Error &error) {
+    return unreadable(errors.unreadable(encoding, error));
   }
-  if (point.cRLIssuer) errors.share(*point.cRLIssuer);
 }
 
 }  // namespace detail
@@ -197,8 +196,7 @@ struct ExtensionTraits<BasicCrlDistributionPoints<N>> {
       detail::SharedErrors errors;
       value.points.reserve(count);
       for (uint32_t i = 1; i <= count; ++i) {
-        value.points.push_back(detail::readPoint(list.octets(list.get(), detail::MemberPath(i).get())));
-        detail::shareErrors(value.points.back(), errors);
+        value.points.push_back(detail::readPoint(list.octets(list.get(), detail::MemberPath(i).get()), errors));
       }
     }
     return 0;

@@ -1,10 +1,13 @@
 // Lists of GeneralName: from and to the chains of the C interface, and read member by member.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -97,44 +100,58 @@ inline std::vector<GeneralName> namesIn(const X509GenNameChain *chain) {
   return names;
 }
 
-// One GeneralName (BER). Each has an object of its own, because an object keeps what it held before.
-inline NameOrError readName(View encoding) {
-  try {
-    const GeneralNameObject object = generalNameObject();
-    const AsnEncodedData data = encoded(encoding);
-    run([&](AsnErrorBlock *err) { return X509GenNameObjectSetPduBER(object.get(), &data, err); });
-    return nameIn(object.get());
-  } catch (const Error &error) {
-    if (isOutOfMemory(error.code())) throw;
-    return UnreadableName{encoding.copy(), error};
-  }
-}
-
 // Lets members that fail alike share one Error: in a list of a million bad ones it would cost far more than they do.
 class SharedErrors {
  public:
-  void share(NameOrError &name) {
-    if (auto *bad = std::get_if<UnreadableName>(&name)) {
-      bad->error = errors_.emplace(bad->error.what(), bad->error).first->second;
-    }
+  UnreadableName unreadable(View encoding, const Error &error) {
+    if (isOutOfMemory(error.code())) throw error;
+    return {encoding.copy(), errors_.emplace(error.what(), error).first->second};
   }
-  void share(std::vector<NameOrError> &names) {
-    for (NameOrError &name : names) share(name);
+  // Of one that failed as the block says; an Error is made only when it says something else than the block before.
+  UnreadableName unreadable(View encoding, const AsnErrorBlock &block) {
+    if (last_ && isLast(block)) return {encoding.copy(), *last_};
+    UnreadableName name = unreadable(encoding, Error(block));
+    last_ = name.error;
+    lastCode_ = block.code;
+    lastTrace_.assign(block.entries, block.entries + block.count);
+    return name;
   }
 
  private:
+  static bool isSame(const AsnTraceEntry &a, const AsnTraceEntry &b) {
+    return a.module == b.module && a.function == b.function && std::strcmp(a.message, b.message) == 0 &&
+           a.valueLength == 0 && b.valueLength == 0;
+  }
+  bool isLast(const AsnErrorBlock &block) const {
+    return block.code == lastCode_ &&
+           std::equal(lastTrace_.begin(), lastTrace_.end(), block.entries, block.entries + block.count, isSame);
+  }
+
   std::map<std::string, Error> errors_;
+  std::optional<Error> last_;
+  uint32_t lastCode_ = 0;
+  std::vector<AsnTraceEntry> lastTrace_;
 };
 
+// One GeneralName (BER). Each has an object of its own, because an object keeps what it held before.
+inline NameOrError readName(View encoding, SharedErrors &errors) try {
+  const GeneralNameObject object = generalNameObject();
+  const AsnEncodedData data = encoded(encoding);
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  if (X509GenNameObjectSetPduBER(object.get(), &data, &err) != 0) return errors.unreadable(encoding, err);
+  return nameIn(object.get());
+} catch (const Error &error) {
+  return errors.unreadable(encoding, error);
+}
+
 // The members of a list of open types, each by itself.
-inline std::vector<NameOrError> readNames(const WorkValue &value, AsnValue list) {
+inline std::vector<NameOrError> readNames(const WorkValue &value, AsnValue list, SharedErrors &errors) {
   const uint32_t count = value.count(list);
-  SharedErrors errors;
   std::vector<NameOrError> names;
   names.reserve(count);
   for (uint32_t i = 1; i <= count; ++i) {
-    names.push_back(readName(value.octets(list, MemberPath(i).get())));
-    errors.share(names.back());
+    names.push_back(readName(value.octets(list, MemberPath(i).get()), errors));
   }
   return names;
 }

@@ -105,7 +105,8 @@ struct ExtensionTraits<BasicIssuingDistributionPoint<N>> {
                detail::optional(point.c.indirectCRL)};
     } else {
       const detail::WorkValue point(detail::asn1::kIssuingPoint, detail::storedValue(object, objid()));
-      value = {detail::readPointName(point, point.get()), detail::readBoolean(point, "onlyContainsUserCerts"),
+      detail::SharedErrors errors;
+      value = {detail::readPointName(point, point.get(), errors), detail::readBoolean(point, "onlyContainsUserCerts"),
                detail::readBoolean(point, "onlyContainsCACerts"),
                detail::readReasons(point, point.get(), "onlySomeReasons"), detail::readBoolean(point, "indirectCRL")};
     }

@@ -95,13 +95,14 @@ inline std::optional<int32_t> readDistance(const WorkValue &subtree, const char 
 }
 
 // A member of a list by itself.
-inline TolerantGeneralSubtree readSubtree(View encoding) try {
-  const WorkValue subtree(asn1::kSubtree, encoding);
-  return {readName(subtree.octets(subtree.get(), "base")), readDistance(subtree, "minimum"),
-          readDistance(subtree, "maximum")};
+inline TolerantGeneralSubtree readSubtree(View encoding, SharedErrors &errors) try {
+  AsnErrorBlock err;
+  const std::optional<WorkValue> subtree = WorkValue::decoded(asn1::kSubtree, encoding, &err);
+  if (!subtree) return {errors.unreadable(encoding, err)};
+  return {readName(subtree->octets(subtree->get(), "base"), errors), readDistance(*subtree, "minimum"),
+          readDistance(*subtree, "maximum")};
 } catch (const Error &error) {
-  if (isOutOfMemory(error.code())) throw;
-  return {UnreadableName{encoding.copy(), error}};
+  return {errors.unreadable(encoding, error)};
 }
 
 inline std::optional<std::vector<TolerantGeneralSubtree>> readSubtrees(const WorkValue &value, const char *path) {
@@ -112,8 +113,7 @@ inline std::optional<std::vector<TolerantGeneralSubtree>> readSubtrees(const Wor
   subtrees.reserve(count);
   SharedErrors errors;
   for (uint32_t i = 1; i <= count; ++i) {
-    subtrees.push_back(readSubtree(value.octets(list, MemberPath(i).get())));
-    errors.share(subtrees.back().base);
+    subtrees.push_back(readSubtree(value.octets(list, MemberPath(i).get()), errors));
   }
   return subtrees;
 }

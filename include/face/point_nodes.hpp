@@ -145,13 +145,14 @@ inline std::optional<Reasons> readReasons(const WorkValue &value, AsnValue paren
   return reasonsIn(c);
 }
 
-inline std::optional<BasicDistributionPointName<NameOrError>> readPointName(const WorkValue &value, AsnValue point) {
+inline std::optional<BasicDistributionPointName<NameOrError>> readPointName(const WorkValue &value, AsnValue point,
+                                                                            SharedErrors &errors) {
   AsnValue element = value.element(point, "distributionPoint");
   if (element == nullptr) return std::nullopt;
   uint32_t choice = 0;
   run([&](AsnErrorBlock *err) { return AsnCalNumberOfChoice(value.object(), element, nullptr, &choice, err); });
   if (choice == X509DistributionPointName_FullName) {
-    return TolerantFullName{readNames(value, value.element(element, "fullName"))};
+    return TolerantFullName{readNames(value, value.element(element, "fullName"), errors)};
   }
   return RelativeName{attributesIn(value, value.element(element, "nameRelativeToCRLIssuer"))};
 }

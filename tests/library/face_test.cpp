@@ -53,6 +53,20 @@ TEST(Face, GetsReturnTheirMemory) {
   EXPECT_EQ(before, after);
 }
 
+TEST(Face, ReadLimits) {
+  ketra::Extensions extensions;
+  extensions.set(ketra::SubjectAltName{{ketra::dns("example")}}, false);
+  const std::size_t size = extensions.find<ketra::SubjectAltName>()->value.size();
+  EXPECT_TRUE(extensions.get<ketra::SubjectAltName>(ketra::ReadLimits{size}));
+  EXPECT_FALSE(extensions.get<ketra::IssuerAltName>(ketra::ReadLimits{0}));
+  try {
+    extensions.get<ketra::SubjectAltName>(ketra::ReadLimits{size - 1});
+    FAIL();
+  } catch (const ketra::Error &error) {
+    EXPECT_EQ(error.code(), static_cast<uint32_t>(AsnError_TooLong));
+  }
+}
+
 TEST(Face, ErrorsCarryCodeAndTrace) {
   ketra::Extensions extensions;
   extensions.set(ketra::ObjectIdentifier{2, 5, 29, 19}, true, ketra::Octets{0x30, 0x04, 0x01, 0x02, 0xFF, 0xFF});

@@ -3,6 +3,8 @@
 
 #include <climits>
 #include <fstream>
+#include <map>
+#include <set>
 #include <sstream>
 
 #include "library/outside_calls.h"
@@ -18,6 +20,7 @@ struct ExpectedCall {
   std::string name;
   std::vector<std::string> trace;  // when it fails
   int32_t result = -1;
+  std::string then;  // a clean-up call that follows besides the release of what was made
 };
 
 struct Case {
@@ -38,6 +41,7 @@ struct Line {
   std::string message;
   std::string recorder;   // whose entry it is, when not that of the line above
   std::string paragraph;  // where its own calls stand, when not below it
+  std::string then;
   bool silent = false;
   bool passes = false;
 
@@ -55,6 +59,7 @@ struct Line {
     }
     for (std::string word; words >> word;) {
       if (word == "as") std::getline(words >> std::ws, recorder);
+      if (word == "then") words >> then;
       silent = silent || word == "silent";
       passes = passes || word == "passes";
     }
@@ -111,7 +116,7 @@ class Table {
       if (!lines[i].paragraph.empty()) {
         append(lines[i].paragraph, trace, lines[i].name, calls);
       } else {
-        calls->push_back({lines[i].name, trace, lines[i].passes ? kInjectedResult : -1});
+        calls->push_back({lines[i].name, trace, lines[i].passes ? kInjectedResult : -1, lines[i].then});
       }
     }
   }
@@ -128,11 +133,43 @@ struct Live {
   bool operator==(const Live &) const = default;
 };
 
+// What an operation may change: the Extensions object with its pool, and nodes.
+struct Usage {
+  explicit Usage(AsnMemObject pool) { EXPECT_EQ(AsnMemObjectUsage(pool, &octets, &blocks, nullptr), 0); }
+  uint64_t octets = 0;
+  uint32_t blocks = 0;
+};
+struct State {
+  explicit State(const Stage &stage)
+      : pdu(stage.extensions.pdu()), usage(stage.extensions.pool()), nodes(stage.nodes()) {}
+  std::string pdu;
+  Usage usage;
+  std::vector<std::vector<Stage::Node>> nodes;
+};
+
+// What has become of each word of a node. The values of pointers differ from run to run.
+enum class Word : uint8_t { Untouched, Zero, Filled };
+std::vector<Word> changes(const Stage::Node &before, const Stage::Node &after) {
+  std::vector<Word> words;
+  for (std::size_t i = 0; i < before.size(); ++i) {
+    words.push_back(before[i] == after.at(i) ? Word::Untouched : after[i] == 0 ? Word::Zero : Word::Filled);
+  }
+  return words;
+}
+
+struct Run {
+  State before;
+  State after;
+  std::size_t encoded = 0;  // the length of the value that is stored afterwards
+};
+
 int32_t runArmed(const Operation &operation, Stage &stage, Err &err, int failAt) {
   outside.callers = err;
   outside.failAt = failAt;
   outside.calls.clear();
   outside.cleanUp.clear();
+  outside.owed.clear();
+  outside.openRoots.clear();
   outside.lookedUp.clear();
   outside.opened.clear();
   outside.lengthsOf.clear();
@@ -143,10 +180,11 @@ int32_t runArmed(const Operation &operation, Stage &stage, Err &err, int failAt)
   return result;
 }
 
-void expectSuccess(const Case &one, const Operation &operation) {
+Run expectSuccess(const Case &one, const Operation &operation) {
   Stage stage(one.input);
   Err err;
-  ASSERT_EQ(operation.prepare(stage, err), 0);
+  EXPECT_EQ(operation.prepare(stage, err), 0);
+  const State before(stage);
   EXPECT_EQ(runArmed(operation, stage, err, 0), 0) << err.text();
   std::vector<std::string> calls;
   for (const ExpectedCall &call : one.calls) calls.push_back(call.name);
@@ -158,45 +196,121 @@ void expectSuccess(const Case &one, const Operation &operation) {
   if (!outside.lengthsOf.empty()) {
     EXPECT_EQ(outside.lengthsOf, (std::vector<int32_t>{X509LengthOf_NameAssigner, X509LengthOf_PartyName}));
   }
+  const std::string stored = operation.objid == nullptr ? "" : stage.extensions.stored(*operation.objid);
+  return {before, State(stage), fromHex(stored).size()};
 }
 
-void expectFailure(const Case &one, const Operation &operation, int failAt) {
-  const ExpectedCall &call = one.calls.at(static_cast<std::size_t>(failAt) - 1);
-  SCOPED_TRACE(call.name + ", call " + std::to_string(failAt));
+// Of the extensions nothing has changed, unless it was the free behind the store that failed. A set leaves its encoding
+// in the pool once it has made one, and nothing else.
+void expectStored(const Case &one, std::size_t failed, const Run &success, const State &after) {
+  const ExpectedCall &call = one.calls[failed];
+  const bool isStored = call.trace.front() == "ketraObjectSsetExt: Call AsnMemObjectFree";
+  EXPECT_EQ(after.pdu, isStored ? success.after.pdu : success.before.pdu);
+  if (!one.operation.starts_with("KetraObjectSset")) return;
+  bool isOrphaned = false;
+  for (std::size_t i = 0; i < failed && !isStored; ++i) {
+    isOrphaned = isOrphaned || one.calls[i].trace.front() == one.operation + ": Call AsnMUtilEncodeDER" ||
+                 one.calls[i].trace.front() == one.operation + ": Call AsnMUtilCopyEncodedDataDER";
+  }
+  const Usage &rest = isStored ? success.after.usage : success.before.usage;
+  EXPECT_EQ(after.usage.blocks, rest.blocks + (isOrphaned ? 1 : 0));
+  EXPECT_EQ(after.usage.octets, rest.octets + (isOrphaned ? success.encoded : 0));
+}
+
+// Behind a node that is not filled as far as a success fills it, no node has changed.
+void expectInOrder(const Run &success, const State &before, const State &after) {
+  for (std::size_t chain = 0; chain < before.nodes.size(); ++chain) {
+    bool isFilled = true;
+    for (std::size_t i = 0; i < before.nodes[chain].size(); ++i) {
+      const auto changed = changes(before.nodes[chain][i], after.nodes[chain][i]);
+      if (!isFilled) {
+        EXPECT_EQ(changed, std::vector<Word>(changed.size())) << "chain " << chain << ", node " << i;
+      }
+      isFilled = isFilled && changed == changes(success.before.nodes[chain][i], success.after.nodes[chain][i]);
+    }
+  }
+}
+
+// Whatever was made is released once, by the call for it; only what frees memory may be called besides.
+void expectCleanUp(const ExpectedCall &call) {
+  std::multiset<std::string> owed;
+  for (const auto &[handle, release] : outside.owed) owed.insert(release);
+  if (!call.then.empty()) owed.insert(call.then);
+  std::multiset<std::string> made(outside.cleanUp.begin(), outside.cleanUp.end());
+  for (auto name = made.begin(); name != made.end();) {
+    const bool mayFree = name->find("Free") != std::string::npos || *name == "X509NameObjectDestroy";
+    name = mayFree && !owed.contains(*name) ? made.erase(name) : std::next(name);
+  }
+  EXPECT_EQ(made, owed);
+}
+
+void expectFailure(const Case &one, const Operation &operation, const Run &success, std::size_t failed) {
+  const ExpectedCall &call = one.calls[failed];
+  SCOPED_TRACE(call.name + ", call " + std::to_string(failed + 1));
   Stage stage(one.input);
   Err err;
   ASSERT_EQ(operation.prepare(stage, err), 0);
-  const std::string stored = operation.objid == nullptr ? "" : stage.extensions.stored(*operation.objid);
-  const Live before;
-  EXPECT_EQ(runArmed(operation, stage, err, failAt), call.result);
+  const Live live;
+  const State before(stage);
+  EXPECT_EQ(runArmed(operation, stage, err, static_cast<int>(failed) + 1), call.result);
   EXPECT_EQ(err.code(), kInjectedCode);
   EXPECT_EQ(err.trace(), call.trace);
-  EXPECT_EQ(outside.liveWorkObjects, before.workObjects);
+  if (!outside.cleanUpFails) expectCleanUp(call);
+  EXPECT_EQ(outside.liveWorkObjects, live.workObjects);
+  EXPECT_LE(outside.livePools, live.pools);
+  EXPECT_LE(outside.liveNames, live.names);
   for (const Objid *objid : outside.lookedUp) EXPECT_EQ(objid, operation.objid) << "the export itself is passed";
-  if (operation.objid != nullptr && call.name != "AsnMemObjectFree") {
-    EXPECT_EQ(stage.extensions.stored(*operation.objid), stored);
-  }
+  const State after(stage);
+  expectStored(one, failed, success, after);
+  expectInOrder(success, before, after);
   EXPECT_TRUE(stage.holdsOldNameOrNone());
   Err again;
   EXPECT_EQ(operation.run(stage, again), 0) << "the next call works: " << again.text();
 }
 
-TEST(FaultSweep, EveryOutsideCallOfEveryOperation) {
-  const std::vector<Case> cases = Table(KETRA_OUTSIDE_CALLS).cases();
-  const Live before;
-  for (const Case &one : cases) {
+void sweep() {
+  for (const Case &one : Table(KETRA_OUTSIDE_CALLS).cases()) {
     SCOPED_TRACE(one.operation + " " + one.input);
+    const Live before;
     const auto operation = operations().find(one.operation);
     ASSERT_NE(operation, operations().end());
-    expectSuccess(one, operation->second);
-    for (int failAt = 1; failAt <= static_cast<int>(one.calls.size()); ++failAt) {
-      expectFailure(one, operation->second, failAt);
+    const Run success = expectSuccess(one, operation->second);
+    for (std::size_t call = 0; call < one.calls.size(); ++call) {
+      expectFailure(one, operation->second, success, call);
     }
     EXPECT_EQ(Live(), before) << "everything is released";
   }
+}
+
+TEST(FaultSweep, EveryOutsideCallOfEveryOperation) {
+  sweep();
+  const std::vector<Case> cases = Table(KETRA_OUTSIDE_CALLS).cases();
   for (const auto &[name, operation] : operations()) {
     const auto isTested = [&, &wanted = name](const Case &one) { return one.operation == wanted; };
     EXPECT_TRUE(std::any_of(cases.begin(), cases.end(), isTested)) << name;
+  }
+}
+
+// Calls that clean up after the failure change neither result nor code nor trace when they fail themselves.
+TEST(FaultSweep, EveryOutsideCallAndTheCleanUpAfterIt) {
+  outside.cleanUpFails = true;
+  sweep();
+  outside.cleanUpFails = false;
+}
+
+// A DER encoding takes the place of a BER one only when all of its making has succeeded.
+TEST(FaultSweep, FailedEncodingKeepsTheOldOne) {
+  const Octets ber = fromHex("82 81 01 61");
+  const Operation get{
+      [](Stage &stage, AsnErrorBlock *err) { return X509GenNameObjectGetPduDER(stage.object, &stage.encoding, err); }};
+  for (int failAt = 1; failAt <= 6; ++failAt) {
+    SCOPED_TRACE(failAt);
+    Stage stage("dNSName");
+    Err err;
+    ASSERT_EQ(stage.object.setPdu(ber), 0);
+    EXPECT_EQ(runArmed(get, stage, err, failAt), -1);
+    EXPECT_EQ(stage.object.ber(), toHex(ber)) << outside.calls.back();
+    EXPECT_EQ(stage.object.der(), "82 01 61");
   }
 }
 
@@ -211,9 +325,63 @@ TEST(FaultSweep, NullExtensionsObject) {
   }
 }
 
+// A failure for want of memory leaves everything as it was, and the next call works.
+void expectRefused(const Operation &operation, Stage &stage, const Err &err, const State &before, const Live &live) {
+  EXPECT_FALSE(err.trace().empty());
+  EXPECT_EQ(stage.extensions.pdu(), before.pdu);
+  EXPECT_TRUE(stage.holdsOldNameOrNone());
+  EXPECT_EQ(outside.liveWorkObjects, live.workObjects);
+  EXPECT_EQ(operation.run(stage, nullptr), 0);
+}
+
+// Takes all that the pool can give without asking the system; returns what it holds then.
+uint64_t fillUp(AsnMemObject pool) {
+  void *memory = nullptr;
+  EXPECT_EQ(AsnMemObjectSetLimit(pool, 1, nullptr), 0);
+  for (uint32_t size = 16384; size >= 8; size -= std::max(8u, size / 64 * 8)) {
+    while (AsnMemObjectMalloc(pool, size, &memory, nullptr) == 0) continue;
+  }
+  uint64_t held = 0;  // at the first limit that lets it have one more block, it holds as much as that
+  do {
+    EXPECT_EQ(AsnMemObjectSetLimit(pool, held += 8, nullptr), 0);
+  } while (AsnMemObjectMalloc(pool, 8, &memory, nullptr) != 0);
+  return held;
+}
+
+// However little more a limit lets the pool have, until it is enough.
+TEST(FaultSweep, EveryLimitOfThePool) {
+  for (const Case &one : Table(KETRA_OUTSIDE_CALLS).cases()) {
+    const Operation &operation = operations().at(one.operation);
+    const bool isSet = one.operation.starts_with("KetraObjectSset");
+    const Live all;
+    uint64_t more = 0;
+    for (int32_t result = -1; result != 0; more += 8) {
+      SCOPED_TRACE(one.operation + " " + one.input + ", " + std::to_string(more) + " octets");
+      Stage stage(one.input);
+      Err err;
+      ASSERT_EQ(operation.prepare(stage, err), 0);
+      const State before(stage);
+      const Live live;
+      AsnMemObject pool = operation.objid == nullptr ? static_cast<AsnMemObject>(stage.pool) : stage.extensions.pool();
+      ASSERT_EQ(AsnMemObjectSetLimit(pool, fillUp(pool) + more, nullptr), 0);
+      const Usage usage(pool);
+      result = operation.run(stage, err);
+      ASSERT_EQ(AsnMemObjectSetLimit(pool, 0, nullptr), 0);
+      if (result == 0) break;
+      if (isSet) {
+        EXPECT_LE(Usage(pool).blocks, usage.blocks + 1) << "an encoding may stay";
+      }
+      EXPECT_EQ(result, -1);
+      EXPECT_EQ(err.code(), uint32_t{AsnMemError_Limit}) << err.text();
+      expectRefused(operation, stage, err, before, live);
+    }
+    EXPECT_TRUE(more > 0 || !isSet) << one.operation;
+    EXPECT_EQ(Live(), all) << one.operation;
+  }
+}
+
 #ifndef KETRA_SANITIZED  // a sanitizer brings its own malloc
-// Whichever request the system refuses, alone or with all that follow, the operation fails with the code for it and
-// leaves everything as it was, and the next call works.
+// Whichever request the system refuses, alone or with all that follow, the operation fails with the code for it.
 TEST(FaultSweep, EveryRequestToTheSystem) {
   for (const Case &one : Table(KETRA_OUTSIDE_CALLS).cases()) {
     const Operation &operation = operations().at(one.operation);
@@ -224,18 +392,16 @@ TEST(FaultSweep, EveryRequestToTheSystem) {
         Stage stage(one.input);
         Err err;
         ASSERT_EQ(operation.prepare(stage, err), 0);
-        const std::string stored = operation.objid == nullptr ? "" : stage.extensions.stored(*operation.objid);
+        const State before(stage);
+        const Live live;
         requests = {.made = 0, .refuseFrom = refused, .refuseTo = isLasting ? INT_MAX : refused};
         const int32_t result = operation.run(stage, err);
         reached = requests.made >= refused;
         requests.refuseFrom = 0;
         EXPECT_EQ(result, reached ? -1 : 0) << err.text();
-        if (reached) {
-          EXPECT_TRUE(err.code() == AsnError_OutOfMemory || err.code() == AsnMemError_OutOfMemory) << err.text();
-          EXPECT_EQ(operation.objid == nullptr ? "" : stage.extensions.stored(*operation.objid), stored);
-          EXPECT_TRUE(stage.holdsOldNameOrNone());
-        }
-        EXPECT_EQ(operation.run(stage, nullptr), 0);
+        if (!reached) break;
+        EXPECT_TRUE(err.code() == AsnError_OutOfMemory || err.code() == AsnMemError_OutOfMemory) << err.text();
+        expectRefused(operation, stage, err, before, live);
       }
     }
   }

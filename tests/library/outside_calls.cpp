@@ -19,7 +19,8 @@ bool fails(const char *name, AsnErrorBlock *err) {
   if (failedBefore) {
     EXPECT_NE(err, outside.callers) << name << " cleans up into the caller's block";
     outside.cleanUp.push_back(name);
-    return false;
+    if (outside.cleanUpFails && err != nullptr) err->code = kCleanUpCode;
+    return outside.cleanUpFails;
   }
   if (outside.answer.call.empty()) {
     EXPECT_EQ(err, outside.callers) << name;
@@ -30,20 +31,44 @@ bool fails(const char *name, AsnErrorBlock *err) {
   return true;
 }
 
+void owe(const void *handle, const char *release) {
+  if (outside.armed) outside.owed[handle] = release;
+}
+void settle(const void *handle) {
+  if (outside.cleanUp.empty()) outside.owed.erase(handle);
+}
+
 void opened(AsnObject object, const AsnType *type, AsnValue value) {
   if (!outside.armed) return;
   if (outside.opened.empty()) outside.opened = type->name;
-  outside.openRoots.emplace(object, value);
+  if (!outside.openRoots.emplace(object, value).second) owe(value, "AsnClose");
 }
 
 void closed(AsnObject object, AsnValue value) {
+  settle(value);
   const auto root = outside.openRoots.find(object);
   if (root != outside.openRoots.end() && root->second == value) outside.openRoots.erase(root);
 }
 
+void created(AsnObject object) {
+  owe(object, "AsnMUtilErrorFinishAsn");
+  ++outside.liveWorkObjects;
+}
+
 void released(AsnObject object) {
+  settle(object);
   outside.openRoots.erase(object);
   --outside.liveWorkObjects;
+}
+
+void created(AsnMemObject pool) {
+  owe(pool, "AsnMemObjectDestroy");
+  ++outside.livePools;
+}
+
+void released(AsnMemObject pool) {
+  settle(pool);
+  --outside.livePools;
 }
 
 // Whether this call is the one whose answer is replaced.
@@ -188,9 +213,9 @@ FREE(X509MUtilFreeDirStr, X509DirStr)
 FREE(X509MUtilFreeDirStrOpt, X509DirStrOpt)
 FREE(AsnMemObjectFree, const void)
 
-CALL(AsnMemObjectCreate, (AsnMemObject * m, AsnErrorBlock *err), (m, err), ++outside.livePools)
+CALL(AsnMemObjectCreate, (AsnMemObject * m, AsnErrorBlock *err), (m, err), ketra::test::created(*m))
 CALL(AsnMemObjectMalloc, (AsnMemObject m, uint32_t n, void **x, AsnErrorBlock *err), (m, n, x, err), NOTHING)
-RELEASE(AsnMemObjectDestroy, (AsnMemObject m, AsnErrorBlock *err), (m, err), --outside.livePools)
+RELEASE(AsnMemObjectDestroy, (AsnMemObject m, AsnErrorBlock *err), (m, err), ketra::test::released(m))
 
 CALL(X509MUtilCopyNameObject, (X509NameObject * n, X509NameObject source, AsnErrorBlock *err), (n, source, err),
      ++outside.liveNames)
@@ -214,7 +239,7 @@ CALL(KetraObjectSetExt, (KetraObject o, const KetraExtension *x, AsnErrorBlock *
 CALL(KetraObjectSearchExtpByObjid, (KetraObject o, const Objid *x, const KetraExtension **e, AsnErrorBlock *err),
      (o, x, e, err), if (outside.armed) outside.lookedUp.push_back(x))
 
-CALL(AsnObjectCreate, (AsnObject * o, AsnErrorBlock *err), (o, err), ++outside.liveWorkObjects)
+CALL(AsnObjectCreate, (AsnObject * o, AsnErrorBlock *err), (o, err), ketra::test::created(*o))
 CALL(AsnOpenNew, (AsnObject o, const AsnType *t, AsnValue *v, AsnErrorBlock *err), (o, t, v, err),
      ketra::test::opened(o, t, *v))
 CALL(AsnOpenFromMem, (AsnObject o, const AsnType *t, const AsnEncodedData *d, AsnValue *v, AsnErrorBlock *err),
@@ -233,5 +258,6 @@ extern "C" int32_t AsnMUtilErrorFinishAsn(AsnObject o, AsnValue v) {
     outside.cleanUp.push_back("AsnMUtilErrorFinishAsn");
   }
   ketra::test::released(o);
-  return next(o, v);
+  const int32_t result = next(o, v);
+  return outside.cleanUpFails ? ketra::test::kInjectedResult : result;
 }

@@ -13,6 +13,7 @@ namespace ketra::test {
 
 constexpr int32_t kInjectedResult = -77;
 constexpr uint32_t kInjectedCode = 0x7EA50FFF;
+constexpr uint32_t kCleanUpCode = 0x7EA50EEE;
 
 // Makes one call answer what the runtime never does; for an element, null.
 struct Answer {
@@ -25,8 +26,12 @@ struct OutsideCalls {
   bool armed = false;
   AsnErrorBlock *callers = nullptr;  // what every call up to the failure must be given, and none after it
   int failAt = 0;                    // 0: none
+  bool cleanUpFails = false;         // so does every call after that one
   std::vector<std::string> calls;    // up to the failure
   std::vector<std::string> cleanUp;  // after it
+  // Work objects, pools and values besides the first of a work object that were made and are left when a call fails,
+  // with the calls that release them.
+  std::map<const void *, std::string> owed;
   std::vector<const Objid *> lookedUp;
   std::string opened;                        // the type of the first value
   std::map<AsnObject, AsnValue> openRoots;   // the first value of each work object, while it is open

@@ -1,6 +1,7 @@
 #include "library/outside_operations.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "library/outside_calls.h"
@@ -22,6 +23,38 @@ std::string sampleFor(const std::string &input) {
 int32_t setName(const GenName &to, const GenName &from, AsnErrorBlock *err = nullptr) {
   const X509GenNameParam param = from.param();
   return X509GenNameObjectSetName(to, &param, err);
+}
+
+// What nobody has filled yet.
+template <class... Fields>
+void scribble(Fields &...fields) {
+  (std::memset(&fields, 0xA5, sizeof fields), ...);
+}
+
+void scribble(Structures &structures) {
+  for (auto &node : structures.attributes) scribble(node.type, node.value);
+  for (auto &[next, name, reasons, issuer] : structures.points) {
+    scribble(name.option, name.value.type, reasons, issuer.option);
+  }
+  for (auto &node : structures.subtrees) scribble(node.minimum, node.maximum);
+}
+
+void scribble(Chains &chains) {
+  for (auto &node : chains.qualifiers) scribble(node.policyQualifierId, node.qualifier);
+  for (auto &node : chains.mappings) scribble(node.issuerDomainPolicy, node.subjectDomainPolicy);
+  for (auto &node : chains.purposes) scribble(node.keyPurposeId);
+}
+
+template <class... Nodes>
+Stage::Node words(std::initializer_list<const GenName *> objects, const Nodes &...nodes) {
+  Stage::Node words;
+  for (const GenName *object : objects) words.push_back(object->hasName() ? 1 : 0);
+  [[maybe_unused]] const auto append = [&](const auto &node) {
+    words.resize(words.size() + sizeof node / sizeof(uint32_t));
+    std::memcpy(words.data() + words.size() - sizeof node / sizeof(uint32_t), &node, sizeof node);
+  };
+  (append(nodes), ...);
+  return words;
 }
 
 // An object that has its name as a parameter only and has to encode it.
@@ -79,6 +112,24 @@ Stage::Stage(const std::string &name)
   if (input != "empty") {
     EXPECT_EQ(source.setPdu(fromHex(held), false), 0);
   }
+  scribble(prepared);
+  scribble(preparedChains);
+}
+
+std::vector<std::vector<Stage::Node>> Stage::nodes() const {
+  const Structures &p = prepared;
+  const Chains &c = preparedChains;
+  const auto both = [](const auto &chain) { return std::vector{words({}, chain[0]), words({}, chain[1])}; };
+  return {
+      {words({&p.fullName.at(0)}), words({&p.fullName.at(1)})},
+      {words({&p.bases.at(0)}, p.subtrees[0]), words({&p.bases.at(1)}, p.subtrees[1])},
+      {words({&p.fullName.at(0), &p.fullName.at(1), &p.issuer.at(0)}, p.points[0]),
+       words({}, p.points[1], p.attributes[0], p.attributes[1])},
+      both(p.attributes),
+      both(c.qualifiers),
+      both(c.mappings),
+      both(c.purposes),
+  };
 }
 
 namespace {

@@ -59,6 +59,9 @@ struct Stage {
   const Decoded &point() const { return input == "fullName" ? fullName : relativeName; }
   X509DistributionPointName sampleName;
   X509DistributionPointNameOpt preparedName;
+  // What gets fill, chain by chain: the words of each node, and of each of its objects whether it holds a name.
+  using Node = std::vector<uint32_t>;
+  std::vector<std::vector<Node>> nodes() const;
   bool holdsOldNameOrNone() { return *object.handle() == nullptr || object.der() == held || object.der() == "empty"; }
   bool isFirst() const { return input.starts_with("first-"); }
 

@@ -43,6 +43,7 @@ class Names {
   X509GenNameChain *first() { return nodes_.empty() ? nullptr : nodes_.data(); }
   X509GenNameChain &node(std::size_t i) { return nodes_.at(i); }
   GenName &at(std::size_t i) { return names_.at(i); }
+  const GenName &at(std::size_t i) const { return names_.at(i); }
 
  private:
   std::deque<GenName> names_;

@@ -124,4 +124,12 @@ std::string Extensions::stored(const Objid &objid) const {
   return extension == nullptr ? "absent" : toHex(extension->value);
 }
 
+std::string Extensions::pdu() const {
+  AsnEncodedData encoding{};
+  EXPECT_EQ(KetraObjectGetPduDER(object_, &encoding, nullptr), 0);
+  const std::string hex = toHex(encoding);
+  EXPECT_EQ(AsnMemObjectFree(pool(), encoding.octets, nullptr), 0);
+  return hex;
+}
+
 }  // namespace ketra::test

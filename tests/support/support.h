@@ -86,6 +86,7 @@ class Extensions {
 
   void store(const Objid &objid, const Octets &value, int32_t critical = 0);
   std::string stored(const Objid &objid) const;  // hex, or "absent"
+  std::string pdu() const;                       // all of it, hex
   AsnMemObject pool() const { return object_->pool; }
 
  private:
