@@ -1,0 +1,164 @@
+// One encoded GeneralName, behind an octet that is not used: both rules, copies, and the road by the structured value
+// hold the same name. Then it is shown, parsed and compared as text.
+
+#include <algorithm>
+
+#include "read.hpp"
+#include "rewriting.hpp"
+
+namespace fuzz {
+namespace {
+
+using ketra::GeneralName;
+using ketra::detail::GeneralNameObject;
+
+using Get = int32_t (*)(X509GenNameObject, AsnEncodedData *, AsnErrorBlock *);
+using Set = int32_t (*)(X509GenNameObject, const AsnEncodedData *, AsnErrorBlock *);
+
+GeneralNameObject object() { return ketra::detail::generalNameObject(); }
+
+Octets octetsOf(const GeneralNameObject &name, Get get) {
+  AsnEncodedData encoding{};
+  require(codeOf([&](AsnErrorBlock *err) { return get(name.get(), &encoding, err); }) == 0, "a name has an encoding");
+  return ketra::detail::view(encoding).copy();
+}
+Octets der(const GeneralNameObject &name) { return octetsOf(name, X509GenNameObjectGetPduDER); }
+
+uint32_t setCode(const GeneralNameObject &name, View octets, Set set) {
+  const AsnEncodedData encoding = ketra::detail::encoded(octets);
+  return codeOf([&](AsnErrorBlock *err) { return set(name.get(), &encoding, err); });
+}
+
+X509GenNameParam parameterOf(const GeneralNameObject &name) {
+  X509GenNameParam parameter{};
+  require(codeOf([&](AsnErrorBlock *err) { return X509GenNameObjectGetName(name.get(), &parameter, err); }) == 0,
+          "a name has a parameter");
+  return parameter;
+}
+
+GeneralName nameOf(const GeneralNameObject &name) { return ketra::detail::nameIn(name.get()); }
+
+// ---- As text --------------------------------------------------------------------------------------------------------
+
+template <class T>
+void look(const T &) {}
+void look(const ketra::DirectoryName &name) {
+  require(name.name.matches(name.name), "a name matches itself");
+  require(!name.name.text().empty() || name.name.encode() == Octets{0x30, 0x00}, "a name has a text");
+  const ketra::Name shorter;
+  require(name.name.matches(shorter) == shorter.matches(name.name), "matching goes both ways");
+}
+void look(const ketra::DirectoryString &string) {
+  const std::string text = string.text();  // its characters were checked when it was read
+  const ketra::DirectoryString utf8 = ketra::DirectoryString::utf8(text);
+  require(utf8.text() == text, "text survives as UTF8String");
+}
+void look(const ketra::EdiPartyName &name) {
+  look(name.partyName);
+  if (name.nameAssigner) look(*name.nameAssigner);
+}
+void look(const ketra::IpAddress &address) {
+  const std::size_t size = address.octets.size();
+  const bool hasText = size == 4 || size == 8 || size == 16 || size == 32;
+  try {
+    const std::string text = address.text();
+    require(hasText, "other lengths have no text", text);
+    require(ketra::IpAddress::parse(text) == address, "an address survives as text", text);
+  } catch (const ketra::Error &error) {
+    require(!hasText, "an address has a text", error.what());
+  }
+}
+
+// ---- The roads ------------------------------------------------------------------------------------------------------
+
+void refused(const GeneralNameObject &name, View octets, Set set) {
+  const auto before = der(name);
+  require(setCode(name, octets, set) != 0, "a refused encoding is refused again");
+  AsnEncodedData encoding{};
+  const uint32_t code =
+      codeOf([&](AsnErrorBlock *err) { return X509GenNameObjectGetPduDER(name.get(), &encoding, err); });
+  require(code == KetraError_GetPduEmpty || (code == 0 && std::ranges::equal(ketra::detail::view(encoding), before)),
+          "after a failure an object holds its old name or none");
+}
+
+GeneralNameObject someName() {
+  GeneralNameObject name = object();
+  ketra::detail::setName(name.get(), ketra::dns("a"));
+  return name;
+}
+
+void copies(const GeneralNameObject &name, const GeneralName &value, const Octets &encoding) {
+  const GeneralNameObject copy = someName();
+  require(codeOf([&](AsnErrorBlock *err) { return X509GenNameObjectCopy(copy.get(), name.get(), err); }) == 0,
+          "a name can be copied");
+  require(nameOf(copy) == value && der(copy) == encoding, "a copy is the same");
+
+  X509GenNameObject other = nullptr;
+  require(codeOf([&](AsnErrorBlock *err) { return X509MUtilCopyGenNameObject(&other, name.get(), err); }) == 0,
+          "a name can be copied to a new object");
+  const GeneralNameObject owner(other);
+  require(der(owner) == encoding && nameOf(owner) == value, "a new copy is the same");
+
+  const char *path = nullptr;
+  const uint32_t kind = parameterOf(name).type;
+  require(codeOf([&](AsnErrorBlock *err) { return X509MUtilGetPathOfGenName(kind, &path, err); }) == 0,
+          "a kind has a path");
+}
+
+void byParameter(const GeneralNameObject &name, const GeneralName &value, const Octets &encoding) {
+  const GeneralNameObject other = someName();
+  const X509GenNameParam parameter = parameterOf(name);
+  require(codeOf([&](AsnErrorBlock *err) { return X509GenNameObjectSetName(other.get(), &parameter, err); }) == 0,
+          "a parameter that was got can be set");
+  require(nameOf(other) == value && der(other) == encoding, "the parameter carries the name");
+
+  const X509GenNameParam own = parameterOf(other);
+  require(codeOf([&](AsnErrorBlock *err) { return X509GenNameObjectSetName(other.get(), &own, err); }) == 0,
+          "an object takes its own parameter");
+  require(der(other) == encoding, "its own parameter carries the name");
+}
+
+void accepted(const GeneralNameObject &name, View octets) {
+  const GeneralName value = nameOf(name);
+  require(std::ranges::equal(octetsOf(name, X509GenNameObjectGetPduBER), octets), "BER returns what is stored");
+  std::visit([](const auto &kind) { look(kind); }, value);
+
+  // The view of the encoding goes when the name is encoded anew.
+  const Octets encoding = der(name);
+  const Rewriting rewriting = compare("generalName", octets, encoding);
+  require(rewriting != Rewriting::unlawful, "a name changes by the rules only");
+  const GeneralNameObject again = object();
+  require(setCode(again, encoding, X509GenNameObjectSetPduBER) == 0, "what was written can be read");
+  require(der(again) == encoding, "what was written is written again");
+  // An ORAddress stands in the value as it came, until it is written.
+  const bool isSame = rewriting == Rewriting::identical || !std::holds_alternative<ketra::X400Address>(value);
+  if (isSame) require(nameOf(again) == value, "what was written reads as the same name");
+
+  copies(name, value, encoding);
+  byParameter(name, value, encoding);
+}
+
+}  // namespace
+}  // namespace fuzz
+
+int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size) {
+  using namespace fuzz;
+  if (size == 0) return 0;
+  const View octets(data + 1, size - 1);
+  const GeneralNameObject ber = object();
+  const GeneralNameObject strict = object();
+  const uint32_t berCode = setCode(ber, octets, X509GenNameObjectSetPduBER);
+  const uint32_t derCode = setCode(strict, octets, X509GenNameObjectSetPduDER);
+  if (berCode != 0) {
+    require(derCode != 0, "DER takes nothing that BER refuses");
+    refused(someName(), octets, X509GenNameObjectSetPduBER);
+    return 0;
+  }
+  if (derCode == 0) {
+    require(nameOf(strict) == nameOf(ber), "both rules read the same name");
+  } else {
+    refused(someName(), octets, X509GenNameObjectSetPduDER);
+  }
+  accepted(ber, octets);
+  return 0;
+}
