@@ -75,7 +75,7 @@ void readBoth(const Extensions &free, const Extensions &bounded) {
 
 void readTyped(const Extensions &free, const Extensions &bounded) {
   for (std::size_t i = 0; i < kTypes; ++i) {
-    withType(i, [&]<class T>() {
+    withType(i, [&]<class T, std::size_t>() {
       const std::optional<ketra::RawExtension> raw = free.find<T>();
       checkCritical(free, i, raw);
       if (!raw) {

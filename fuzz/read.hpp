@@ -34,12 +34,12 @@ using Types = std::tuple<ketra::AuthorityKeyId, ketra::SubjectKeyId, ketra::KeyU
 inline constexpr std::size_t kTypes = std::tuple_size_v<Types>;
 static_assert(kTypes == 21);
 
-// Calls call.template operator()<T>() for the type at an index.
+// Calls call.template operator()<T, index>() for the type at an index.
 template <class Call>
 void withType(std::size_t index, const Call &call) {
   [&]<std::size_t... i>(std::index_sequence<i...>) {
     static_cast<void>(
-        ((i == index ? (call.template operator()<std::tuple_element_t<i, Types>>(), true) : false) || ...));
+        ((i == index ? (call.template operator()<std::tuple_element_t<i, Types>, i>(), true) : false) || ...));
   }
   (std::make_index_sequence<kTypes>());
 }
@@ -73,6 +73,16 @@ uint32_t codeOf(const Call &call) {
   if (result == -1) return failure(ketra::Error(err)).code;
   require(err.code == 0 && err.count == 0, "success leaves no error");
   return 0;
+}
+
+// Runs one that has to succeed.
+template <class Call>
+void succeed(const char *property, const Call &call) {
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  const int32_t result = call(&err);
+  require(result == 0, property, result == 0 ? "" : ketra::Error(err).what());
+  require(err.code == 0 && err.count == 0, "success leaves no error");
 }
 
 template <class T>

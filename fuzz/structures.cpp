@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "read.hpp"
+#include "tlv.hpp"
 
 namespace fuzz {
 namespace {
@@ -289,7 +290,10 @@ void sortSets(ketra::CrlDistributionPoints &value) {
 }
 void sortSets(ketra::IssuingDistributionPoint &value) { sortSets(value.distributionPoint); }
 void sortSets(ketra::SubjectDirectoryAttributes &value) {
-  for (ketra::Attribute &each : value.attributes) std::ranges::sort(each.values);
+  for (ketra::Attribute &each : value.attributes) {
+    for (Octets &octets : each.values) octets = withDerLengths(octets);  // the octets of odd values may be BER
+    std::ranges::sort(each.values);
+  }
 }
 
 template <class T>
@@ -324,6 +328,6 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size) {
   using namespace fuzz;
   if (size < 2) return 0;
   Input in({data + 2, size - 2}, data[0] % 2 != 0);
-  withType(data[1] % kTypes, [&]<class T>() { setAndGet<T>(in); });
+  withType(data[1] % kTypes, [&]<class T, std::size_t>() { setAndGet<T>(in); });
   return 0;
 }

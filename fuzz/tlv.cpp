@@ -126,8 +126,42 @@ Octets write(const std::vector<Tlv> &row) {
   return octets;
 }
 
+namespace {
+
+bool isWellFormed(const Tlv &tlv, int depth) {
+  const uint8_t number = tlv.tag[0] & 0x1F;
+  if ((tlv.tag[0] & ~0x20) == 0 || depth > ASN_MAX_NESTING) return false;
+  // X.690 8.1.2.4: the long form begins with 31, its first octet is not 80.
+  if (number == 0x1F && (tlv.tag[1] == 0x80 || (tlv.tag.size() == 2 && tlv.tag[1] < 0x1F))) return false;
+  return tlv.isConstructed() == tlv.hasMembers &&
+         std::ranges::all_of(tlv.members, [&](const Tlv &each) { return isWellFormed(each, depth + 1); });
+}
+
+}  // namespace
+
+bool isWellFormed(View octets) {
+  const std::optional<Tlv> tlv = parseOne(octets);
+  return tlv && isWellFormed(*tlv, 0);
+}
+
 bool hasDerLengths(const Tlv &tlv) {
   return tlv.length == Tlv::Length::der && std::ranges::all_of(tlv.members, hasDerLengths);
+}
+
+namespace {
+
+void makeDer(Tlv &tlv) {
+  tlv.length = Tlv::Length::der;
+  std::ranges::for_each(tlv.members, makeDer);
+}
+
+}  // namespace
+
+Octets withDerLengths(View octets) {
+  std::optional<Tlv> tlv = parseOne(octets);
+  if (!tlv) return octets.copy();
+  makeDer(*tlv);
+  return write(*tlv);
 }
 
 Octets joined(const Tlv &string) {

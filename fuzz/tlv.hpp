@@ -31,8 +31,14 @@ std::optional<Tlv> parseOne(View octets);
 Octets write(const std::vector<Tlv> &row);
 inline Octets write(const Tlv &tlv) { return write(std::vector<Tlv>{tlv}); }
 
+// Whether the octets are one encoding whose constructed parts, down to the last, hold encodings. What an open type
+// holds is passed over by its length when it is read, but has to be this when it is written.
+bool isWellFormed(View octets);
+
 // Whether every length is in the form of DER (X.690 10.1).
 bool hasDerLengths(const Tlv &tlv);
+// The octets with such lengths, as far as they are well formed.
+Octets withDerLengths(View octets);
 
 // The octets of a string that may come in segments, one after the other.
 Octets joined(const Tlv &string);

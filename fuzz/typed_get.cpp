@@ -192,6 +192,6 @@ void get(View value) {
 
 int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size) {
   if (size == 0) return 0;
-  fuzz::withType(data[0] % fuzz::kTypes, [&]<class T>() { fuzz::get<T>({data + 1, size - 1}); });
+  fuzz::withType(data[0] % fuzz::kTypes, [&]<class T, std::size_t>() { fuzz::get<T>({data + 1, size - 1}); });
   return 0;
 }
