@@ -40,13 +40,31 @@ GeneralName nameOf(const GeneralNameObject &name) { return ketra::detail::nameIn
 
 // ---- As text --------------------------------------------------------------------------------------------------------
 
+// The same name, its letters in the other case.
+Octets otherCase(View name) {
+  constexpr uint8_t kStrings[] = {0x0C, 0x13, 0x14, 0x16};
+  Tlv tlv = *parseOne(name);
+  const auto change = [&](const auto &self, Tlv &each) -> void {
+    for (Tlv &member : each.members) self(self, member);
+    if (std::ranges::count(kStrings, each.tag[0]) == 0) return;
+    for (uint8_t &octet : each.content) {
+      if ((octet | 0x20) >= 'a' && (octet | 0x20) <= 'z') octet ^= 0x20;
+    }
+  };
+  change(change, tlv);
+  return write(tlv);
+}
+
 template <class T>
 void look(const T &) {}
 void look(const ketra::DirectoryName &name) {
   require(name.name.matches(name.name), "a name matches itself");
   require(!name.name.text().empty() || name.name.encode() == Octets{0x30, 0x00}, "a name has a text");
-  const ketra::Name shorter;
-  require(name.name.matches(shorter) == shorter.matches(name.name), "matching goes both ways");
+  const ketra::Name none;
+  const ketra::Name similar = ketra::Name::decode(otherCase(name.name.encode()));
+  for (const ketra::Name *other : {&none, &similar}) {
+    require(name.name.matches(*other) == other->matches(name.name), "matching goes both ways");
+  }
 }
 void look(const ketra::DirectoryString &string) try {
   const std::string text = string.text();

@@ -162,11 +162,26 @@ class Comparison {
       return true;
     }
     isLawful_ = true;
+    // First those that only moved: another may look like what has become of one of them.
+    std::vector<Tlv> rest;
     for (const Tlv &member : after) {
-      const auto found = std::ranges::find_if(before, [&](const Tlv &each) { return same(each, member, path); });
-      if (found == before.end()) return false;
-      before.erase(found);
+      if (!take(before, [&](const Tlv &each) { return isMoved(each, member, path); })) rest.push_back(member);
     }
+    return std::ranges::all_of(rest, [&](const Tlv &member) {
+      return take(before, [&](const Tlv &each) { return same(each, member, path); });
+    });
+  }
+
+  bool isMoved(const Tlv &before, const Tlv &after, const std::string &path) const {
+    Comparison comparison(type_);
+    return comparison.same(before, after, path) && !comparison.isLawful_;
+  }
+
+  template <class Test>
+  static bool take(std::vector<Tlv> &row, const Test &test) {
+    const auto found = std::ranges::find_if(row, test);
+    if (found == row.end()) return false;
+    row.erase(found);
     return true;
   }
 

@@ -155,6 +155,18 @@ void look(const ketra::SubjectDirectoryAttributes &value) {
   }
 }
 
+void look(const ketra::ExtKeyUsage &value) {
+  for (const ketra::ObjectIdentifier &each : value.purposes) {
+    const Objid objid = each.objid();
+    std::string text(each.text().size() + 1, '\0');
+    const auto size = static_cast<uint32_t>(text.size());
+    succeed("an identifier has a text",
+            [&](AsnErrorBlock *err) { return ObjidToText(&objid, text.data(), size, nullptr, err); });
+    text.pop_back();
+    require(text == each.text() && ketra::ObjectIdentifier::parse(text) == each, "an identifier survives as text");
+  }
+}
+
 void look(const ketra::InvalidityDate &value) {
   require(ketra::parseTime(ketra::timeText(value.date)) == value.date, "a time survives as text");
 }
