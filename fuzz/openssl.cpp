@@ -254,7 +254,10 @@ constexpr Settled kWeRefuse[] = {
     {"X.690 8.1.4: what is constructed holds encodings, in the values of a name too",
      [](const Case &c) { return says(c.ours.text, "directoryName") && !isWellFormed(c.octets); }},
     {"X.690 8.1.5: the tag of end-of-contents stands for no value",
-     [](const Case &c) { return c.ours.code == AsnError_EndOfContents; }},
+     [](const Case &c) {
+       return c.ours.code == AsnError_EndOfContents ||
+              (c.ours.code == AsnError_Component && says(c.ours.text, "0x0 is the tag of no"));
+     }},
     {"RFC 5280 5.2.5: a component [5] is of a later edition",
      [](const Case &c) { return c.ours.code == AsnError_Component && says(c.ours.text, "0x85 is the tag of no"); }},
     {"X.690 8.1.2.2: tags to 30 take one octet", [](const Case &c) { return c.ours.code == AsnError_Tag; }},
@@ -288,6 +291,11 @@ constexpr Settled kWeRefuse[] = {
 
 // What they refuse and we take.
 constexpr Settled kTheyRefuse[] = {
+    {"X.690 8.6.4: a BIT STRING in segments may have none",
+     [](const Case &c) {
+       return says(c.theirs, "BIT_STRING:string too short") && c.value &&
+              any(*c.value, [](const Tlv &tlv) { return tlv.isConstructed() && joined(tlv).empty(); });
+     }},
     {"X.690 8.1.3.5: a long length may begin with zeros, and be nothing else",
      [](const Case &c) {
        return says(c.theirs, "header too long") && c.value &&
