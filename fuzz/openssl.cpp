@@ -279,7 +279,7 @@ constexpr Settled kWeRefuse[] = {
     {"X.520 6.1: a DirectoryString has SIZE (1..MAX) characters",
      [](const Case &c) {
        return isOneOf(c.ours.code, {X509DirStrError_Length, X509DirStrError_Characters}) &&
-              says(c.ours.text, "ediPartyName");
+              says(c.ours.text, "EDIPartyName");
      }},
     {"X.690 8.10.1: lists are constructed",
      [](const Case &c) {
@@ -291,6 +291,8 @@ constexpr Settled kWeRefuse[] = {
 
 // What they refuse and we take.
 constexpr Settled kTheyRefuse[] = {
+    {"X.690 8.7.3: segments may come in segments; they follow five levels, of encodings thirty",
+     [](const Case &c) { return says(c.theirs, "nested asn1 string") || says(c.theirs, "nested too deep"); }},
     {"X.690 8.6.4: a BIT STRING in segments may have none",
      [](const Case &c) {
        return says(c.theirs, "BIT_STRING:string too short") && c.value &&
