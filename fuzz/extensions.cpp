@@ -1,0 +1,167 @@
+// A whole Extensions value behind an octet that sets how much memory its pool may take: it is walked, searched, read
+// typed, encoded and emptied. Under a limit everything says the same or that the limit is reached.
+
+#include "read.hpp"
+#include "rewriting.hpp"
+#include "tolerant.hpp"
+
+namespace fuzz {
+namespace {
+
+uint32_t decodeCode(const Extensions &extensions, View octets) {
+  const AsnEncodedData encoding = ketra::detail::encoded(octets);
+  return codeOf([&](AsnErrorBlock *err) { return KetraObjectSetPduBER(extensions.handle(), &encoding, err); });
+}
+
+void setLimit(const Extensions &extensions, uint64_t octets) {
+  AsnMemObject pool = nullptr;
+  require(KetraObjectGetMemObject(extensions.handle(), &pool, nullptr) == 0, "an object has a pool");
+  require(AsnMemObjectSetLimit(pool, octets, nullptr) == 0, "a pool takes a limit");
+}
+
+// The encoding, or the code of why there is none.
+std::variant<Octets, uint32_t> encodingOf(const Extensions &extensions) try {
+  return extensions.encode();
+} catch (const ketra::Error &error) {
+  return failure(error).code;
+}
+
+bool isSame(const ketra::RawExtension &a, const ketra::RawExtension &b) {
+  return a.objid == b.objid && a.critical == b.critical && a.value.copy() == b.value.copy();
+}
+
+using Criticality = int32_t (*)(KetraObject, int32_t *, AsnErrorBlock *);
+// In the order of Types.
+constexpr Criticality kCriticality[kTypes] = {nullptr,
+                                              nullptr,
+                                              KetraObjectSgetKeyUsageCritical,
+                                              KetraObjectSgetExtKeyUsageCritical,
+                                              nullptr,
+                                              KetraObjectSgetCertPoliciesCritical,
+                                              KetraObjectSgetSubjectAltNameCritical,
+                                              KetraObjectSgetIssuerAltNameCritical,
+                                              KetraObjectSgetBasicConstraintsCritical,
+                                              nullptr,
+                                              nullptr,
+                                              nullptr,
+                                              KetraObjectSgetNameConstraintsCritical,
+                                              KetraObjectSgetPolicyConstraintsCritical,
+                                              nullptr,
+                                              nullptr,
+                                              nullptr,
+                                              KetraObjectSgetCRLDistributionPointsCritical};
+
+void checkCritical(const Extensions &extensions, std::size_t type, const std::optional<ketra::RawExtension> &raw) {
+  if (kCriticality[type] == nullptr) return;
+  int32_t critical = -1;
+  const uint32_t code =
+      codeOf([&](AsnErrorBlock *err) { return kCriticality[type](extensions.handle(), &critical, err); });
+  require(code == (raw ? 0 : KetraError_CriticalAbsent), "criticality is there when the extension is");
+  if (raw) require(critical == (raw->critical ? 1 : 0), "criticality is the stored one");
+}
+
+template <class T>
+bool isLimit(const Outcome<T> &outcome) {
+  const auto *failed = std::get_if<Failure>(&outcome);
+  return failed != nullptr && failed->code == AsnMemError_Limit;
+}
+
+template <class T>
+void readBoth(const Extensions &free, const Extensions &bounded) {
+  const Outcome<T> outcome = read<T>(free);
+  const Outcome<T> limited = readOnce<T>(bounded);
+  require(limited == outcome || isLimit<T>(limited), "under a limit a read says the same, or names the limit");
+}
+
+void readTyped(const Extensions &free, const Extensions &bounded) {
+  for (std::size_t i = 0; i < kTypes; ++i) {
+    withType(i, [&]<class T, std::size_t>() {
+      const std::optional<ketra::RawExtension> raw = free.find<T>();
+      checkCritical(free, i, raw);
+      if (!raw) {
+        const Outcome<T> absent = readOnce<T>(free);
+        require(std::holds_alternative<Failure>(absent) && std::get<Failure>(absent).code == KetraError_ExtensionAbsent,
+                "an absent extension is called absent");
+        return;
+      }
+      readBoth<T>(free, bounded);
+      using Tolerant = typename TolerantForm<T>::type;
+      if constexpr (!std::is_void_v<Tolerant>) readBoth<Tolerant>(free, bounded);
+    });
+  }
+}
+
+void writeAndRead(const Extensions &extensions, View octets) {
+  const Octets encoding = extensions.encode();
+  require(compare("extensions", octets, encoding) != Rewriting::unlawful, "extensions change by the rules only");
+  const Extensions again = Extensions::decode(encoding);
+  require(again.size() == extensions.size(), "as many extensions come back");
+  for (uint32_t i = 0; i < again.size(); ++i) {
+    require(isSame(again.at(i), extensions.at(i)), "each extension comes back");
+  }
+  require(again.encode() == encoding, "what was written is written again");
+}
+
+void walk(const Extensions &extensions) {
+  for (const ketra::RawExtension &each : extensions) {
+    const std::optional<ketra::RawExtension> found = extensions.find(each.objid);
+    require(found && found->value.data() == each.value.data(), "search finds what the walk passes");
+  }
+}
+
+// From alternating ends.
+void empty(Extensions &extensions) {
+  for (uint32_t left = extensions.size(); left > 0; --left) {
+    const ketra::ObjectIdentifier objid = extensions.at(left % 2 == 0 ? 0 : left - 1).objid;
+    const std::optional<ketra::RawExtension> found = extensions.find(objid);
+    extensions.set(objid, !found->critical, found->value);  // replaced by its own octets
+    require(extensions.size() == left, "a replaced extension is not counted twice");
+    require(extensions.erase(objid) && !extensions.erase(objid), "an extension is erased once");
+    require(extensions.size() == left - 1 && !extensions.find(objid), "an erased extension is gone");
+  }
+  const auto none = encodingOf(extensions);
+  require(none == std::variant<Octets, uint32_t>(uint32_t{KetraObjectError_Empty}), "no extension, no encoding");
+}
+
+void unchanged(View octets) {
+  Extensions extensions;
+  extensions.set(ketra::BasicConstraints{true, 1}, true);
+  const Octets before = extensions.encode();
+  require(decodeCode(extensions, octets) != 0, "a refused value is refused again");
+  require(extensions.encode() == before, "a failure leaves an object unchanged");
+}
+
+}  // namespace
+}  // namespace fuzz
+
+int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size) {
+  using namespace fuzz;
+  if (size == 0) return 0;
+  constexpr uint64_t kStep = 64;
+  const View octets(data + 1, size - 1);
+  Extensions free;
+  Extensions bounded;
+  setLimit(bounded, data[0] * kStep);
+  const uint32_t code = decodeCode(free, octets);
+  const uint32_t boundedCode = decodeCode(bounded, octets);
+  require(boundedCode == code || boundedCode == AsnMemError_Limit, "a limit adds no error but its own");
+  if (code != 0) {
+    unchanged(octets);
+    return 0;
+  }
+  walk(free);
+  if (boundedCode == 0) {
+    readTyped(free, bounded);
+    const auto encoding = encodingOf(bounded);
+    require(encoding == encodingOf(free) || encoding == std::variant<Octets, uint32_t>(uint32_t{AsnMemError_Limit}),
+            "under a limit the encoding is the same, or the limit is named");
+    setLimit(bounded, 0);
+    readTyped(free, bounded);
+    empty(bounded);
+  } else {
+    require(bounded.size() == 0, "a failure leaves an object unchanged");
+    readTyped(free, free);
+  }
+  writeAndRead(free, octets);
+  return 0;
+}
