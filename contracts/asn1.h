@@ -219,8 +219,9 @@ KETRA_RUNTIME_API int32_t AsnClose(AsnObject object, AsnValue value, AsnErrorBlo
 /* ---- Elements ---------------------------------------------------------------------------------------------------- */
 
 /* Makes the element at the path and what is missing on the way; an existing element is returned as it is. Of list
- * members only number count + 1 can be made. Another alternative replaces the one a CHOICE holds. Values
- * that were decoded cannot be changed, and nothing is made in them (AsnError_State). */
+ * members only number count + 1 can be made, of elements ASN_MAX_NESTING in one call (AsnError_Nesting). Another
+ * alternative replaces the one a CHOICE holds. Values that were decoded cannot be changed, and nothing is made in them
+ * (AsnError_State). */
 KETRA_RUNTIME_API int32_t AsnMakeElement(AsnObject object, AsnValue value, const char *path, AsnValue *element,
                                          AsnErrorBlock *err);
 /* Finds an element; an absent one is success with a null element. */
@@ -237,7 +238,7 @@ KETRA_RUNTIME_API int32_t AsnCalNumberOfChoice(AsnObject object, AsnValue value,
  * segments has no such place and fails (AsnError_Kind). */
 KETRA_RUNTIME_API int32_t AsnCalAddressOfValFld(AsnObject object, AsnValue value, const char *path,
                                                 const uint8_t **address, uint32_t *length, AsnErrorBlock *err);
-/* The length that AsnGetEncodedDataDER or ...BER needs for the element, or ASN_ABSENT_LENGTH. */
+/* The length that AsnGetEncodedDataDER and ...BER need at most for the element, or ASN_ABSENT_LENGTH. */
 KETRA_RUNTIME_API int32_t AsnCalLengthOfValFld(AsnObject object, AsnValue value, const char *path, uint32_t *length,
                                                AsnErrorBlock *err);
 

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "runtime/asn1/access.h"
 #include "runtime/asn1/content.h"
 #include "runtime/asn1/encoder.h"
@@ -34,12 +36,15 @@ AsnOct requireDer(Call call, const Node *element, const AsnOct &encoding) {
 }  // namespace
 
 AsnOct encodingOf(Call call, Arena &arena, const Node *element, bool der) {
-  AsnOct encoding{element->content, element->length};
-  if (kindOf(element->record) != Kind::Open) {
-    encoding = element->encoding != nullptr ? AsnOct{element->encoding, element->encodingLength}
-                                            : encode(call, arena, element, der ? Rules::Der : Rules::Ber);
+  AsnOct encoding{};
+  if (kindOf(element->record) == Kind::Open) {
+    encoding = {element->content, element->length};
+  } else if (element->encoding != nullptr) {
+    encoding = {element->encoding, element->encodingLength};
+  } else {
+    return encode(call, arena, element, der ? Rules::Der : Rules::Ber);
   }
-  return der && encoding.octets != nullptr ? requireDer(call, element, encoding) : encoding;
+  return der ? requireDer(call, element, encoding) : encoding;
 }
 
 }  // namespace ketra::asn1
@@ -130,5 +135,9 @@ int32_t AsnCalLengthOfValFld(AsnObject object, AsnValue value, const char *path,
   const AsnOct encoding = encodingOf(call, object->arena, element, false);
   if (encoding.octets == nullptr) return -1;
   *length = encoding.length;
+  if (element->encoding != nullptr || !hasChildren(kindOf(element->record))) return 0;
+  // A built value may need more in DER: the end of an indefinite form is two octets, a length up to five.
+  const AsnOct der = encode({call.function, nullptr}, object->arena, element, Rules::Der);
+  if (der.octets != nullptr) *length = std::max(*length, der.length);
   return 0;
 }

@@ -86,15 +86,14 @@ struct Plan {
 };
 
 [[gnu::always_inline]] inline bool planStep(const Call &call, const AsnType *outer, const Found &place, uint32_t number,
-                                            Plan *plan) {
+                                            std::string_view step, Plan *plan) {
   if (place.element != nullptr) {
     plan->existing = place.element;
     return true;
   }
   const uint32_t members = plan->missing == 0 ? plan->existing->length : 0;
   if (isList(kindOf(outer)) && number - 1 != members) {
-    call.fail(AsnError_Path,
-              Text() << "member " << number << " cannot be made: " << nameOf(outer) << " has " << members);
+    call.fail(AsnError_Path, Text() << "member " << step << " cannot be made: " << nameOf(outer) << " has " << members);
     return false;
   }
   if (plan->missing == ASN_MAX_NESTING) {
@@ -114,8 +113,9 @@ struct Plan {
   for (;; ++at) {
     const AsnType *const outer = place.type;
     uint32_t number = 0;
+    const char *const start = at;
     at = takeStep(call, at, &place, &number);
-    if (at == nullptr || !planStep(call, outer, place, number, plan)) return false;
+    if (at == nullptr || !planStep(call, outer, place, number, {start, at}, plan)) return false;
     plan->type = place.type;
     if (*at == '\0') return true;
   }
