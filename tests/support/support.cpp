@@ -1,5 +1,7 @@
 #include "support/support.h"
 
+#include <cstdio>
+#include <cstring>
 #include <deque>
 #include <fstream>
 #include <sstream>
@@ -92,6 +94,17 @@ std::vector<std::string> Err::trace() const {
     entries.push_back(std::string(block.entries[i].function) + ": " + block.entries[i].message);
   }
   return entries;
+}
+
+std::string Err::innermost() const {
+  const auto &entry = block.entries[0];
+  char code[9];
+  std::snprintf(code, sizeof code, "%08X", block.code);
+  std::string text = std::string(code) + " " + trace().at(0);
+  int32_t value = 0;
+  if (entry.valueLength != sizeof value) return text;
+  std::memcpy(&value, entry.valueOctets, sizeof value);
+  return text + " [" + std::to_string(value) + "]";
 }
 
 void Work::open(const AsnType *type) {
