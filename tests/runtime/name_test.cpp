@@ -50,24 +50,20 @@ Octets cn(uint8_t tag, std::string_view value) { return attribute("55 04 03", tl
 Octets rdn(const Octets &members) { return tlv(0x31, members); }
 Octets one(const Octets &member) { return tlv(0x30, rdn(member)); }  // a name of one attribute
 
-TEST(NameObject, DerComesBackOctetForOctet) {
-  for (const Octets &octets : {fromHex("30 00"), fromHex(golden("name/multi-valued")), fromHex(golden("name/ia5")),
-                               one(attribute("2A 03", fromHex("30 03 02 01 05"))), one(cn(26, "A")), one(cn(12, "")),
-                               one(attribute("88 90 80 80 80 80 80 80 80 80 80 01", fromHex("05 00"))),
-                               one(cn(12, "\xFF")), one(cn(30, std::string(70000, 'x')))}) {
-    const Name name(octets);
-    EXPECT_EQ(name.der(), toHex(octets));
-  }
-}
-
-TEST(NameObject, NormalisesToDer) {
+TEST(NameObject, BecomesDer) {
   const Octets a = cn(12, "a");
   const Octets b = cn(12, "b");
   const Octets longer = cn(12, "aa");
-  Name name(one(longer + b + a));
-  EXPECT_EQ(name.der(), toHex(one(a + b + longer))) << "members of a SET OF in order";
-  ASSERT_EQ(name.set(fromHex("30 80 31 80 30 81 0C 06 03 55 04 03 2C 80 04 01 61 00 00 00 00 00 00")), 0);
-  EXPECT_EQ(name.der(), "30 0E 31 0C 30 0A 06 03 55 04 03 2C 03 04 01 61");
+  const std::pair<Octets, Octets> rows[] = {
+      {one(longer + b + a), one(a + b + longer)},  // members of a SET OF in order
+      {fromHex("30 80 31 80 30 81 0C 06 03 55 04 03 2C 80 04 01 61 00 00 00 00 00 00"), one(cn(0x2C, "\x04\x01\x61"))},
+  };
+  for (const auto &[ber, der] : rows) EXPECT_EQ(Name(ber).der(), toHex(der));
+  for (const Octets &der : {fromHex("30 00"), one(attribute("2A 03", fromHex("30 03 02 01 05"))), one(cn(12, "")),
+                            one(attribute("88 90 80 80 80 80 80 80 80 80 80 01", fromHex("05 00"))),
+                            one(cn(12, "\xFF")), one(cn(30, std::string(70000, 'x')))}) {
+    EXPECT_EQ(Name(der).der(), toHex(der));
+  }
 }
 
 TEST(NameObject, RefusesAndKeepsWhatItHas) {
@@ -90,7 +86,6 @@ TEST(NameObject, RefusesAndKeepsWhatItHas) {
     Err err;
     EXPECT_EQ(name.set(fromHex(row.hex), err), -1) << row.hex;
     EXPECT_EQ(err.code(), row.code) << row.hex << err.text();
-    EXPECT_EQ(err.block.count, 1u) << row.hex;
     EXPECT_EQ(name.der(), before) << row.hex;
   }
 }
@@ -99,14 +94,11 @@ TEST(NameObject, OwnOctetsAndCopies) {
   Name name(fromHex(golden("name/multi-valued")));
   const AsnEncodedData own = name.encoding();
   EXPECT_EQ(X509NameObjectSetPduBER(name, &own, nullptr), 0);
-  EXPECT_EQ(name.der(), golden("name/multi-valued"));
-  X509NameObject copy = nullptr;
-  ASSERT_EQ(X509MUtilCopyNameObject(&copy, name, nullptr), 0);
-  ASSERT_EQ(name.set(fromHex("30 00")), 0);
-  AsnEncodedData encoding{};
-  EXPECT_EQ(X509NameObjectGetPduDER(copy, &encoding, nullptr), 0);
-  EXPECT_EQ(toHex(encoding), golden("name/multi-valued"));
+  Name copy;
   EXPECT_EQ(X509NameObjectDestroy(copy, nullptr), 0);
+  ASSERT_EQ(X509MUtilCopyNameObject(&copy.name, name, nullptr), 0);
+  ASSERT_EQ(name.set(fromHex("30 00")), 0);
+  EXPECT_EQ(copy.der(), golden("name/multi-valued"));
   EXPECT_EQ(X509NameObjectDestroy(nullptr, nullptr), 0);
 }
 
@@ -119,14 +111,12 @@ TEST(NameObject, InElements) {
   const std::string wrapped = toHex(tlv(0xA4, fromHex(golden("name/ia5"))));
   EXPECT_EQ(built.encode(), wrapped);
   const auto get = [&](const Work &work, bool der, const char *path) {
-    Err err;
+    const auto function = der ? X509MUtilGetNameObjectDER : X509MUtilGetNameObjectBER;
     X509NameObject made = nullptr;
-    const int32_t result =
-        (der ? X509MUtilGetNameObjectDER : X509MUtilGetNameObjectBER)(pool, work.object, work.value, path, &made, err);
-    EXPECT_EQ(err.block.count, result == 0 ? 0u : 1u);
+    const uint32_t code = codeOf(function, pool, work.object, work.value, path, &made);
     AsnEncodedData encoding{};
-    EXPECT_EQ(X509NameObjectGetPduDER(made, &encoding, nullptr), result);
-    const std::string read = result == 0 ? toHex(encoding) : std::to_string(err.code());
+    EXPECT_EQ(X509NameObjectGetPduDER(made, &encoding, nullptr), code == 0 ? 0 : -1);
+    const std::string read = code == 0 ? toHex(encoding) : std::to_string(code);
     X509NameObjectDestroy(made, nullptr);
     return read;
   };

@@ -12,28 +12,26 @@ TEST(Setters, WriteGoldenOctets) {
     EXPECT_EQ(AsnSetIntDER(work.object, work.value, "/", number, nullptr), 0);
     return work.encode();
   };
-  EXPECT_EQ(integer(type("Int"), 0), golden("integer/0"));
-  EXPECT_EQ(integer(type("Int"), 127), golden("integer/127"));
-  EXPECT_EQ(integer(type("Int"), 128), golden("integer/128"));
-  EXPECT_EQ(integer(type("Int"), -128), golden("integer/-128"));
-  EXPECT_EQ(integer(type("Int"), -129), golden("integer/-129"));
-  EXPECT_EQ(integer(type("Int"), INT32_MIN), golden("integer/least"));
+  for (const int32_t number : {0, 127, 128, -128, -129, INT32_MIN}) {
+    const std::string name = number == INT32_MIN ? "least" : std::to_string(number);
+    EXPECT_EQ(integer(type("Int"), number), golden("integer/" + name));
+  }
   EXPECT_EQ(integer(type("Enum"), 8), golden("enumerated/8"));
 
-  const auto octets = [](const AsnType *schema, const Octets &content) {
+  // clang-format off
+  const std::tuple<const AsnType *, const char *, const char *> strings[] = {
+      {type("Utf8"), "61 C3 A4", "string/utf8"}, {type("Printable"), "41 42", "string/printable"},
+      {type("Ia5"), "61 40", "string/ia5"}, {type("Bmp"), "00 41", "string/bmp"},
+      {type("Universal"), "00 00 00 41", "string/universal"}, {type("Teletex"), "41", "string/teletex"},
+      {type("IntString"), "00 FF EE DD CC BB AA 99 88", "integer/9-octets"}, {type("Oct"), "AA*128", "octets/128"}};
+  // clang-format on
+  for (const auto &[schema, hex, row] : strings) {
     Work work(schema);
+    const Octets content = fromHex(hex);
     const AsnOct value{content.data(), static_cast<uint32_t>(content.size())};
     EXPECT_EQ(AsnSetOctBER(work.object, work.value, "", &value, nullptr), 0);
-    return work.encode(false);
-  };
-  EXPECT_EQ(octets(type("Utf8"), fromHex("61 C3 A4")), golden("string/utf8"));
-  EXPECT_EQ(octets(type("Printable"), fromHex("41 42")), golden("string/printable"));
-  EXPECT_EQ(octets(type("Ia5"), fromHex("61 40")), golden("string/ia5"));
-  EXPECT_EQ(octets(type("Bmp"), fromHex("00 41")), golden("string/bmp"));
-  EXPECT_EQ(octets(type("Universal"), fromHex("00 00 00 41")), golden("string/universal"));
-  EXPECT_EQ(octets(type("Teletex"), fromHex("41")), golden("string/teletex"));
-  EXPECT_EQ(octets(type("IntString"), fromHex("00 FF EE DD CC BB AA 99 88")), golden("integer/9-octets"));
-  EXPECT_EQ(octets(type("Oct"), fromHex("AA*128")), golden("octets/128"));
+    EXPECT_EQ(work.encode(false), golden(row));
+  }
 
   const auto bits = [](const char *hex, uint32_t count) {
     Work work(type("Bits"));
@@ -127,35 +125,25 @@ TEST(Setters, SetOfIsSortedInDerOnly) {
 
 TEST(Setters, RefuseWhatCannotBe) {
   Work work(type("Point"));
-  const std::pair<uint32_t, int32_t (*)(AsnObject, AsnValue, const void *, AsnErrorBlock *)> calls[] = {
-      {AsnError_Value, [](auto o, auto v, auto, auto e) { return AsnSetBoolDER(o, v, "flag", 2, e); }},
-      {AsnError_Kind, [](auto o, auto v, auto, auto e) { return AsnSetBoolDER(o, v, "number", 1, e); }},
-      {AsnError_Kind, [](auto o, auto v, auto, auto e) { return AsnSetIntDER(o, v, "name", 1, e); }},
-      {AsnError_NullParameter, [](auto o, auto v, auto, auto e) { return AsnSetOctDER(o, v, "rest", nullptr, e); }},
-      {AsnError_Path, [](auto o, auto v, auto, auto e) { return AsnSetIntDER(o, v, "nimber", 1, e); }},
+  const auto setBool = [&](const char *path, int32_t value) {
+    return codeOf(AsnSetBoolDER, work.object, work.value, path, value);
   };
-  for (const auto &[code, call] : calls) {
-    Err err;
-    EXPECT_EQ(call(work.object, work.value, nullptr, err), -1);
-    EXPECT_EQ(err.code(), code) << err.text();
-    EXPECT_EQ(err.block.count, 1u);
-  }
-  Err err;
+  const auto setInt = [&](const char *path) { return codeOf(AsnSetIntDER, work.object, work.value, path, 1); };
+  EXPECT_EQ(setBool("flag", 2), uint32_t{AsnError_Value});
+  EXPECT_EQ(setBool("number", 1), uint32_t{AsnError_Kind});
+  EXPECT_EQ(setInt("name"), uint32_t{AsnError_Kind});
+  EXPECT_EQ(setInt("nimber"), uint32_t{AsnError_Path});
+  EXPECT_EQ(codeOf(AsnSetOctDER, work.object, work.value, "rest", nullptr), uint32_t{AsnError_NullParameter});
   const uint32_t arcs[] = {1, 40};
   const Objid badArcs{arcs, 2};
-  Work oid(type("Oid"));
-  EXPECT_EQ(AsnSetObjidBER(oid.object, oid.value, "/", &badArcs, err), -1);
-  EXPECT_EQ(err.code(), uint32_t{AsnError_Value});
-  AsnErrorReset(err);
   const Gtime late{INT32_MAX, 0};
+  const AsnOct empty{nullptr, 0};  // an INTEGER has content
+  Work oid(type("Oid"));
   Work time(type("Time"));
-  EXPECT_EQ(AsnSetGtimeDER(time.object, time.value, "/", &late, err), -1);
-  EXPECT_EQ(err.code(), uint32_t{AsnError_Value});
-  AsnErrorReset(err);
-  const AsnOct empty{nullptr, 0};
   Work number(type("IntString"));
-  EXPECT_EQ(AsnSetOctDER(number.object, number.value, "/", &empty, err), -1) << "an INTEGER has content";
-  EXPECT_EQ(err.code(), uint32_t{AsnError_Value});
+  EXPECT_EQ(codeOf(AsnSetObjidBER, oid.object, oid.value, "/", &badArcs), uint32_t{AsnError_Value});
+  EXPECT_EQ(codeOf(AsnSetGtimeDER, time.object, time.value, "/", &late), uint32_t{AsnError_Value});
+  EXPECT_EQ(codeOf(AsnSetOctDER, number.object, number.value, "/", &empty), uint32_t{AsnError_Value});
   EXPECT_NE(Work(type("Point")).encode().find("component number of Point is missing"), std::string::npos);
   EXPECT_NE(Work(type("Name")).encode().find("Name has no alternative"), std::string::npos);
   EXPECT_NE(Work(type("Int")).encode().find("is absent"), std::string::npos);
@@ -182,9 +170,7 @@ TEST(Setters, FailedSetsLeaveTheValueAlone) {
   const Exact input(fromHex("30 03 02 01 01"));
   Work decoded(type("Point"), input.data());
   ASSERT_EQ(decoded.decode(), 0);
-  Err err;
-  EXPECT_EQ(AsnSetIntDER(decoded.object, decoded.value, "number", 2, err), -1);
-  EXPECT_EQ(err.code(), uint32_t{AsnError_State});
+  EXPECT_EQ(codeOf(AsnSetIntDER, decoded.object, decoded.value, "number", 2), uint32_t{AsnError_State});
 }
 
 TEST(Paths, FindAndMake) {
