@@ -11,34 +11,19 @@ constexpr auto kPrepared = Structures::Content::Prepared;
 const AsnType *const kConstraints = schema::record(schema::Entry::NameConstraints);
 
 TEST(GeneralSubtrees, DistancesAsTheyAre) {
-  struct Row {
-    AsnIntOpt minimum;
-    AsnIntOpt maximum;
-    const char *hex;  // of the whole value
-  };
-  const Row rows[] = {
-      {{0, 0}, {0, 0}, "30 07 A0 05 30 03 82 01 61"},
-      {{7, 0}, {7, 2}, nullptr},  // another flag is refused by the check
-      {{0, 1}, {0, 0}, "30 0A A0 08 30 06 82 01 61 80 01 00"},
-      {{-1, 1}, {-5, 1}, "30 0D A0 0B 30 09 82 01 61 80 01 FF 81 01 FB"},
-  };
-  for (const Row &row : rows) {
-    Structures samples(kSamples);
-    samples.subtrees[0].next = nullptr;
-    samples.subtrees[0].minimum = row.minimum;
-    samples.subtrees[0].maximum = row.maximum;
-    EXPECT_EQ(X509MUtilCheckGenSubtrees(samples.subtrees, nullptr), row.hex == nullptr ? -1 : 0);
-    if (row.hex == nullptr) continue;
-    Work work(kConstraints);
-    ASSERT_EQ(X509MUtilSetGenSubtrees(work.object, work.value, "permittedSubtrees", samples.subtrees, nullptr), 0);
-    EXPECT_EQ(work.encode(), row.hex);
-    const Pool pool;
-    const X509GenSubtree &read = samples.subtrees[0];
-    ASSERT_EQ(X509MUtilSgetGenSubtrees(pool, work.object, work.value, "permittedSubtrees", samples.subtrees, nullptr),
-              0);
-    EXPECT_TRUE(read.minimum.option == row.minimum.option && read.minimum.value == row.minimum.value);
-    EXPECT_TRUE(read.maximum.option == row.maximum.option && read.maximum.value == row.maximum.value);
-  }
+  Structures samples(kSamples);
+  X509GenSubtree &subtree = samples.subtrees[0];
+  subtree = {nullptr, subtree.base, {-1, 1}, {-5, 1}};
+  EXPECT_EQ(X509MUtilCheckGenSubtrees(&subtree, nullptr), 0);
+  Work work(kConstraints);
+  const Pool pool;
+  ASSERT_EQ(X509MUtilSetGenSubtrees(work.object, work.value, "permittedSubtrees", &subtree, nullptr), 0);
+  EXPECT_EQ(work.encode(), "30 0D A0 0B 30 09 82 01 61 80 01 FF 81 01 FB");
+  subtree.minimum = subtree.maximum = {7, 2};
+  EXPECT_EQ(X509MUtilCheckGenSubtrees(&subtree, nullptr), -1) << "no other flag";
+  ASSERT_EQ(X509MUtilSgetGenSubtrees(pool, work.object, work.value, "permittedSubtrees", &subtree, nullptr), 0);
+  EXPECT_EQ(subtree.minimum.option + subtree.maximum.option, 2);
+  EXPECT_TRUE(subtree.minimum.value == -1 && subtree.maximum.value == -5);
 }
 
 TEST(GeneralSubtrees, ChainsOfAnotherLength) {
