@@ -31,8 +31,7 @@ TEST(CertPolicies, OneByOne) {
   EXPECT_EQ(read.qualifiers[1].qualifier.option, 0);
   EXPECT_EQ(read.qualifiers[1].qualifier.value.octets, nullptr);
   EXPECT_EQ(third.qualifier.option, 9);
-  const KetraExtension *stored = nullptr;
-  ASSERT_EQ(KetraObjectSearchExtpByObjid(extensions, &X509Objid_CertPolicies, &stored, nullptr), 0);
+  const KetraExtension *const stored = extensions.find(X509Objid_CertPolicies);
   const uint8_t *qualifier = read.qualifiers[0].qualifier.value.octets;
   EXPECT_TRUE(qualifier > stored->value.octets && qualifier < stored->value.octets + stored->value.length);
 

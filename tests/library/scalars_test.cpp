@@ -46,8 +46,7 @@ TEST(Numbers, SetGetRefuse) {
       ASSERT_EQ(refusal(row.get, extensions, &read), "");
       EXPECT_EQ(read, number);
     }
-    const KetraExtension *stored = nullptr;
-    ASSERT_EQ(KetraObjectSearchExtpByObjid(extensions, &row.objid, &stored, nullptr), 0);
+    const KetraExtension *const stored = extensions.find(row.objid);
     EXPECT_EQ(stored->criticalOption == 1 && stored->critical == 1, row.critical);
     for (const int32_t number : row.refused) {
       Err err;

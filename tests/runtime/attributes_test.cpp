@@ -169,12 +169,7 @@ TEST(Attributes, MemoryIsBounded) {
   const Octets large = tlv(0x30, attribute(fromHex("05 00*3000")) + attribute(fromHex("05 00*9000")));
   const Attributes attributes;
   const AsnMemObject pool = attributes.operator X509AttributesObject()->pool;
-  const auto live = [pool] {
-    uint64_t octets = 0;
-    uint32_t blocks = 0;
-    EXPECT_EQ(AsnMemObjectUsage(pool, &octets, &blocks, nullptr), 0);
-    return octets;
-  };
+  const auto live = [pool] { return usage(pool).first; };
   ASSERT_EQ(attributes.set(small), 0);
   const uint64_t before = live();
   uint32_t refused = 0;

@@ -33,10 +33,7 @@ TEST(DirectoryString, RoundTrips) {
     EXPECT_EQ(X509MUtilFreeDirStrOpt(pool, &opt, nullptr), 0);
     EXPECT_EQ(opt.option, 0);
   }
-  uint32_t blocks = 1;
-  uint64_t live = 1;
-  EXPECT_EQ(AsnMemObjectUsage(pool, &live, &blocks, nullptr), 0);
-  EXPECT_EQ(blocks, 0u);
+  EXPECT_EQ(usage(pool).second, 0u);
 }
 
 TEST(DirectoryString, ReadsWhatIsThere) {

@@ -57,9 +57,8 @@ TEST(ExtensionsObject, ReplacesInPlaceAndDeletes) {
   const uint32_t arcs[3][4] = {{2, 5, 29, 1}, {2, 5, 29, 2}, {2, 5, 29, 3}};
   Extensions object;
   for (const auto &a : arcs) object.store({a, 4}, {static_cast<uint8_t>(a[3])});
-  const KetraExtension *own = nullptr;
   const Objid second{arcs[1], 4};
-  ASSERT_EQ(KetraObjectSearchExtpByObjid(object, &second, &own, nullptr), 0);
+  const KetraExtension *own = object.find(second);
   ASSERT_EQ(KetraObjectSetExt(object, own, nullptr), 0) << "the object's own record";
   object.store(second, fromHex("AA BB"), 1);
   EXPECT_EQ(list(object), "1 {0,0} 01; 2 {1,1} AA BB; 3 {0,0} 03; ");
@@ -103,14 +102,10 @@ TEST(ExtensionsObject, ManyExtensionsAndManyStores) {
   for (arcs[3] = 0; arcs[3] < kMany; ++arcs[3]) object.store({arcs, 4}, value);
   for (arcs[3] = 0; arcs[3] < kMany; ++arcs[3]) ASSERT_NE(object.stored({arcs, 4}), "absent") << arcs[3];
   EXPECT_EQ(object.stored({arcs, 4}), "absent");
-  uint64_t before = 0;
-  uint64_t after = 0;
-  uint32_t blocks = 0;
-  ASSERT_EQ(AsnMemObjectUsage(object.pool(), &before, &blocks, nullptr), 0);
+  const auto before = usage(object.pool());
   arcs[3] = 7;
   for (int i = 0; i < 1000; ++i) object.store({arcs, 4}, value);
-  ASSERT_EQ(AsnMemObjectUsage(object.pool(), &after, &blocks, nullptr), 0);
-  EXPECT_EQ(before, after);
+  EXPECT_EQ(usage(object.pool()), before);
 }
 
 TEST(ExtensionsObject, NullsAreErrors) {

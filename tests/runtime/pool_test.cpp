@@ -7,12 +7,6 @@
 namespace ketra::test {
 namespace {
 
-std::pair<uint64_t, uint32_t> usage(AsnMemObject pool) {
-  std::pair<uint64_t, uint32_t> live{};
-  EXPECT_EQ(AsnMemObjectUsage(pool, &live.first, &live.second, nullptr), 0);
-  return live;
-}
-
 uint8_t *allocate(AsnMemObject pool, uint32_t size) {
   void *memory = nullptr;
   EXPECT_EQ(AsnMemObjectMalloc(pool, size, &memory, nullptr), 0);

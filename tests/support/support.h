@@ -89,6 +89,9 @@ class Pool {
   AsnMemObject pool_ = nullptr;
 };
 
+// What is live in a pool: octets and blocks.
+std::pair<uint64_t, uint32_t> usage(AsnMemObject pool);
+
 // A work object with one value in it.
 class Work {
  public:
@@ -114,6 +117,7 @@ class Extensions {
   operator KetraObject() const { return object_; }
 
   void store(const Objid &objid, const Octets &value, int32_t critical = 0);
+  const KetraExtension *find(const Objid &objid) const;
   std::string stored(const Objid &objid) const;  // hex, or "absent"
   std::string pdu() const;                       // all of it, hex
   AsnMemObject pool() const { return object_->pool; }
