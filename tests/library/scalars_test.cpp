@@ -90,6 +90,7 @@ TEST(Dates, NodesAndRefusals) {
     ASSERT_EQ(refusal(KetraObjectSgetPrivateKeyUsagePeriod, extensions, &period), "");
     EXPECT_TRUE(period.notBefore.option == 0 && period.notAfter.option == option);
   }
+  EXPECT_EQ(extensions.stored(X509Objid_PrivateKeyUsagePeriod).substr(0, 11), "30 11 81 0F") << "notAfter alone";
   std::size_t nodes = 0;
   for (void *node = extensions.operator KetraObject()->structuredCache; node != nullptr; ++nodes)
     node = *static_cast<void **>(node);
