@@ -48,36 +48,20 @@ TEST(Decoder, RefusesWhatIsMalformed) {
   }
 }
 
-// An open type at the end takes any one value, and no second.
-TEST(Decoder, OpenTypeTakesOneValue) {
-  const Exact one(fromHex("30 06 02 01 01 81 01 FF"));
-  EXPECT_EQ(Work(type("Point"), one.data()).decode(), 0);
-  const Exact two(fromHex("30 09 02 01 01 81 01 FF 05 00"));
-  EXPECT_EQ(Work(type("Point"), two.data()).decode(), -1);
-}
-
 TEST(Decoder, RefusesEveryPrefix) {
-  for (const auto &[name, hex] : goldenRows()) {
-    const Octets whole = fromHex(hex);
-    EXPECT_EQ(Work(type("Any"), Exact(whole).data()).decode(), 0) << name;
-    for (std::size_t n = 0; n < whole.size(); ++n) {
-      const Exact prefix(Octets(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n)));
-      EXPECT_EQ(Work(type("Any"), prefix.data()).decode(), -1) << name << " cut to " << n;
-    }
-  }
-  const std::pair<const AsnType *, const char *> good[] = {
+  std::vector<std::pair<const AsnType *, std::string>> good = {
       {type("Point"), "30 0D A0 05 A4 03 02 01 09 81 01 FF 02 01 01"},
       {type("Point"), "30 80 A0 80 A4 80 24 80 04 01 61 00 00 00 00 00 00 02 01 01 30 80 00 00 00 00"},
       {type("Oct"), "24 80 24 80 04 01 01 00 00 04 01 02 00 00"},
       {type("Bits"), "23 08 03 02 00 AA 03 02 04 F0"},
       {type("Oid"), "06 81 03 55 1D 25"},
   };
+  for (const auto &[name, hex] : goldenRows()) good.emplace_back(type("Any"), hex);
   for (const auto &[schema, hex] : good) {
     const Octets whole = fromHex(hex);
-    EXPECT_EQ(Work(schema, Exact(whole).data()).decode(), 0) << hex;
-    for (std::size_t n = 0; n < whole.size(); ++n) {
+    for (std::size_t n = 0; n <= whole.size(); ++n) {
       const Exact prefix(Octets(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n)));
-      EXPECT_EQ(Work(schema, prefix.data()).decode(), -1) << hex << " cut to " << n;
+      EXPECT_EQ(Work(schema, prefix.data()).decode(), n == whole.size() ? 0 : -1) << hex << " cut to " << n;
     }
   }
 }
@@ -101,37 +85,6 @@ TEST(Decoder, Nesting) {
   EXPECT_EQ(work.decode(), 0);
   EXPECT_NE(work.encode().find("nested deeper than 64 levels"), std::string::npos) << "DER has to look inside";
   EXPECT_EQ(work.encode(false).size(), std::size_t{400000} * 3 - 1) << "BER keeps the octets";
-}
-
-// Time grows with the members, not faster: ten times as many may take ten times as long, with room for noise.
-TEST(Decoder, VisitsAMillionMembersInLinearTime) {
-  const auto visit = [](uint32_t members) {
-    const uint32_t content = members * 3;
-    Octets list = {0x30,
-                   0x84,
-                   static_cast<uint8_t>(content >> 24),
-                   static_cast<uint8_t>(content >> 16),
-                   static_cast<uint8_t>(content >> 8),
-                   static_cast<uint8_t>(content)};
-    for (uint32_t i = 0; i < members; ++i) list.insert(list.end(), {0x02, 0x01, static_cast<uint8_t>(i % 100)});
-    const Exact input(list);
-    const clock_t start = clock();
-    Work work(type("Ints"), input.data());
-    EXPECT_EQ(work.decode(), 0);
-    uint32_t count = 0;
-    EXPECT_EQ(AsnCalCountOfSequence(work.object, work.value, "/", &count, nullptr), 0);
-    EXPECT_EQ(count, members);
-    uint64_t sum = 0;
-    for (uint32_t i = 1; i <= members; ++i) {
-      int32_t number = 0;
-      EXPECT_EQ(AsnGetIntBER(work.object, work.value, std::to_string(i).c_str(), &number, nullptr), 0);
-      sum += static_cast<uint32_t>(number);
-    }
-    EXPECT_EQ(sum, uint64_t{members} / 100 * 4950);
-    return static_cast<double>(clock() - start);
-  };
-  const double hundredThousand = std::min({visit(100'000), visit(100'000), visit(100'000)});
-  EXPECT_LT(visit(1'000'000), 30 * hundredThousand) << "a square would take a hundred times as long";
 }
 
 }  // namespace

@@ -30,12 +30,11 @@ std::string list(KetraObject object) {
 TEST(ExtensionsObject, WholeEncodings) {
   const Extensions extensions;
   const Octets octets = fromHex(kEncoding);
-  Err err;
   const AsnEncodedData encoding = view(octets);
-  ASSERT_EQ(KetraObjectSetPduBER(extensions, &encoding, err), 0) << err.text();
+  ASSERT_EQ(refusal(KetraObjectSetPduBER, extensions, &encoding), "");
   EXPECT_EQ(list(extensions), "19 {1,1} 30 00; 15 {0,1} 03 02 01 06; 14 {0,0} 04 01 AA; ");
   AsnEncodedData written{};
-  ASSERT_EQ(KetraObjectGetPduDER(extensions, &written, err), 0);
+  ASSERT_EQ(refusal(KetraObjectGetPduDER, extensions, &written), "");
   EXPECT_EQ(toHex(written),
             "30 27 30 0C 06 03 55 1D 13 01 01 FF 04 02 30 00 30 0B 06 03 55 1D 0F 04 04 03 02 01 06 30 0A 06 03 55 1D "
             "0E 04 03 04 01 AA");
@@ -50,7 +49,7 @@ TEST(ExtensionsObject, WholeEncodings) {
     EXPECT_EQ(refused.block.count, 1u) << refused.text();
     EXPECT_EQ(list(extensions), before);
   }
-  ASSERT_EQ(KetraObjectSetPduBER(extensions, &written, err), 0) << "from the object's own encoding";
+  ASSERT_EQ(refusal(KetraObjectSetPduBER, extensions, &written), "") << "from the object's own encoding";
   EXPECT_EQ(list(extensions), "19 {1,1} 30 00; 15 {0,0} 03 02 01 06; 14 {0,0} 04 01 AA; ");
 }
 
@@ -58,18 +57,15 @@ TEST(ExtensionsObject, ReplacesInPlaceAndDeletes) {
   const uint32_t arcs[3][4] = {{2, 5, 29, 1}, {2, 5, 29, 2}, {2, 5, 29, 3}};
   Extensions object;
   for (const auto &a : arcs) object.store({a, 4}, {static_cast<uint8_t>(a[3])});
-  const KetraExtension *own = nullptr;
   const Objid second{arcs[1], 4};
-  ASSERT_EQ(KetraObjectSearchExtpByObjid(object, &second, &own, nullptr), 0);
+  const KetraExtension *own = object.find(second);
   ASSERT_EQ(KetraObjectSetExt(object, own, nullptr), 0) << "the object's own record";
   object.store(second, fromHex("AA BB"), 1);
   EXPECT_EQ(list(object), "1 {0,0} 01; 2 {1,1} AA BB; 3 {0,0} 03; ");
   EXPECT_EQ(KetraObjectDeleteExt(object, &own->objid, nullptr), 0);
   EXPECT_EQ(list(object), "1 {0,0} 01; 3 {0,0} 03; ");
-  Err err;
-  EXPECT_EQ(KetraObjectDeleteExt(object, &second, err), -1);
-  EXPECT_EQ(err.code(), uint32_t{KetraObjectError_Absent});
-  EXPECT_EQ(KetraObjectGetExtpByIndex(object, 2, &own, err), -1);
+  EXPECT_EQ(codeOf(KetraObjectDeleteExt, object, &second), uint32_t{KetraObjectError_Absent});
+  EXPECT_EQ(KetraObjectGetExtpByIndex(object, 2, &own, nullptr), -1);
 }
 
 // Stores, deletions and look-ups in any order, against a plain list.
@@ -106,14 +102,10 @@ TEST(ExtensionsObject, ManyExtensionsAndManyStores) {
   for (arcs[3] = 0; arcs[3] < kMany; ++arcs[3]) object.store({arcs, 4}, value);
   for (arcs[3] = 0; arcs[3] < kMany; ++arcs[3]) ASSERT_NE(object.stored({arcs, 4}), "absent") << arcs[3];
   EXPECT_EQ(object.stored({arcs, 4}), "absent");
-  uint64_t before = 0;
-  uint64_t after = 0;
-  uint32_t blocks = 0;
-  ASSERT_EQ(AsnMemObjectUsage(object.pool(), &before, &blocks, nullptr), 0);
+  const auto before = usage(object.pool());
   arcs[3] = 7;
   for (int i = 0; i < 1000; ++i) object.store({arcs, 4}, value);
-  ASSERT_EQ(AsnMemObjectUsage(object.pool(), &after, &blocks, nullptr), 0);
-  EXPECT_EQ(before, after);
+  EXPECT_EQ(usage(object.pool()), before);
 }
 
 TEST(ExtensionsObject, NullsAreErrors) {

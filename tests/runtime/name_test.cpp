@@ -50,24 +50,20 @@ Octets cn(uint8_t tag, std::string_view value) { return attribute("55 04 03", tl
 Octets rdn(const Octets &members) { return tlv(0x31, members); }
 Octets one(const Octets &member) { return tlv(0x30, rdn(member)); }  // a name of one attribute
 
-TEST(NameObject, DerComesBackOctetForOctet) {
-  for (const Octets &octets : {fromHex("30 00"), fromHex(golden("name/multi-valued")), fromHex(golden("name/ia5")),
-                               one(attribute("2A 03", fromHex("30 03 02 01 05"))), one(cn(26, "A")), one(cn(12, "")),
-                               one(attribute("88 90 80 80 80 80 80 80 80 80 80 01", fromHex("05 00"))),
-                               one(cn(12, "\xFF")), one(cn(30, std::string(70000, 'x')))}) {
-    const Name name(octets);
-    EXPECT_EQ(name.der(), toHex(octets));
-  }
-}
-
-TEST(NameObject, NormalisesToDer) {
+TEST(NameObject, BecomesDer) {
   const Octets a = cn(12, "a");
   const Octets b = cn(12, "b");
   const Octets longer = cn(12, "aa");
-  Name name(one(longer + b + a));
-  EXPECT_EQ(name.der(), toHex(one(a + b + longer))) << "members of a SET OF in order";
-  ASSERT_EQ(name.set(fromHex("30 80 31 80 30 81 0C 06 03 55 04 03 2C 80 04 01 61 00 00 00 00 00 00")), 0);
-  EXPECT_EQ(name.der(), "30 0E 31 0C 30 0A 06 03 55 04 03 2C 03 04 01 61");
+  const std::pair<Octets, Octets> rows[] = {
+      {one(longer + b + a), one(a + b + longer)},  // members of a SET OF in order
+      {fromHex("30 80 31 80 30 81 0C 06 03 55 04 03 2C 80 04 01 61 00 00 00 00 00 00"), one(cn(0x2C, "\x04\x01\x61"))},
+  };
+  for (const auto &[ber, der] : rows) EXPECT_EQ(Name(ber).der(), toHex(der));
+  for (const Octets &der : {fromHex("30 00"), one(attribute("2A 03", fromHex("30 03 02 01 05"))), one(cn(12, "")),
+                            one(attribute("88 90 80 80 80 80 80 80 80 80 80 01", fromHex("05 00"))),
+                            one(cn(12, "\xFF")), one(cn(30, std::string(70000, 'x')))}) {
+    EXPECT_EQ(Name(der).der(), toHex(der));
+  }
 }
 
 TEST(NameObject, RefusesAndKeepsWhatItHas) {
@@ -90,7 +86,6 @@ TEST(NameObject, RefusesAndKeepsWhatItHas) {
     Err err;
     EXPECT_EQ(name.set(fromHex(row.hex), err), -1) << row.hex;
     EXPECT_EQ(err.code(), row.code) << row.hex << err.text();
-    EXPECT_EQ(err.block.count, 1u) << row.hex;
     EXPECT_EQ(name.der(), before) << row.hex;
   }
 }
@@ -99,14 +94,11 @@ TEST(NameObject, OwnOctetsAndCopies) {
   Name name(fromHex(golden("name/multi-valued")));
   const AsnEncodedData own = name.encoding();
   EXPECT_EQ(X509NameObjectSetPduBER(name, &own, nullptr), 0);
-  EXPECT_EQ(name.der(), golden("name/multi-valued"));
-  X509NameObject copy = nullptr;
-  ASSERT_EQ(X509MUtilCopyNameObject(&copy, name, nullptr), 0);
-  ASSERT_EQ(name.set(fromHex("30 00")), 0);
-  AsnEncodedData encoding{};
-  EXPECT_EQ(X509NameObjectGetPduDER(copy, &encoding, nullptr), 0);
-  EXPECT_EQ(toHex(encoding), golden("name/multi-valued"));
+  Name copy;
   EXPECT_EQ(X509NameObjectDestroy(copy, nullptr), 0);
+  ASSERT_EQ(X509MUtilCopyNameObject(&copy.name, name, nullptr), 0);
+  ASSERT_EQ(name.set(fromHex("30 00")), 0);
+  EXPECT_EQ(copy.der(), golden("name/multi-valued"));
   EXPECT_EQ(X509NameObjectDestroy(nullptr, nullptr), 0);
 }
 
@@ -119,14 +111,12 @@ TEST(NameObject, InElements) {
   const std::string wrapped = toHex(tlv(0xA4, fromHex(golden("name/ia5"))));
   EXPECT_EQ(built.encode(), wrapped);
   const auto get = [&](const Work &work, bool der, const char *path) {
-    Err err;
+    const auto function = der ? X509MUtilGetNameObjectDER : X509MUtilGetNameObjectBER;
     X509NameObject made = nullptr;
-    const int32_t result =
-        (der ? X509MUtilGetNameObjectDER : X509MUtilGetNameObjectBER)(pool, work.object, work.value, path, &made, err);
-    EXPECT_EQ(err.block.count, result == 0 ? 0u : 1u);
+    const uint32_t code = codeOf(function, pool, work.object, work.value, path, &made);
     AsnEncodedData encoding{};
-    EXPECT_EQ(X509NameObjectGetPduDER(made, &encoding, nullptr), result);
-    const std::string read = result == 0 ? toHex(encoding) : std::to_string(err.code());
+    EXPECT_EQ(X509NameObjectGetPduDER(made, &encoding, nullptr), code == 0 ? 0 : -1);
+    const std::string read = code == 0 ? toHex(encoding) : std::to_string(code);
     X509NameObjectDestroy(made, nullptr);
     return read;
   };
@@ -164,22 +154,24 @@ TEST(NameObject, AppendRdn) {
   constexpr uint32_t kC[] = {2, 5, 4, 6};
   constexpr uint32_t kO[] = {2, 5, 4, 10};
   constexpr uint32_t kUid[] = {0, 9, 2342, 19200300, 100, 1, 1};
-  const Name multi;
-  const X509NameAttribute c = text({kC, 4}, X509DirStr_PrintableString, "GB");
-  const X509NameAttribute o = text({kO, 4}, X509DirStr_Utf8String, "Example, Inc.");
-  const X509NameAttribute last[] = {text({kUid, 7}, X509DirStr_Utf8String, "7"),
-                                    text({kCn, 4}, X509DirStr_Utf8String, "Steve")};
-  EXPECT_EQ(X509NameObjectAppendRdn(multi, &c, 1, nullptr), 0);
-  EXPECT_EQ(X509NameObjectAppendRdn(multi, &o, 1, nullptr), 0);
-  EXPECT_EQ(X509NameObjectAppendRdn(multi, last, 2, nullptr), 0);
-  EXPECT_EQ(multi.der(), golden("name/multi-valued"));
-  const Name ia5;
-  for (const X509NameAttribute &attribute :
-       {text({kC, 4}, X509DirStr_PrintableString, "DE"), text({kDc, 7}, X509DirStr_PrintableString, "example"),
-        text({kEmail, 7}, X509DirStr_Utf8String, "a@b.c")}) {
-    EXPECT_EQ(X509NameObjectAppendRdn(ia5, &attribute, 1, nullptr), 0);
+  using Attributes = std::vector<X509NameAttribute>;
+  const std::pair<const char *, std::vector<Attributes>> rows[] = {
+      {"name/multi-valued",
+       {{text({kC, 4}, X509DirStr_PrintableString, "GB")},
+        {text({kO, 4}, X509DirStr_Utf8String, "Example, Inc.")},
+        {text({kUid, 7}, X509DirStr_Utf8String, "7"), text({kCn, 4}, X509DirStr_Utf8String, "Steve")}}},
+      {"name/ia5",
+       {{text({kC, 4}, X509DirStr_PrintableString, "DE")},
+        {text({kDc, 7}, X509DirStr_PrintableString, "example")},
+        {text({kEmail, 7}, X509DirStr_Utf8String, "a@b.c")}}},
+  };
+  for (const auto &[row, rdns] : rows) {
+    const Name name;
+    for (const Attributes &rdn : rdns) {
+      EXPECT_EQ(codeOf(X509NameObjectAppendRdn, name, rdn.data(), static_cast<uint32_t>(rdn.size())), 0u);
+    }
+    EXPECT_EQ(name.der(), golden(row));
   }
-  EXPECT_EQ(ia5.der(), golden("name/ia5"));
 }
 
 TEST(NameObject, AppendRdnRefuses) {
@@ -200,15 +192,10 @@ TEST(NameObject, AppendRdnRefuses) {
         Row{text({kDc, 7}, 1, "a"), X509NameError_Attribute},
         Row{{{kCn, 4}, {5, nullptr, 1}}, X509NameError_NullParameter}}) {
     const X509NameAttribute attributes[] = {text({kCn, 4}, 5, "good"), row.attribute};
-    Err err;
-    EXPECT_EQ(X509NameObjectAppendRdn(name, attributes, 2, err), -1);
-    EXPECT_EQ(err.code(), row.code) << err.text();
-    EXPECT_EQ(err.block.count, 1u) << err.text();
+    EXPECT_EQ(codeOf(X509NameObjectAppendRdn, name, attributes, 2u), row.code);
     EXPECT_EQ(name.der(), golden("name/ia5"));
   }
-  Err err;
-  EXPECT_EQ(X509NameObjectAppendRdn(name, nullptr, 0, err), -1);
-  EXPECT_EQ(err.code(), uint32_t{X509NameError_Empty});
+  EXPECT_EQ(codeOf(X509NameObjectAppendRdn, name, nullptr, 0u), uint32_t{X509NameError_Empty});
 }
 
 TEST(NameObject, Text) {
@@ -287,10 +274,10 @@ TEST(NameObject, Compare) {
     const Name left(row.left);
     const Name right(row.right);
     int32_t equal = -1;
+    int32_t reverse = -1;
     EXPECT_EQ(X509NameObjectCompare(left, right, &equal, nullptr), 0);
-    EXPECT_EQ(equal, row.equal) << left.text() << " and " << right.text();
-    EXPECT_EQ(X509NameObjectCompare(right, left, &equal, nullptr), 0);
-    EXPECT_EQ(equal, row.equal) << right.text() << " and " << left.text();
+    EXPECT_EQ(X509NameObjectCompare(right, left, &reverse, nullptr), 0);
+    EXPECT_TRUE(equal == row.equal && reverse == row.equal) << left.text() << " and " << right.text();
   }
 }
 

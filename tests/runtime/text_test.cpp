@@ -45,10 +45,7 @@ TEST(Objids, Text) {
     Objid objid{};
     EXPECT_EQ(ObjidFromText(pool, bad, &objid, nullptr), -1) << bad;
   }
-  uint64_t octets = 1;
-  uint32_t blocks = 1;
-  EXPECT_EQ(AsnMemObjectUsage(pool, &octets, &blocks, nullptr), 0);
-  EXPECT_EQ(blocks, 0u);
+  EXPECT_EQ(usage(pool).second, 0u);
   const uint32_t arcs[] = {2, 5, 29};
   const Objid objid{arcs, 3};
   char text[7];

@@ -1,5 +1,7 @@
 #include "support/support.h"
 
+#include <cstdio>
+#include <cstring>
 #include <deque>
 #include <fstream>
 #include <sstream>
@@ -94,6 +96,23 @@ std::vector<std::string> Err::trace() const {
   return entries;
 }
 
+std::string Err::innermost() const {
+  const auto &entry = block.entries[0];
+  char code[9];
+  std::snprintf(code, sizeof code, "%08X", block.code);
+  std::string text = std::string(code) + " " + trace().at(0);
+  int32_t value = 0;
+  if (entry.valueLength != sizeof value) return text;
+  std::memcpy(&value, entry.valueOctets, sizeof value);
+  return text + " [" + std::to_string(value) + "]";
+}
+
+std::pair<uint64_t, uint32_t> usage(AsnMemObject pool) {
+  std::pair<uint64_t, uint32_t> live{};
+  EXPECT_EQ(AsnMemObjectUsage(pool, &live.first, &live.second, nullptr), 0);
+  return live;
+}
+
 void Work::open(const AsnType *type) {
   EXPECT_EQ(AsnObjectCreate(&object, nullptr), 0);
   EXPECT_EQ(AsnOpenNew(object, type, &value, nullptr), 0);
@@ -118,9 +137,14 @@ void Extensions::store(const Objid &objid, const Octets &value, int32_t critical
   EXPECT_EQ(KetraObjectSetExt(object_, &extension, nullptr), 0);
 }
 
-std::string Extensions::stored(const Objid &objid) const {
+const KetraExtension *Extensions::find(const Objid &objid) const {
   const KetraExtension *extension = nullptr;
   EXPECT_EQ(KetraObjectSearchExtpByObjid(object_, &objid, &extension, nullptr), 0);
+  return extension;
+}
+
+std::string Extensions::stored(const Objid &objid) const {
+  const KetraExtension *const extension = find(objid);
   return extension == nullptr ? "absent" : toHex(extension->value);
 }
 

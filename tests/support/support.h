@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "contracts/asn1_schema.hpp"
@@ -47,8 +48,36 @@ struct Err {
   // "function: message" per entry, innermost first.
   std::vector<std::string> trace() const;
 
+  // The innermost entry alone, an offending value of four octets behind it: "0146203A function: message [10]".
+  std::string innermost() const;
+  // Whether this very object is what offends.
+  template <class T>
+  bool blames(const T &value) const {
+    return block.entries[0].value == &value && block.entries[0].valueLength == sizeof value;
+  }
+
   AsnErrorBlock block;
 };
+
+// Calls what takes an error block last.
+template <class Function, class... Arguments>
+Err called(const Function &function, Arguments &&...arguments) {
+  Err err;
+  const int32_t result = function(std::forward<Arguments>(arguments)..., err);
+  EXPECT_EQ(result, err.block.count == 0 ? 0 : -1) << err.text();
+  return err;
+}
+// Err::innermost of a call's failure, or "".
+template <class... Call>
+std::string refusal(Call &&...call) {
+  const Err err = called(std::forward<Call>(call)...);
+  return err.block.count == 0 ? "" : err.innermost();
+}
+// The code of a call's failure, or 0.
+template <class... Call>
+uint32_t codeOf(Call &&...call) {
+  return called(std::forward<Call>(call)...).code();
+}
 
 class Pool {
  public:
@@ -59,6 +88,9 @@ class Pool {
  private:
   AsnMemObject pool_ = nullptr;
 };
+
+// What is live in a pool: octets and blocks.
+std::pair<uint64_t, uint32_t> usage(AsnMemObject pool);
 
 // A work object with one value in it.
 class Work {
@@ -85,6 +117,7 @@ class Extensions {
   operator KetraObject() const { return object_; }
 
   void store(const Objid &objid, const Octets &value, int32_t critical = 0);
+  const KetraExtension *find(const Objid &objid) const;
   std::string stored(const Objid &objid) const;  // hex, or "absent"
   std::string pdu() const;                       // all of it, hex
   AsnMemObject pool() const { return object_->pool; }
