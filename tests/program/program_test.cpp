@@ -22,38 +22,27 @@ TEST(Check, Samples) {
   EXPECT_NE(lastLine(result.out).find(" 0 re-encoded, 0 refused, 0 rejected, "), std::string::npos) << result.out;
 }
 
-// A valid extension that is not as the library writes it: named with its reason, and not a fault.
-TEST(Check, ReEncoded) {
+// What a valid extension is written as: the same value, not a fault.
+TEST(Check, AroundTheValue) {
   struct Case {
-    const char *sample;
-    std::string from, to, reason;
+    std::string from, to, said, counts;
   };
   const Case cases[] = {
-      {"ca.pem", kBasicConstraints, "0603551d130101ff04083006010101020101", "a TRUE is not FF"},
-      {"ca.pem", kBasicConstraints, "0603551d130101ff040830830000030101ff", "lengths are not DER"},
-      {"ca.pem", kBasicConstraints, "0603551d13010100040830060101ff020101", "critical FALSE is written out"},
-      {"ca.pem", kSubjectKeyId, "0603551d0e0416241404120102030405060708090a0b0c0d0e0f101112", "in segments"},
-      {"end-entity.pem", "0303078880", "03030688c0", "bit 9 is not carried"},
-      {"end-entity.pem", "0303078880", "0303058880", "trailing zero bits"},
-      {"end-entity.pem", "0303078880", "0303078881", "unused bits are set"},
+      {kBasicConstraints, "0603551d13010100040830060101ff020101", "critical FALSE is written out",
+       "8 identical, 1 re-"},
+      {kSubjectKeyId, "0603551d0e2416040404100102040e030405060708090a0b0c0d0e0f10", "", "9 identical, 0 re-"},
   };
   for (const Case &c : cases) {
-    const Result result = run("check " + quote(patched(c.sample, c.from, c.to)));
+    const std::string path = patched("ca.pem", c.from, c.to);
+    const Result result = run("check " + quote(path));
     EXPECT_EQ(result.status, 0) << result.out << result.err;
-    EXPECT_NE(result.out.find("re-encoded: "), std::string::npos) << result.out;
-    EXPECT_NE(result.out.find(c.reason), std::string::npos) << result.out;
-    EXPECT_NE(lastLine(result.out).find(", 1 re-encoded, 0 refused, 0 rejected, "), std::string::npos) << result.out;
+    EXPECT_NE(result.out.find(c.said), std::string::npos) << result.out;
+    EXPECT_NE(lastLine(result.out).find(c.counts + "encoded, 0 refused, 0 rejected, "), std::string::npos)
+        << result.out;
+    if (!c.said.empty()) continue;
+    EXPECT_EQ(extension(Json::parse(showJson(path).out).at(0), "2.5.29.14").at("value").at("keyIdentifier"),
+              "0102030405060708090a0b0c0d0e0f10");
   }
-}
-
-TEST(Check, ExtnValueInSegmentsIsTheSameValue) {
-  const std::string path =
-      patched("ca.pem", kSubjectKeyId, "0603551d0e2416040404100102040e030405060708090a0b0c0d0e0f10");
-  const Result result = run("check " + quote(path));
-  EXPECT_EQ(result.status, 0) << result.out;
-  EXPECT_NE(lastLine(result.out).find(", 0 re-encoded, 0 refused, 0 rejected, "), std::string::npos) << result.out;
-  EXPECT_EQ(extension(Json::parse(showJson(path).out).at(0), "2.5.29.14").at("value").at("keyIdentifier"),
-            "0102030405060708090a0b0c0d0e0f10");
 }
 
 TEST(Hostile, MalformedExtensionDoesNotHideTheOthers) {
