@@ -54,6 +54,7 @@ TEST(FaceValues, Qualifiers) {
     EXPECT_EQ(ketra::PolicyQualifier::ofNotice(notice).notice(), notice);
   }
   EXPECT_FALSE((ketra::PolicyQualifier{ketra::qualifier::cps, fromHex("16 02 61")}.cps().has_value()));
+  EXPECT_FALSE((ketra::PolicyQualifier{{1, 2, 3}, fromHex("16 01 61")}.cps().has_value()));
 }
 
 TEST(FaceValues, Times) {
