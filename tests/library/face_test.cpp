@@ -1,10 +1,63 @@
-// The C++ face, as a C++17 program uses it.
-
+// The C++ face, as a C++17 program uses it. What each extension gives and how it is written, the rows of
+// tests/program/values.tsv say.
 #include "ketra.hpp"
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "library/refused_allocations.h"
+#include "support/octets.h"
+
 namespace {
+
+using ketra::test::allocationsLeft;
+using ketra::test::fromHex;
+using ketra::test::golden;
+using ketra::test::operator+;
+using ketra::test::tlv;
+
+uint64_t poolUsage(const ketra::Extensions &extensions) {
+  AsnMemObject pool = nullptr;
+  uint64_t octets = 0;
+  uint32_t blocks = 0;
+  EXPECT_EQ(KetraObjectGetMemObject(extensions.handle(), &pool, nullptr), 0);
+  EXPECT_EQ(AsnMemObjectUsage(pool, &octets, &blocks, nullptr), 0);
+  return octets;
+}
+
+template <class T>
+void store(ketra::Extensions &extensions, const T &value) {
+  if constexpr (ketra::ExtensionTraits<T>::kCallerSetsCritical) {
+    extensions.set(value, false);
+  } else {
+    extensions.set(value);
+  }
+}
+
+template <class T>
+ketra::Extensions stored(const ketra::Octets &value) {
+  ketra::Extensions extensions;
+  extensions.set(ketra::ObjectIdentifier(ketra::ExtensionTraits<T>::objid()), false, value);
+  return extensions;
+}
+
+// The last line is that of the operation which the face called.
+template <class Action>
+void fails(uint32_t code, const std::string &operation, Action &&action) {
+  try {
+    action();
+    ADD_FAILURE() << "nothing is thrown";
+  } catch (const ketra::Error &error) {
+    EXPECT_EQ(error.code(), code) << error.what();
+    ASSERT_FALSE(error.trace().empty());
+    EXPECT_EQ(error.trace().back().function, operation) << error.what();
+  }
+}
 
 TEST(Face, SetGetEraseIterate) {
   ketra::Extensions extensions;
@@ -22,35 +75,15 @@ TEST(Face, SetGetEraseIterate) {
   EXPECT_EQ(text, "2.5.29.19! 2.5.29.15 2.5.29.14 1.2.3.4! ");
   EXPECT_EQ(read.get<ketra::BasicConstraints>()->cA, std::optional<bool>(true));
   EXPECT_EQ(read.get<ketra::BasicConstraints>()->pathLenConstraint, std::nullopt);
-  EXPECT_TRUE(read.get<ketra::KeyUsage>()->digitalSignature && read.get<ketra::KeyUsage>()->decipherOnly);
-  EXPECT_FALSE(read.get<ketra::KeyUsage>()->keyCertSign);
+  EXPECT_EQ(read.get<ketra::KeyUsage>(), usage);
+  EXPECT_NE(read.get<ketra::KeyUsage>(), ketra::KeyUsage{});
   EXPECT_EQ(read.get<ketra::SubjectKeyId>()->keyIdentifier, (ketra::Octets{1, 2, 3}));
   EXPECT_TRUE(read.find(ketra::ObjectIdentifier::parse("1.2.3.4"))->critical);
 
   EXPECT_TRUE(extensions.erase<ketra::KeyUsage>());
   EXPECT_FALSE(extensions.erase<ketra::KeyUsage>());
   EXPECT_EQ(extensions.size(), 3u);
-}
-
-// Reading again and again leaves no memory behind.
-TEST(Face, GetsReturnTheirMemory) {
-  ketra::Extensions extensions;
-  extensions.set(ketra::KeyUsage{}, true);
-  extensions.set(ketra::SubjectKeyId{ketra::Octets(100, 1)});
-  extensions.get<ketra::SubjectKeyId>();  // makes the cache node, which stays
-  AsnMemObject pool = nullptr;
-  ASSERT_EQ(KetraObjectGetMemObject(extensions.handle(), &pool, nullptr), 0);
-  uint64_t before = 0;
-  uint64_t after = 0;
-  uint32_t blocks = 0;
-  ASSERT_EQ(AsnMemObjectUsage(pool, &before, &blocks, nullptr), 0);
-  for (int i = 0; i < 100; ++i) {
-    extensions.get<ketra::KeyUsage>();
-    extensions.get<ketra::SubjectKeyId>();
-    extensions.encode();
-  }
-  ASSERT_EQ(AsnMemObjectUsage(pool, &after, &blocks, nullptr), 0);
-  EXPECT_EQ(before, after);
+  EXPECT_THROW(ketra::Extensions::decode(ketra::Octets{0x30, 0x00}), ketra::Error);
 }
 
 TEST(Face, ReadLimits) {
@@ -59,33 +92,188 @@ TEST(Face, ReadLimits) {
   const std::size_t size = extensions.find<ketra::SubjectAltName>()->value.size();
   EXPECT_TRUE(extensions.get<ketra::SubjectAltName>(ketra::ReadLimits{size}));
   EXPECT_FALSE(extensions.get<ketra::IssuerAltName>(ketra::ReadLimits{0}));
-  try {
-    extensions.get<ketra::SubjectAltName>(ketra::ReadLimits{size - 1});
-    FAIL();
-  } catch (const ketra::Error &error) {
-    EXPECT_EQ(error.code(), static_cast<uint32_t>(AsnError_TooLong));
-  }
+  fails(AsnError_TooLong, "ketra::Extensions::get",
+        [&] { extensions.get<ketra::SubjectAltName>(ketra::ReadLimits{size - 1}); });
 }
 
-TEST(Face, ErrorsCarryCodeAndTrace) {
-  ketra::Extensions extensions;
-  extensions.set(ketra::ObjectIdentifier{2, 5, 29, 19}, true, ketra::Octets{0x30, 0x04, 0x01, 0x02, 0xFF, 0xFF});
+TEST(Face, ErrorsSayWhereAndWhy) {
   try {
-    extensions.get<ketra::BasicConstraints>();
+    stored<ketra::BasicConstraints>(fromHex("30 04 01 02 FF FF")).get<ketra::BasicConstraints>();
     FAIL();
   } catch (const ketra::Error &error) {
-    EXPECT_EQ(error.code(), static_cast<uint32_t>(AsnError_Boolean));
-    ASSERT_EQ(error.trace().size(), 2u);
-    EXPECT_EQ(error.trace()[1].function, "KetraObjectSgetBasicConstraints");
+    EXPECT_EQ(error.trace().size(), 2u);
     EXPECT_STREQ(error.what(),
                  "error 0x02100028: malformed BOOLEAN\n"
                  "  ASN1 AsnDecode: BOOLEAN content is 2 octets at offset 4 (BasicConstraints/cA)\n"
                  "  X509 KetraObjectSgetBasicConstraints: Call AsnDecode");
   }
-  EXPECT_THROW(extensions.set(ketra::BasicConstraints{true, -1}, true), ketra::Error);
-  EXPECT_THROW(ketra::Extensions::decode(ketra::Octets{0x30, 0x00}), ketra::Error);
-  EXPECT_THROW(ketra::ObjectIdentifier::parse("9.9"), ketra::Error);
-  EXPECT_THROW(ketra::ObjectIdentifier::parse(std::string("2.5.29.19\0.1", 12)), ketra::Error);
+}
+
+// Again and again; what a get has read before it fails goes back to the pool.
+template <class T>
+void refuses(const std::string &operation, std::initializer_list<std::pair<const char *, uint32_t>> cases) {
+  for (const auto &[value, code] : cases) {
+    SCOPED_TRACE(value);
+    const ketra::Extensions extensions = stored<T>(fromHex(value));
+    fails(code, operation, [&] { extensions.get<T>(); });  // makes the node of the cache, which stays
+    const uint64_t before = poolUsage(extensions);
+    fails(code, operation, [&] { extensions.get<T>(); });
+    EXPECT_EQ(poolUsage(extensions), before);
+  }
+}
+
+TEST(Face, RefusedReads) {
+  refuses<ketra::AuthorityKeyId>("KetraObjectSgetAuthorityKeyId", {{"30 02 A1 00", KetraError_GetAuthorityKeyIdIssuer},
+                                                                   {"30 05 A1", AsnError_Truncated}});
+  refuses<ketra::PolicyMappings>("KetraObjectSgetPolicyMappings", {{"30 02 30 00", AsnError_Component}});
+  refuses<ketra::PolicyConstraints>("KetraObjectSgetPolicyConstraints",
+                                    {{"30 07 80 05 01 00 00 00 00", AsnError_Range}});
+  refuses<ketra::ExtKeyUsage>("KetraObjectSgetExtKeyUsage",
+                              {{"30 00", KetraError_GetExtKeyUsageEmpty},
+                               {"30 02 05 00", AsnError_Component},
+                               {"30 0C 06 02 2A 03 06 06 2A 90 80 80 80 00", AsnError_Range}});
+  refuses<ketra::CrlNumber>("KetraObjectSgetCRLNumber", {{"02 01 FF", KetraError_GetCRLNumber}});
+  refuses<ketra::DeltaCrlIndicator>("ketra::ExtensionTraits",
+                                    {{"02 05 80 00 00 00 00", KetraError_GetDeltaCRLIndicator}});
+  refuses<ketra::ReasonCode>("KetraObjectSgetReasonCode", {{"0A 01 07", KetraError_GetReasonCode}});
+  refuses<ketra::InvalidityDate>("KetraObjectSgetInvalidityDate",  // local time
+                                 {{"18 0A 32 30 32 36 30 31 33 31 32 33", AsnError_Range}});
+  refuses<ketra::HoldInstruction>("KetraObjectSgetInstructionCode", {{"06 01 80", AsnError_Objid}});
+  refuses<ketra::SubjectDirectoryAttributes>("KetraObjectSgetSubjectDirectoryAttributes",
+                                             {{"30 02 05 00", AsnError_Component}});
+  refuses<ketra::CrlDistributionPoints>("KetraObjectSgetCRLDistributionPoints",
+                                        {{"30 00", KetraError_GetDistributionPointsEmpty},
+                                         {"30 03 30 05", AsnError_Truncated},
+                                         {"30 0C 30 04 81 02 01 06 30 04 A0 02 A1 00", KetraError_RelativeNameEmpty}});
+  refuses<ketra::IssuingDistributionPoint>("KetraObjectSgetIssuingDistributionPoint",
+                                           {{"30 03 81 01", AsnError_Truncated}});
+  refuses<ketra::NameConstraints>("KetraObjectSgetNameConstraints", {{"05 00", AsnError_Component}});
+}
+
+// The list is read as a whole up to two policies, and one by one beyond.
+TEST(Face, ListsOfPolicies) {
+  const ketra::Octets good = fromHex("30 05 06 03 2A 03 01"), farArc = fromHex("30 08 06 06 2A 90 80 80 80 00");
+  ketra::Octets members;
+  ketra::CertificatePolicies expected;
+  for (int length = 0; length <= 4; ++length) {
+    EXPECT_EQ(stored<ketra::CertificatePolicies>(tlv(0x30, members)).get<ketra::CertificatePolicies>(), expected);
+    const auto bad = stored<ketra::CertificatePolicies>(tlv(0x30, members + farArc));
+    const uint64_t before = poolUsage(bad);
+    fails(AsnError_Range, length < 2 ? "KetraObjectSgetCertPolicies" : "ketra::CertificatePolicies",
+          [&] { bad.get<ketra::CertificatePolicies>(); });
+    EXPECT_EQ(poolUsage(bad), before);
+    const auto broken = stored<ketra::CertificatePolicies>(tlv(0x30, members + ketra::Octets{0x05, 0x00}));
+    fails(AsnError_Component, "KetraObjectSgetCertPolicies", [&] { broken.get<ketra::CertificatePolicies>(); });
+    members = members + good;
+    expected.policies.push_back({{1, 2, 3, 1}, {}});
+  }
+}
+
+template <class T>
+void refuses(const T &value, uint32_t code, const char *operation) {
+  SCOPED_TRACE(operation);
+  ketra::Extensions extensions;
+  fails(code, operation, [&] { store(extensions, value); });
+  EXPECT_EQ(extensions.size(), 0u);
+}
+
+TEST(Face, RefusedSetsStoreNothing) {
+  const ketra::Octets cutOff = {0x0C, 0x05};
+  const auto point = [](ketra::DistributionPointName name) {
+    return ketra::CrlDistributionPoints{{{}, {std::move(name), {}, {}}}};
+  };
+  const auto altName = [](ketra::GeneralName name) { return ketra::IssuerAltName{{ketra::dns("a"), std::move(name)}}; };
+  const char *const setPoints = "KetraObjectSsetCRLDistributionPoints", *const setNames =
+                                                                            "KetraObjectSsetIssuerAltName";
+  refuses(ketra::AuthorityKeyId{{}, {}, 1}, KetraError_SetAuthorityKeyIdOpt, "KetraObjectSsetAuthorityKeyId");
+  refuses(ketra::AuthorityKeyId{{}, {{}}, 1}, KetraError_CheckGenNamesEmpty, "KetraObjectSsetAuthorityKeyId");
+  refuses(ketra::CertificatePolicies{}, KetraError_SetCertPoliciesEmpty, "KetraObjectSsetCertPolicies");
+  refuses(ketra::CertificatePolicies{{{{1, 2}, {{{1, 2}, cutOff}}}}}, AsnError_Truncated,
+          "KetraObjectSsetCertPolicies");
+  refuses(ketra::ExtKeyUsage{}, KetraError_SetExtKeyUsageEmpty, "KetraObjectSsetExtKeyUsage");
+  refuses(ketra::PolicyMappings{{{{1, 2}, {}}}}, AsnCheckError_Objid, "KetraObjectSsetPolicyMappings");
+  refuses(ketra::PolicyConstraints{-1, {}}, KetraError_SetRequireExplicitPolicy, "KetraObjectSsetPolicyConstraints");
+  for (const ketra::Integer &negative : {ketra::Integer(-1), ketra::Integer(INT64_MIN)}) {
+    refuses(ketra::CrlNumber{negative}, KetraError_SetCRLNumber, "KetraObjectSsetCRLNumber");
+    refuses(ketra::DeltaCrlIndicator{negative}, KetraError_SetDeltaCRLIndicator, "KetraObjectSsetDeltaCRLIndicator");
+  }
+  for (const int code : {-1, 7, 9}) {
+    refuses(static_cast<ketra::ReasonCode>(code), KetraError_SetReasonCode, "KetraObjectSsetReasonCode");
+  }
+  refuses(ketra::CertificateIssuer{}, KetraError_CheckGenNamesEmpty, "KetraObjectSsetCertIssuer");
+  refuses(altName(ketra::otherName({})), AsnError_Value, setNames);
+  refuses(altName(ketra::otherName({1, 2, 3}, cutOff)), AsnError_Truncated, setNames);
+  refuses(altName(ketra::x400({0x05, 0x00})), AsnError_Component, setNames);
+  refuses(altName(ketra::edi(ketra::DirectoryString::utf8(""))), X509DirStrError_Length, "X509GenNameObjectSetName");
+  refuses(altName(ketra::registeredId({9, 9})), AsnError_Value, setNames);
+  refuses(ketra::CrlDistributionPoints{}, KetraError_CheckDistributionPointsEmpty, setPoints);
+  refuses(point(ketra::FullName{}), KetraError_CheckGenNamesEmpty, setPoints);
+  refuses(point(ketra::RelativeName{}), KetraError_CheckRelativeNameEmpty, setPoints);
+  refuses(point(ketra::RelativeName{{{ketra::attribute::commonName, cutOff}}}), AsnError_Truncated, setPoints);
+  refuses(ketra::CrlDistributionPoints{{{{}, {}, {{}}}}}, KetraError_CheckGenNamesEmpty, setPoints);
+  refuses(ketra::IssuingDistributionPoint{ketra::FullName{}, {}, {}, {}, {}}, KetraError_CheckGenNamesEmpty,
+          "KetraObjectSsetIssuingDistributionPoint");
+  refuses(ketra::NameConstraints{{}, {{}}}, KetraError_CheckGenSubtreesEmpty, "KetraObjectSsetNameConstraints");
+  refuses(ketra::SubjectDirectoryAttributes{}, X509AttributesError_Empty, "KetraObjectSsetSubjectDirectoryAttributes");
+  refuses(ketra::SubjectDirectoryAttributes{{{{1, 2}, {}}}}, X509AttributesError_Empty, "X509AttributesObjectAppend");
+}
+
+// Each request to the system on the C++ side fails in turn: the extension is as it was, the pool keeps nothing, and the
+// leak checker of the sanitizer sees the rest.
+template <class T, class Tolerant = T>
+int refuseInTurn(const std::string &hex) {
+  SCOPED_TRACE(hex);
+  const T value = stored<T>(fromHex(hex)).template get<T>().value();
+  EXPECT_NE(value, T{});
+  const auto get = [](const ketra::Extensions &extensions) {
+    extensions.get<T>();
+    extensions.get<Tolerant>();
+  };
+  for (int refused = 0;; ++refused) {
+    ketra::Extensions extensions;
+    store(extensions, value);
+    get(extensions);  // makes the node of the cache, which stays
+    const uint64_t before = poolUsage(extensions);
+    bool isRefused = false;
+    allocationsLeft = refused;
+    try {
+      store(extensions, value);
+      get(extensions);
+      extensions.encode();
+    } catch (const std::bad_alloc &) {
+      isRefused = true;
+    }
+    allocationsLeft = -1;
+    EXPECT_LE(poolUsage(extensions), before);
+    EXPECT_EQ(extensions.get<T>(), value);
+    EXPECT_EQ(poolUsage(extensions), before);
+    if (!isRefused) return refused;
+  }
+}
+
+TEST(Face, RefusedMemory) {
+  std::string names, policies;
+  for (const char *kind : {"otherName", "rfc822Name", "dNSName", "x400Address", "directoryName", "ediPartyName",
+                           "uniformResourceIdentifier", "iPAddress", "registeredID"}) {
+    names += golden(std::string("generalName/") + kind) + " ";
+  }
+  for (int i = 0; i < 3; ++i) policies += golden("certificatePolicies/two").substr(6);
+  const auto list = [](const std::string &members) { return ketra::test::toHex(tlv(0x30, fromHex(members))); };
+  const int refused[] = {
+      refuseInTurn<ketra::SubjectAltName, ketra::TolerantSubjectAltName>(list(names)),
+      refuseInTurn<ketra::AuthorityKeyId, ketra::TolerantAuthorityKeyId>(golden("authorityKeyIdentifier/all")),
+      refuseInTurn<ketra::CertificatePolicies>(list(policies)),
+      refuseInTurn<ketra::PolicyMappings>(golden("policyMappings/two")),
+      refuseInTurn<ketra::ExtKeyUsage>("30 0A 06 03 2A 03 01 06 03 2A 03 02"),
+      refuseInTurn<ketra::CrlNumber>("02 0A 01 00 00 00 00 00 00 00 00 00"),
+      refuseInTurn<ketra::SubjectDirectoryAttributes>("30 0C 30 0A 06 02 2A 03 31 04 05 00 0C 00"),
+      refuseInTurn<ketra::CrlDistributionPoints, ketra::TolerantCrlDistributionPoints>(
+          golden("cRLDistributionPoints/two")),
+      refuseInTurn<ketra::IssuingDistributionPoint, ketra::TolerantIssuingDistributionPoint>(
+          golden("issuingDistributionPoint/all")),
+      refuseInTurn<ketra::NameConstraints, ketra::TolerantNameConstraints>(golden("nameConstraints/both")),
+  };
+  for (const int each : refused) EXPECT_GT(each, 5);
 }
 
 }  // namespace

@@ -66,13 +66,8 @@ std::string lastLine(const std::string &text) {
 }
 
 std::string octets(const std::string &hex) {
-  std::string digits = hex;
-  std::erase(digits, ' ');
-  std::string out;
-  for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
-    out += static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16));
-  }
-  return out;
+  const Octets octets = fromHex(hex);
+  return {octets.begin(), octets.end()};
 }
 
 std::string der(const std::string &name) {
@@ -97,21 +92,14 @@ std::string patched(const std::string &name, const std::string &from, const std:
   return file(content);
 }
 
-std::string tlv(int tag, const std::string &content) {
-  std::string length;
-  for (std::size_t rest = content.size(); rest > 0; rest >>= 8) length.insert(length.begin(), static_cast<char>(rest));
-  if (content.size() < 0x80) length = static_cast<char>(content.size());
-  if (content.size() >= 0x80) length.insert(length.begin(), static_cast<char>(0x80 | length.size()));
-  return static_cast<char>(tag) + length + content;
-}
-
-std::string certificate(const std::string &objid, const std::string &value) {
-  const std::string algorithm = octets("300306012a"), empty = octets("3000"), signature = octets("030100");
-  const std::string time = tlv(0x17, "260101000000Z");
-  const std::string extension = tlv(0x30, tlv(0x06, objid) + tlv(0x04, value));
-  const std::string signedPart = octets("a003020102020101") + algorithm + empty + tlv(0x30, time + time) + empty +
-                                 tlv(0x30, algorithm + signature) + tlv(0xA3, tlv(0x30, extension));
-  return tlv(0x30, tlv(0x30, signedPart) + algorithm + signature);
+std::string certificate(const Octets &objid, const Octets &value) {
+  const Octets algorithm = fromHex("30 03 06 01 2A"), empty = fromHex("30 00"), signature = fromHex("03 01 00");
+  const Octets time = fromHex("17 0D 32 36 30 31 30 31 30 30 30 30 30 30 5A");
+  const Octets extension = tlv(0x30, tlv(0x06, objid) + tlv(0x04, value));
+  const Octets signedPart = fromHex("A0 03 02 01 02 02 01 01") + algorithm + empty + tlv(0x30, time + time) + empty +
+                            tlv(0x30, algorithm + signature) + tlv(0xA3, tlv(0x30, extension));
+  const Octets whole = tlv(0x30, tlv(0x30, signedPart) + algorithm + signature);
+  return {whole.begin(), whole.end()};
 }
 
 const Json &extension(const Json &object, const std::string &identifier) {
@@ -120,36 +108,6 @@ const Json &extension(const Json &object, const std::string &identifier) {
   }
   static const Json kNone;
   return kNone;
-}
-
-void expectShown(const Shown &shown) {
-  SCOPED_TRACE(shown.value);
-  const std::string path = file(certificate(shown.objid, octets(shown.value)));
-  const Result text = run("show " + quote(path));
-  const Result json = showJson(path);
-  EXPECT_EQ(text.status, shown.status) << text.out;
-  EXPECT_EQ(json.status, shown.status);
-  const Json read = Json::parse(json.out).at(0).at("extensions").at(0);
-  if (shown.status != 0) {
-    EXPECT_NE(text.out.find("error 0x"), std::string::npos) << text.out;
-    EXPECT_TRUE(read.contains("error")) << json.out;
-    return;
-  }
-  std::string lines;
-  for (std::size_t at = 0, end; (end = shown.lines.find('\n', at)) != shown.lines.npos; at = end + 1) {
-    lines += "    " + shown.lines.substr(at, end + 1 - at);
-  }
-  const std::size_t head = text.out.find("\n  ") + 1;
-  EXPECT_EQ(text.out.substr(text.out.find('\n', head) + 1), lines);
-  EXPECT_EQ(read.at("value"), Json::parse(shown.json));
-}
-
-void expectReEncoded(const ReEncoded &row) {
-  SCOPED_TRACE(row.value);
-  const Result check = run("check " + quote(file(certificate(row.objid, octets(row.value)))));
-  EXPECT_EQ(check.status, row.reason.empty() ? 1 : 0) << check.out;
-  const std::string verdict = row.reason.empty() ? "rejected" : "re-encoded: " + row.reason;
-  EXPECT_NE(check.out.find(": " + verdict + "\n"), std::string::npos) << check.out;
 }
 
 }  // namespace ketra::test

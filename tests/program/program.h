@@ -4,6 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "support/octets.h"
+
 namespace ketra::test {
 
 using Json = nlohmann::json;
@@ -25,36 +27,16 @@ Result run(const std::string &arguments);
 Result showJson(const std::string &path);
 std::string lastLine(const std::string &text);
 
-std::string octets(const std::string &hex);  // spaces do not count
+std::string octets(const std::string &hex);
 // DER of a PEM sample.
 std::string der(const std::string &name);
 std::string toPem(const std::string &label, const std::string &content);
 // A sample in which `from`, which must be there, is replaced by `to` of the same length.
 std::string patched(const std::string &name, const std::string &from, const std::string &to);
 
-// Octets with tag and length in front.
-std::string tlv(int tag, const std::string &content);
-// A certificate with one extension, of the given content of extnID and of extnValue, both in octets.
-std::string certificate(const std::string &objid, const std::string &value);
+// A certificate with one extension, of the given content of extnID and of extnValue.
+std::string certificate(const Octets &objid, const Octets &value);
 
 const Json &extension(const Json &object, const std::string &identifier);
-
-// What show makes of a certificate with one extension.
-struct Shown {
-  std::string objid;  // octets
-  std::string value;  // hex
-  int status;         // other than 0: the extension has an error, and the rest is not looked at
-  std::string lines;  // of the text form, behind the indentation of the value
-  std::string json;   // of the value
-};
-void expectShown(const Shown &shown);
-
-// What check makes of one.
-struct ReEncoded {
-  std::string objid;   // octets
-  std::string value;   // hex
-  std::string reason;  // empty: it is rejected
-};
-void expectReEncoded(const ReEncoded &row);
 
 }  // namespace ketra::test

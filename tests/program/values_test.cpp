@@ -1,0 +1,65 @@
+// What the program makes of values, hostile ones among them: of each row of values.tsv in a certificate of its own.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "program.h"
+#include "support/support.h"
+
+namespace ketra::test {
+namespace {
+
+// Behind the two lines that tell the object and the extension; "|" ends a line.
+std::string fieldsOf(const std::string &text) {
+  std::string fields;
+  std::size_t at = text.find('\n', text.find('\n') + 1) + 1;
+  for (std::size_t end; (end = text.find('\n', at)) != text.npos; at = end + 1) {
+    EXPECT_EQ(text.substr(at, 4), "    ");
+    fields += (fields.empty() ? "" : "|") + text.substr(at + 4, end - at - 4);
+  }
+  return fields;
+}
+
+// Without traces: the text form has them.
+Json withoutTraces(const std::string &json) {
+  return Json::parse(json, [](int, Json::parse_event_t event, const Json &each) {
+    return event != Json::parse_event_t::key || each != "trace";
+  });
+}
+
+// "identical", or the verdict and what stands below it: "written: ", "error ".
+std::string verdictOf(const Result &check) {
+  if (lastLine(check.out).find(" 1 extensions: 1 identical, ") != std::string::npos) return "identical";
+  const std::size_t begin = check.out.find(": ") + 2, end = check.out.find('\n');
+  const std::string verdict = check.out.substr(begin, end - begin);
+  const std::size_t below = check.out.find(verdict.starts_with("re-encoded") ? "\n  written" : "\n  error", begin) + 3;
+  return verdict + "; " + check.out.substr(below, check.out.find('\n', below) - below);
+}
+
+TEST(Values, ShownAndChecked) {
+  for (const auto &row : rowsOf(KETRA_VALUES)) {
+    SCOPED_TRACE(row.at(0) + " " + row.at(1));
+    const Octets objid = {0x55, 0x1D, static_cast<uint8_t>(std::stoi(row.at(0)))};
+    const std::string path = file(certificate(objid, fromHex(row.at(1))));
+    const Result text = run("show " + quote(path)), json = showJson(path);
+    const Json extension = withoutTraces(json.out).at(0).at("extensions").at(0);
+    std::string fields = fieldsOf(text.out), value;
+    if (extension.contains("value")) {
+      value = extension["value"].dump();
+    } else {
+      fields.resize(fields.find(':'));
+      value = extension.at("error").at("code");
+    }
+    EXPECT_EQ(std::to_string(text.status), row.at(2));
+    EXPECT_EQ(json.status, text.status);
+    EXPECT_EQ(fields, row.at(3));
+    EXPECT_EQ(value, row.at(4));
+    const Result check = run("check " + quote(path));
+    const std::string verdict = verdictOf(check);
+    EXPECT_EQ(verdict, row.at(5));
+    EXPECT_EQ(check.status, verdict == "identical" || verdict.starts_with("re-encoded") ? 0 : 1);
+  }
+}
+
+}  // namespace
+}  // namespace ketra::test
