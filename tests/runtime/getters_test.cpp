@@ -53,6 +53,35 @@ TEST(Elements, ValueFieldsPointIntoTheEncoding) {
   EXPECT_EQ(AsnCalAddressOfValFld(string.object, string.value, "/", &content, &contentLength, nullptr), -1);
 }
 
+// An indefinite form of 65536 octets ends with two octets, in DER its length takes four: what was built has to fit in
+// either rule. What lies deeper than a walk goes is written all the same.
+TEST(Getters, BuiltEncodingsFit) {
+  const auto get = [](const char *path, const Octets &open) {
+    const Exact exact(open);
+    const AsnEncodedData encoding = exact.data();
+    Work work(type("Point"));
+    uint32_t length = 0;
+    EXPECT_EQ(AsnSetEncodedDataBER(work.object, work.value, path, &encoding, nullptr), 0);
+    EXPECT_EQ(AsnCalLengthOfValFld(work.object, work.value, "name", &length, nullptr), 0);
+    const Exact room{Octets(length)};
+    AsnBuffer buffer{const_cast<uint8_t *>(room.data().octets), 0};
+    EXPECT_EQ(AsnGetEncodedDataDER(work.object, work.value, "name", &buffer, nullptr), 0);
+    EXPECT_LE(buffer.length, length);
+    return buffer.length;
+  };
+  Octets large = fromHex("30 80 04 83 01 00 00");
+  large.resize(large.size() + 65536);
+  large.insert(large.end(), {0, 0});
+  EXPECT_EQ(get("name/wrapped", large), 65536u + 5 + 5 + 5);
+  Octets deep = fromHex("05 00");
+  for (int level = 0; level < ASN_MAX_NESTING; ++level) {
+    const auto size = static_cast<uint8_t>(deep.size());
+    deep.insert(deep.begin(), {0x30, size});
+    if (size > 0x7F) deep.insert(deep.begin() + 1, 0x81);
+  }
+  EXPECT_EQ(get("name/wrapped", deep), deep.size() + 3);
+}
+
 TEST(Getters, Ranges) {
   const Pool pool;
   const auto number = [](Work &work) {
