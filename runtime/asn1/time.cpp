@@ -193,7 +193,7 @@ uint32_t writeFraction(int64_t fraction, char *out) {
 bool readPlainTime(const uint8_t *content, uint32_t length, int64_t *microseconds) {
   if (length != 15 || content[14] != 'Z') return false;
   int64_t pairs[7];
-  for (int i = 0; i < 7; ++i) {
+  for (std::size_t i = 0; i < 7; ++i) {
     const uint32_t tens = content[2 * i] - uint32_t{'0'};
     const uint32_t ones = content[2 * i + 1] - uint32_t{'0'};
     if (tens > 9 || ones > 9) return false;
