@@ -241,6 +241,14 @@ bool says(const std::string &text, const char *part) { return text.find(part) !=
 
 bool isOneOf(uint32_t code, std::initializer_list<uint32_t> codes) { return std::ranges::count(codes, code) != 0; }
 
+// X.690 8.6.4: each segment of a BIT STRING has an octet for unused bits; they take those behind the first for content.
+bool hasBitSegments(const Case &c) {
+  const auto isSegment = [](const Tlv &tlv) { return (tlv.tag[0] & ~0x20) == 0x03; };
+  return c.value && any(*c.value, [&](const Tlv &tlv) {
+           return !tlv.members.empty() && std::ranges::all_of(tlv.members, isSegment);
+         });
+}
+
 // What we refuse and they take.
 constexpr Settled kWeRefuse[] = {
     {"numbers and arcs of the interface have 32 bits", [](const Case &c) { return c.ours.code == AsnError_Range; }},
@@ -384,7 +392,8 @@ void differ(View octets) {
     const Case disagreement{octets, parseOne(octets), ours == nullptr ? std::get<Failure>(outcome) : Failure{},
                             errors()};
     if (ours != nullptr && theyTake) {
-      require(Content::agree(*ours, reinterpret_cast<const Peer *>(theirs.get())), "both read the same content");
+      require(hasBitSegments(disagreement) || Content::agree(*ours, reinterpret_cast<const Peer *>(theirs.get())),
+              "both read the same content");
     } else if (ours != nullptr) {
       settle(kTheyRefuse, disagreement, "what we take, they take");
     } else if (theyTake) {
