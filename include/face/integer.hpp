@@ -16,14 +16,9 @@ namespace ketra {
 class Integer {
  public:
   Integer() = default;  // 0
-  Integer(int64_t number) {
-    content_.clear();
+  Integer(int64_t number) : content_(sizeOf(number)) {
     auto bits = static_cast<uint64_t>(number);
-    for (std::size_t i = 0; i < sizeof bits; ++i) {
-      content_.insert(content_.begin(), static_cast<uint8_t>(bits));
-      bits >>= 8;
-    }
-    shorten();
+    for (std::size_t i = content_.size(); i > 0; bits >>= 8) content_[--i] = static_cast<uint8_t>(bits);
   }
 
   // From content octets; such as no INTEGER has are an Error.
@@ -97,6 +92,13 @@ class Integer {
     if (c >= 'a' && c <= 'f') return c - 'a' + 10;
     if (c >= 'A' && c <= 'F') return c - 'A' + 10;
     detail::fail(AsnError_Value, "ketra::Integer", "a character that is no hexadecimal digit");
+  }
+
+  // How many octets it takes.
+  static std::size_t sizeOf(int64_t number) {
+    std::size_t size = 1;
+    while (size < sizeof number && number >> (8 * size - 1) != (number < 0 ? -1 : 0)) ++size;
+    return size;
   }
 
   // Drops octets that only repeat the sign.
