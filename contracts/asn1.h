@@ -490,7 +490,7 @@ KETRA_RUNTIME_API int32_t AsnCheckIntOptBER(const AsnIntOpt *integer, AsnErrorBl
 KETRA_RUNTIME_API int32_t AsnCheckGtimeBER(const Gtime *time, AsnErrorBlock *err);
 KETRA_RUNTIME_API int32_t AsnCheckGtimeOptBER(const GtimeOpt *time, AsnErrorBlock *err);
 /** @} */
-/** Exactly one complete BER encoding; else the code that the decoder would set.
+/** Exactly one complete BER encoding; else the code that the decoder would set, or AsnCheckError_Pointer for null.
  * @{ */
 KETRA_RUNTIME_API int32_t AsnCheckEncodedDataBER(const AsnEncodedData *encoding, AsnErrorBlock *err);
 KETRA_RUNTIME_API int32_t AsnCheckEncodedDataOptBER(const AsnEncodedDataOpt *encoding, AsnErrorBlock *err);
