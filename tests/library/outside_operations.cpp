@@ -99,7 +99,7 @@ Stage::Stage(const std::string &name)
       {&X509Objid_ReasonCode, "0A 01 01"},
       {&X509Objid_InstructionCode, "06 03 2A 03 01"},
       {&X509Objid_InvalidityDate, "18 0F" + kTime},
-      {&X509Objid_SubjectDirectoryAttributes, Attributes::kDer},
+      {&X509Objid_SubjectDirectoryAttributes, kAttributes},
   };
   for (const auto &[identifier, hex] : values) extensions.store(*identifier, fromHex(hex));
   for (Names *each : {&samples.fullName, &samples.bases}) {
@@ -108,6 +108,7 @@ Stage::Stage(const std::string &name)
   }
   dropEncoding(samples.issuer.at(0));
   dropEncoding(sampleChains.issuer.at(0));
+  EXPECT_EQ(attributes.set(fromHex(kAttributes)), 0);
   EXPECT_EQ(object.setPdu(fromHex(held), false), 0);
   if (input != "empty") {
     EXPECT_EQ(source.setPdu(fromHex(held), false), 0);
