@@ -1,22 +1,19 @@
 // DirectoryString elements, and how many characters they have.
 
 #include "runtime/schema_rows.h"
-#include "support/support.h"
 
 namespace ketra::test {
 namespace {
 
-X509DirStr view(uint32_t choice, const Octets &octets) {
-  return {choice, octets.data(), static_cast<uint32_t>(octets.size())};
-}
+X509DirStr view(uint32_t choice, const AsnEncodedData &octets) { return {choice, octets.octets, octets.length}; }
 
 TEST(DirectoryString, RoundTrips) {
   const Pool pool;
-  const Octets octets = fromHex("00 00 00 41");
+  const Exact exact(fromHex("00 00 00 41"));
   const char *tags[] = {"14", "13", "1E", "1C", "0C"};
   for (uint32_t choice = 1; choice <= 5; ++choice) {
     Work work(type("Party"));
-    const X509DirStr string = view(choice, octets);
+    const X509DirStr string = view(choice, exact.data());
     const X509DirStrOpt absent = {string, 0};
     ASSERT_EQ(X509MUtilSetDirStrOptDER(work.object, work.value, "assigner", &absent, nullptr), 0);
     ASSERT_EQ(X509MUtilSetDirStrBER(work.object, work.value, "name", &string, nullptr), 0);
@@ -28,7 +25,7 @@ TEST(DirectoryString, RoundTrips) {
     ASSERT_EQ(X509MUtilFreeDirStr(pool, &read, nullptr), 0);
     EXPECT_EQ(read.choice, 0u);
     EXPECT_EQ(copy.choice, choice);
-    EXPECT_EQ(toHex(copy.octets, copy.length), toHex(octets));
+    EXPECT_EQ(toHex(copy.octets, copy.length), "00 00 00 41");
     X509DirStrOpt opt{copy, 1};
     EXPECT_EQ(X509MUtilFreeDirStrOpt(pool, &opt, nullptr), 0);
     EXPECT_EQ(opt.option, 0);
@@ -64,7 +61,8 @@ TEST(DirectoryString, ReadsWhatIsThere) {
 
 TEST(DirectoryString, RefusesToSet) {
   Work work(type("Party"));
-  const Octets octets = fromHex("41");
+  const Exact exact(fromHex("41"));
+  const AsnEncodedData octets = exact.data();
   for (const X509DirStr &string : {view(0, octets), view(6, octets), X509DirStr{1, nullptr, 1}}) {
     EXPECT_EQ(codeOf(X509MUtilSetDirStrDER, work.object, work.value, "name", &string),
               uint32_t(string.choice == 1 ? X509NameError_NullParameter : X509DirStrError_Choice));
@@ -79,33 +77,12 @@ TEST(DirectoryString, RefusesToSet) {
 }
 
 TEST(DirectoryString, CheckLength) {
-  struct Row {
-    uint32_t choice;
-    uint32_t bound;
-    uint32_t code;
-    std::vector<const char *> hex;
-  };
-  constexpr uint32_t kCharacters = X509DirStrError_Characters;
-  for (const Row &row : {
-           Row{X509DirStr_TeletexString, 3, 0, {"FF", "FF*3"}},
-           Row{X509DirStr_PrintableString, 3, X509DirStrError_Length, {"", "41*4"}},
-           Row{X509DirStr_BmpString, 3, 0, {"D8 00*3"}},
-           Row{X509DirStr_BmpString, 3, X509DirStrError_Length, {"00 41*4"}},
-           Row{X509DirStr_BmpString, 3, kCharacters, {"00 41 00"}},
-           Row{X509DirStr_UniversalString, 3, 0, {"00 00 00 41*3"}},
-           Row{X509DirStr_UniversalString, 3, kCharacters, {"00 00 00 41 00 41"}},
-           Row{X509DirStr_Utf8String, 4, 0, {"41+C3 A4+E2 82 AC+F4 8F BF BF"}},
-           Row{X509DirStr_Utf8String, 3, X509DirStrError_Length, {"E2 82 AC*4"}},
-           Row{X509DirStr_Utf8String, 9, kCharacters, {"41 C1 81", "E0 9F BF", "F0 8F BF BF"}},  // overlong
-           Row{X509DirStr_Utf8String, 9, kCharacters, {"ED BF BF", "F4 90 80 80", "F8 88 80 80 80"}},
-           Row{X509DirStr_Utf8String, 9, kCharacters, {"41 E2 82", "80", "E2 82 41"}},
-           Row{9, 9, X509DirStrError_Choice, {"41"}},
-       }) {
-    for (const char *hex : row.hex) {
-      const Exact exact(fromHex(hex));
-      const X509DirStr string = {row.choice, exact.data().octets, exact.data().length};
-      EXPECT_EQ(codeOf(X509MUtilGetCheckLengthOfDirStr, &string, row.bound, 0), row.code) << hex;
-    }
+  for (const auto &row : rowsOf(KETRA_DIRECTORY_STRINGS)) {
+    const Exact exact(fromHex(row.size() > 3 ? row[3] : ""));
+    const X509DirStr string = view(static_cast<uint32_t>(std::stoul(row.at(0))), exact.data());
+    EXPECT_EQ(codeOf(X509MUtilGetCheckLengthOfDirStr, &string, static_cast<uint32_t>(std::stoul(row.at(1))), 0),
+              row.at(2).empty() ? 0 : codeNamed(row.at(2)))
+        << row.at(0) << " " << row.back();
   }
   const X509DirStr five = {X509DirStr_Utf8String, exactly("abcde").octets, 5};
   const auto check = [&](const X509DirStr *string, int32_t of) {

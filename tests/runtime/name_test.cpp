@@ -4,7 +4,6 @@
 #include <sstream>
 
 #include "runtime/schema_rows.h"
-#include "support/support.h"
 
 namespace ketra::test {
 namespace {
