@@ -112,6 +112,7 @@ Stage::Stage(const std::string &name)
   EXPECT_EQ(object.setPdu(fromHex(held), false), 0);
   if (input != "empty") {
     EXPECT_EQ(source.setPdu(fromHex(held), false), 0);
+    param = source.param();
   }
   scribble(prepared);
   scribble(preparedChains);
@@ -144,8 +145,8 @@ int32_t createAndDestroy(Stage &, AsnErrorBlock *err) {
 }
 
 int32_t setNameOf(Stage &s, AsnErrorBlock *err) {
-  const bool isOwn = s.input.starts_with("its-own") && s.object.hasName();
-  return setName(s.object, isOwn ? s.object : s.source, err);
+  if (s.input.starts_with("its-own") && s.object.hasName()) s.param = s.object.param();
+  return X509GenNameObjectSetName(s.object, &s.param, err);
 }
 
 int32_t prepareParameter(Stage &s, AsnErrorBlock *err) { return setName(s.object, s.source, err); }

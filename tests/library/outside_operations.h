@@ -66,6 +66,7 @@ struct Stage {
   bool isFirst() const { return input.starts_with("first-"); }
 
   // Values to set, and places for results.
+  X509GenNameParam param{};  // the source's
   AsnEncodedData encoding;
   KetraBasicConstraints basicConstraints{{1, 1}, {3, 1}};
   AsnBit bits;

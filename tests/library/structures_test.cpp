@@ -36,6 +36,11 @@ constexpr uint8_t kOnes[] = {0xFF, 0xFF};
 constexpr uint8_t kPadded[] = {0x00, 0x01};
 constexpr uint32_t kNoArcs[] = {3, 5};
 
+X509DirStr letters(uint32_t count) {
+  static const Exact most(Octets(40000, 'x'));
+  return {X509DirStr_Utf8String, most.data().octets, count};
+}
+
 TEST(Structures, AreSetOrRefused) {
   struct Row {
     const char *operation;
@@ -140,6 +145,35 @@ TEST(Structures, AreSetOrRefused) {
       {"X509MUtilSgetGenNamesBER two", CHANGED(s.prepared.fullName.node(0).next = nullptr),
        "0147F499 x509MUtilSgetGenNames: Chain is too short "},
 
+      {"X509GenNameObjectSetName", BLAMED(s.param.type = 0), "01472144 type [0]"},
+      {"X509GenNameObjectSetName", BLAMED(s.param.type = 10), "01472144 type [10]"},
+      {"X509GenNameObjectSetName", CHANGED(s.param.directoryName = nullptr), "01472102 None NameObject"},
+      {"X509GenNameObjectSetName ediPartyName", CHANGED(s.param.ediPartyName.nameAssigner.value.length = 0),
+       "02510011 X509MUtilGetCheckLengthOfDirStr"},
+      {"X509GenNameObjectSetName ediPartyName", CHANGED(s.param.ediPartyName.partyName = letters(32769)),
+       "02510011 X509MUtilGetCheckLengthOfDirStr"},
+      {"X509GenNameObjectSetName ediPartyName",  // a flag other than 1 is absence
+       CHANGED(s.param.ediPartyName.partyName = letters(32768); s.param.ediPartyName.nameAssigner.option = 2),
+       "=" + toHex(fromHex("A5 82 80 08 A1 82 80 04 0C 82 80 00+78*32768"))},
+      // From a view of the object itself, in part and as another kind.
+      {"X509GenNameObjectSetName rfc822Name",
+       CHANGED(s.param.type = X509GenName_DNSName; s.param.dNSName = {s.object.param().rfc822Name.octets + 2, 1}),
+       "=82 01 61"},
+      {"X509GenNameObjectSetName ediPartyName",
+       CHANGED(s.param = s.object.param(); s.param.ediPartyName.nameAssigner.option = 0), "=A5 05 A1 03 13 01 59"},
+      {"X509GenNameObjectSetName ediPartyName",
+       CHANGED(s.param.type = X509GenName_DNSName;
+               s.param.dNSName = {s.object.param().ediPartyName.partyName.octets, 1}),
+       "=82 01 59"},
+      {"X509GenNameObjectSetName otherName",
+       CHANGED(s.param.type = X509GenName_RegisteredID;
+               s.param.registeredID = {s.object.param().otherName.type.arcs, 2}),
+       "=88 01 2B"},
+      {"X509GenNameObjectSetName directoryName",
+       CHANGED(AsnEncodedData name{}; X509NameObjectGetPduDER(s.object.param().directoryName, &name, nullptr);
+               s.param.type = X509GenName_DNSName; s.param.dNSName = {name.octets + name.length - 1, 1}),
+       "=82 01 41"},
+
       {"X509MUtilSetDistributionPointName", BLAMED(s.sampleName.type = 3), "014FD147 type [3]"},
       {"X509MUtilCheckDistributionPointName", BLAMED(s.sampleName.type = 3), "014FD447 type [3]"},
       {"X509MUtilCheckDistributionPointName", CHANGED(s.sampleName.nameRelativeToCRLIssuer = nullptr), "014FD488"},
@@ -192,7 +226,8 @@ TEST(Structures, AreSetOrRefused) {
     const std::string before = stage.extensions.pdu();
     const Err err = called(operation.run, stage);
     if (row.expected[0] == '=') {
-      EXPECT_EQ("=" + stage.extensions.stored(*operation.objid), row.expected) << err.text();
+      const std::string got = operation.objid ? stage.extensions.stored(*operation.objid) : stage.object.der();
+      EXPECT_EQ("=" + got, row.expected) << err.text();
       continue;
     }
     ASSERT_NE(err.block.count, 0u);
@@ -202,6 +237,7 @@ TEST(Structures, AreSetOrRefused) {
     EXPECT_TRUE(blamed.value == nullptr ||
                 (err.block.entries[0].value == blamed.value && err.block.entries[0].valueLength == blamed.length));
     EXPECT_EQ(stage.extensions.pdu(), before);
+    EXPECT_TRUE(stage.holdsOldNameOrNone());
   }
 }
 

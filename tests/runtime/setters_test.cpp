@@ -36,17 +36,6 @@ TEST(Setters, EncodedData) {
   for (const char *bad : {"", "30", "05 00 05 00", "30 80", "00 00", "30 03 02 01"}) {
     EXPECT_EQ(set(bad, false), "") << bad;
   }
-
-  // What went in as BER comes out as DER when DER is asked for, also over a value that was DER.
-  Work work(type("Any"));
-  const Octets der = fromHex("05 00");
-  const Octets ber = fromHex("30 80 04 81 01 AA 00 00");
-  const AsnEncodedData first{der.data(), 2};
-  const AsnEncodedData second{ber.data(), static_cast<uint32_t>(ber.size())};
-  ASSERT_EQ(AsnSetEncodedDataDER(work.object, work.value, "/", &first, nullptr), 0);
-  EXPECT_EQ(work.encode(), "05 00");
-  ASSERT_EQ(AsnSetEncodedDataBER(work.object, work.value, "/", &second, nullptr), 0);
-  EXPECT_EQ(work.encode(), "30 03 04 01 AA");
 }
 
 TEST(Setters, SetOfIsSortedInDerOnly) {
