@@ -142,6 +142,7 @@ TEST(Allocations, FaceTellsWhatIsRefused) {
   tellsWhatIsRefused<ketra::TolerantCrlDistributionPoints>("30 11 30 0F A0 09 A0 07 82 01 61 82 00 89 00 A2 02 82 00");
   tellsWhatIsRefused<ketra::TolerantIssuingDistributionPoint>("30 08 A0 06 A0 04 82 00 89 00");
   tellsWhatIsRefused<ketra::TolerantNameConstraints>("30 0B A0 09 30 03 82 01 61 30 02 89 00");
+  tellsWhatIsRefused<ketra::CrlDistributionPoints>(golden("cRLDistributionPoints/two"));
   tellsWhatIsRefused<ketra::SubjectAltName>("30 09 82 01 61 87 04 C0 00 02 01");
   tellsWhatIsRefused<ketra::SubjectDirectoryAttributes>("30 0C 30 0A 06 02 2A 03 31 04 05 00 0C 00");
   tellsWhatIsRefused<ketra::CertificatePolicies>(golden("certificatePolicies/two"));

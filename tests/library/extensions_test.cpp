@@ -31,8 +31,7 @@ TEST(SubjectKeyId, Cache) {
     EXPECT_EQ(refusal(KetraObjectSgetSubjectKeyId, extensions, &read), "");
     EXPECT_EQ(Octets(read.octets, read.octets + read.length), identifier);
     EXPECT_EQ(cacheNodes(extensions), "2 ");
-    EXPECT_EQ(static_cast<CacheNode *>(extensions.operator KetraObject()->structuredCache)->entry.subjectKeyId.octets,
-              read.octets);
+    EXPECT_EQ(static_cast<CacheNode *>(extensions.handle->structuredCache)->entry.subjectKeyId.octets, read.octets);
   }
   CacheEntry *other = nullptr;
   EXPECT_EQ(ketraObjectSgetSExt(extensions, CacheKind::AuthorityKeyId, &other, nullptr), 0);

@@ -55,7 +55,7 @@ TEST(GeneralName, States) {
 
 TEST(GeneralName, DamagedRecord) {
   GenName object("dNSName");
-  Param &param = object.operator X509GenNameObject()->param;
+  Param &param = object.handle->param;
   const Param other = param;
   ASSERT_EQ(object.setPdu(fromHex("82 81 01 61")), 0);
   param.type = 12;
@@ -83,7 +83,7 @@ TEST(GeneralName, MemoryStaysBounded) {
     ASSERT_EQ(X509GenNameObjectSetName(object, i % 2 == 0 ? &large : &small, nullptr), 0);
     ASSERT_EQ(object.setPdu(fromHex("82 02 61")), -1);
   }
-  EXPECT_LE(usage(object.operator X509GenNameObject()->pool).second, 3u);
+  EXPECT_LE(usage(object.handle->pool).second, 3u);
 }
 
 // As it is read by each rule: domain-defined attributes keep their order, extension attributes are a set.
@@ -158,10 +158,10 @@ TEST(GeneralNames, FillsObjectsInOrder) {
 
 TEST(GeneralNames, CopyObject) {
   GenName target("ediPartyName");
-  ASSERT_EQ(X509MUtilCopyGenNameObject(target.handle(), target, nullptr), 0);
+  ASSERT_EQ(X509MUtilCopyGenNameObject(&target.handle, target, nullptr), 0);
   EXPECT_EQ(target.der(), sampleOf("ediPartyName")) << "onto itself: without effect";
-  ASSERT_EQ(X509MUtilCopyGenNameObject(target.handle(), nullptr, nullptr), 0);
-  EXPECT_EQ(*target.handle(), nullptr);
+  ASSERT_EQ(X509MUtilCopyGenNameObject(&target.handle, nullptr, nullptr), 0);
+  EXPECT_EQ(target.handle, nullptr);
 }
 
 TEST(GeneralNames, PathsOfKinds) {

@@ -207,7 +207,7 @@ const std::map<std::string, Operation> kOperations = {
     EXTENSION(KetraObjectSgetSubjectKeyId, SubjectKeyId, "SubjectKeyIdentifier", &s.octets),
 
     {"X509GenNameObjectCreate", {createAndDestroy}},
-    UTILITY(X509GenNameObjectDestroy, std::exchange(*s.object.handle(), nullptr)),
+    UTILITY(X509GenNameObjectDestroy, std::exchange(s.object.handle, nullptr)),
     {"X509GenNameObjectSetName", {setNameOf}},
     {"X509GenNameObjectGetPduDER",
      {.run = STEP(X509GenNameObjectGetPduDER, s.object, &s.encoding), .prepare = prepareParameter}},
@@ -223,7 +223,7 @@ const std::map<std::string, Operation> kOperations = {
     {"X509MUtilSgetGenNameObjectDER", {getOne(X509MUtilSgetGenNameObjectDER)}},
     {"X509MUtilSgetGenNameObjectBER", {getOne(X509MUtilSgetGenNameObjectBER)}},
     {"X509MUtilCopyGenNameObject",
-     {.run = STEP(X509MUtilCopyGenNameObject, s.object.handle(), s.source), .prepare = prepareCopy}},
+     {.run = STEP(X509MUtilCopyGenNameObject, &s.object.handle, s.source), .prepare = prepareCopy}},
     EXTENSION(KetraObjectSsetSubjectAltName, SubjectAltName, "GeneralNames", 1, &s.sampleNames),
     EXTENSION(KetraObjectSsetIssuerAltName, IssuerAltName, "GeneralNames", 1, &s.sampleNames),
     EXTENSION(KetraObjectSsetCertIssuer, CertIssuer, "GeneralNames", &s.sampleNames),

@@ -7,32 +7,6 @@ namespace {
 
 X509DirStr view(uint32_t choice, const AsnEncodedData &octets) { return {choice, octets.octets, octets.length}; }
 
-TEST(DirectoryString, RoundTrips) {
-  const Pool pool;
-  const Exact exact(fromHex("00 00 00 41"));
-  const char *tags[] = {"14", "13", "1E", "1C", "0C"};
-  for (uint32_t choice = 1; choice <= 5; ++choice) {
-    Work work(type("Party"));
-    const X509DirStr string = view(choice, exact.data());
-    const X509DirStrOpt absent = {string, 0};
-    ASSERT_EQ(X509MUtilSetDirStrOptDER(work.object, work.value, "assigner", &absent, nullptr), 0);
-    ASSERT_EQ(X509MUtilSetDirStrBER(work.object, work.value, "name", &string, nullptr), 0);
-    EXPECT_EQ(work.encode(), std::string("30 08 A1 06 ") + tags[choice - 1] + " 04 00 00 00 41");
-    X509DirStr read{};
-    ASSERT_EQ(X509MUtilGetDirStrDER(pool, work.object, work.value, "name", &read, nullptr), 0);
-    X509DirStr copy{};
-    ASSERT_EQ(X509MUtilCopyDirStrBER(pool, &copy, &read, nullptr), 0);
-    ASSERT_EQ(X509MUtilFreeDirStr(pool, &read, nullptr), 0);
-    EXPECT_EQ(read.choice, 0u);
-    EXPECT_EQ(copy.choice, choice);
-    EXPECT_EQ(toHex(copy.octets, copy.length), "00 00 00 41");
-    X509DirStrOpt opt{copy, 1};
-    EXPECT_EQ(X509MUtilFreeDirStrOpt(pool, &opt, nullptr), 0);
-    EXPECT_EQ(opt.option, 0);
-  }
-  EXPECT_EQ(usage(pool).second, 0u);
-}
-
 TEST(DirectoryString, ReadsWhatIsThere) {
   const Pool pool;
   const Exact exact(fromHex("30 80 A1 80 33 80 04 01 41 04 01 42 00 00 00 00 00 00"));  // "AB" in segments
