@@ -73,8 +73,8 @@ void readTyped(const Extensions &free, const Extensions &bounded) {
         return;
       }
       readBoth<T>(free, bounded);
-      using Tolerant = typename TolerantForm<T>::type;
-      if constexpr (!std::is_void_v<Tolerant>) readBoth<Tolerant>(free, bounded);
+      using Form = typename TolerantForm<T>::type;
+      if constexpr (!std::is_void_v<Form>) readBoth<Form>(free, bounded);
     });
   }
 }
