@@ -32,26 +32,8 @@ Octets cn(uint8_t tag, std::string_view value) { return attribute("55 04 03", tl
 Octets rdn(const Octets &members) { return tlv(0x31, members); }
 Octets one(const Octets &member) { return tlv(0x30, rdn(member)); }  // a name of one attribute
 
-TEST(NameObject, BecomesDer) {
-  const Octets a = cn(12, "a");
-  const Octets b = cn(12, "b");
-  const Octets longer = cn(12, "aa");
-  const std::pair<Octets, Octets> rows[] = {
-      {one(longer + b + a), one(a + b + longer)},  // members of a SET OF in order
-      {fromHex("30 80 31 80 30 81 0C 06 03 55 04 03 2C 80 04 01 61 00 00 00 00 00 00"), one(cn(0x2C, "\x04\x01\x61"))},
-  };
-  for (const auto &[ber, der] : rows) EXPECT_EQ(Name(ber).der(), toHex(der));
-  for (const Octets &der : {fromHex("30 00"), one(attribute("2A 03", fromHex("30 03 02 01 05"))), one(cn(12, "")),
-                            one(attribute("88 90 80 80 80 80 80 80 80 80 80 01", fromHex("05 00"))),
-                            one(cn(12, "\xFF")), one(cn(30, std::string(70000, 'x')))}) {
-    EXPECT_EQ(Name(der).der(), toHex(der));
-  }
-}
-
-TEST(NameObject, OwnOctetsAndCopies) {
+TEST(NameObject, Copies) {
   Name name(fromHex(golden("name/multi-valued")));
-  const AsnEncodedData own = name.encoding();
-  EXPECT_EQ(X509NameObjectSetPduBER(name, &own, nullptr), 0);
   Name copy;
   EXPECT_EQ(X509NameObjectDestroy(copy, nullptr), 0);
   ASSERT_EQ(X509MUtilCopyNameObject(&copy.handle, name, nullptr), 0);

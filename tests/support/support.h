@@ -125,6 +125,10 @@ class Holder {
     const AsnEncodedData encoding = exact.data();
     return kSetPdu(handle, &encoding, err);
   }
+  int32_t setFromItself() const {
+    const AsnEncodedData own = encoding();
+    return kSetPdu(handle, &own, nullptr);
+  }
   AsnEncodedData encoding() const {
     AsnEncodedData read{};
     EXPECT_EQ(kGetPdu(handle, &read, nullptr), 0);
