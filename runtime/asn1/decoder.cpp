@@ -233,9 +233,13 @@ inline bool Decoder::findNext(Next &next) {
   Frame &frame = *top_;
   if (frame.indefinite && pos_ == frame.end) {
     fault_.set(AsnError_EndOfContents, pos_) << "the end-of-contents octets are missing";
+  } else {
+    readHeader(pos_, frame.end, next.header, fault_);
+  }
+  if (fault_.code != 0) {
+    if (frame.role == Role::Components) frame.current = nullptr;  // it was the one before
     return false;
   }
-  if (!readHeader(pos_, frame.end, next.header, fault_)) return false;
   switch (frame.role) {
     case Role::Components:
       if (!nextComponent(frame, next.header.identifier)) return false;
