@@ -14,11 +14,11 @@ const std::string kSubjectKeyId = "0603551d0e041604140102030405060708090a0b0c0d0
 
 TEST(Check, Samples) {
   std::string files;
-  for (const char *name : {"ca.pem", "end-entity.pem", "crl.pem", "indirect-crl.pem"})
+  for (const char *name : {"ca.pem", "end-entity.pem", "request.pem", "crl.pem", "indirect-crl.pem"})
     files += quote(sample(name)) + " ";
   const Result result = run("check " + files);
   EXPECT_EQ(result.status, 0) << result.out << result.err;
-  EXPECT_EQ(lastLine(result.out).find("2 certificates, 2 CRLs, 37 extensions: "), 0u) << result.out;
+  EXPECT_EQ(lastLine(result.out).find("2 certificates, 2 CRLs, 1 requests, 41 extensions: "), 0u) << result.out;
   EXPECT_NE(lastLine(result.out).find(" 0 re-encoded, 0 refused, 0 rejected, "), std::string::npos) << result.out;
 }
 
@@ -85,7 +85,7 @@ TEST(Hostile, DamagedObjects) {
     std::string input, reason;
   };
   const Case cases[] = {
-      {"", "neither PEM nor DER"},
+      {"", "the file is empty"},
       {"nothing of the kind", "neither PEM nor DER"},
       {"0", "the encoding ends early"},
       {ca.substr(0, 100), "the encoding ends early"},
@@ -107,7 +107,8 @@ TEST(Hostile, DamagedObjects) {
     const Result check = run("check " + quote(file(input)));
     EXPECT_EQ(check.status, 1);
     EXPECT_EQ(lastLine(check.out),
-              "0 certificates, 0 CRLs, 0 extensions: 0 identical, 0 re-encoded, 0 refused, 0 rejected, 0 unknown");
+              "0 certificates, 0 CRLs, 0 requests, 0 extensions: 0 identical, 0 re-encoded, 0 refused, 0 rejected, "
+              "0 unknown; 1 unreadable");
   }
 }
 
@@ -154,7 +155,7 @@ TEST(CommandLine, Statuses) {
   for (const char *wrong : {"", "show", "check", "frobnicate", "show --yaml x", "check --json x"}) {
     EXPECT_EQ(run(wrong).status, 2) << wrong;
   }
-  const Result missing = run("show --json /nonexistent " + quote(sample("ca.pem")) + " /");
+  const Result missing = run("show --json /nonexistent " + quote(sample("ca.pem")));
   EXPECT_EQ(missing.status, 2);
   EXPECT_EQ(Json::parse(missing.out).size(), 1u);
   EXPECT_NE(missing.err.find("/nonexistent"), std::string::npos);
@@ -169,7 +170,7 @@ TEST(World, CertificatesOfTheSystem) {
   for (std::size_t at = 0; (at = pem.find("-----BEGIN CERTIFICATE", at)) != pem.npos; ++at) ++count;
   const Result result = run("check " + bundle);
   EXPECT_EQ(result.status, 0) << result.out;
-  EXPECT_EQ(lastLine(result.out).find(std::to_string(count) + " certificates, 0 CRLs, "), 0u) << result.out;
+  EXPECT_EQ(lastLine(result.out).find(std::to_string(count) + " certificates, 0 CRLs, 0 requests, "), 0u) << result.out;
   EXPECT_NE(lastLine(result.out).find(" 0 refused, 0 rejected, "), std::string::npos) << result.out;
 }
 
