@@ -2,9 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
 #include <filesystem>
 #include <iostream>
-#include <map>
 #include <system_error>
 #include <thread>
 
@@ -46,16 +46,19 @@ class CommandLine {
     app_.set_help_flag("-h,--help", "Print this help and exit");
     app_.require_subcommand(1);
     app_.footer(std::string(kExamples) + kFooter);
-    show_->add_flag("--json", request.asJson, "Print one JSON array instead of text");
+    show_->add_flag("--json", request.asJson, "Print one JSON array instead of text")->disable_flag_override();
     check_->add_flag(
         "--summary", request.isSummary,
-        "Print how many there are of each extension, and the reasons\nof what is not identical, instead of every case");
+        "Print how many there are of each extension, and the reasons\nof what is not identical, instead of every case")
+        ->disable_flag_override();
     for (CLI::App *command : {show_, check_}) addCommon(*command);
   }
 
   void parse(int argc, char **argv) {
     app_.parse(argc, argv);
     request_.command = check_->parsed() ? Command::Check : Command::Show;
+    readJobs();
+    readColour();
   }
 
   // Help and version are no errors.
@@ -67,30 +70,56 @@ class CommandLine {
 
  private:
   void addCommon(CLI::App &command) {
-    static const std::map<std::string, ColourChoice> kChoices = {
-        {"auto", ColourChoice::Auto}, {"always", ColourChoice::Always}, {"never", ColourChoice::Never}};
+    command.set_help_flag("-h,--help", "Print this help and exit");
     command.add_option("FILE", request_.files, "Files and directories to read")->required()->type_name("");
-    command.add_option("-j,--jobs", request_.threads, "Use N threads; as many as there are processors unless given")
-        ->check(CLI::Range(1U, 1024U))
+    command.add_option("-j,--jobs", jobs_, "Use N threads; as many as there are processors unless given")
         ->type_name("N");
     command
-        .add_option("--color", request_.colour,
+        .add_option("--color", colour_,
                     "Colours: auto (the default: on a terminal, unless\nNO_COLOR is set), always, never")
-        ->transform(CLI::Transformer(kChoices).description(""))
         ->type_name("WHEN");
     command.footer(kFooter);
   }
 
-  std::string explain(const CLI::ParseError &error) const {
-    const std::vector<std::string> rest = app_.remaining();
-    const CLI::App *command = show_->parsed() ? show_ : check_->parsed() ? check_ : nullptr;
-    if (command == nullptr) return explainCommand(rest.empty() ? "" : rest.front());
-    const std::string help = "; ketra " + command->get_name() + " --help tells more";
-    if (request_.files.empty() && rest.empty() && error.get_name() == "RequiredError") {
-      return "which files? Say ketra " + command->get_name() + " FILE..., with - for standard input" + help;
+  void readJobs() {
+    constexpr unsigned kMost = 1024;
+    const auto [end, error] = std::from_chars(jobs_.data(), jobs_.data() + jobs_.size(), request_.threads);
+    const bool isNumber = error == std::errc() && end == jobs_.data() + jobs_.size();
+    if (isNumber && request_.threads >= 1 && request_.threads <= kMost) return;
+    throw CLI::ValidationError("--jobs", jobs_ + " is no number from 1 to " + std::to_string(kMost));
+  }
+
+  void readColour() {
+    if (colour_ == "always") {
+      request_.colour = ColourChoice::Always;
+    } else if (colour_ == "never") {
+      request_.colour = ColourChoice::Never;
+    } else if (colour_ != "auto") {
+      throw CLI::ValidationError("--color", colour_ + " is none of auto, always, never");
     }
-    if (!rest.empty()) return command->get_name() + " has no option " + escape(rest.front()) + help;
-    return escape(error.what()) + help;
+  }
+
+  std::string explain(const CLI::ParseError &error) const {
+    const CLI::App *command = show_->parsed() ? show_ : check_->parsed() ? check_ : nullptr;
+    const std::vector<std::string> before = app_.remaining();
+    if (command == nullptr || !before.empty()) return explainCommand(before.empty() ? "" : before.front());
+    const std::string name = "ketra " + command->get_name();
+    const std::string help = "; " + name + " --help tells more";
+    if (const std::vector<std::string> unknown = command->remaining(); !unknown.empty()) {
+      return name + " has no option " + escape(unknown.front()) + ", it has" + optionsOf(*command) + help;
+    }
+    if (error.get_name() == "RequiredError") return "which files? " + name + " FILE..., - is standard input" + help;
+    const std::string what = error.what();
+    if (error.get_name() == "ArgumentMismatch") return escape(what.substr(0, what.find(':'))) + " needs a value" + help;
+    return escape(what) + help;
+  }
+
+  static std::string optionsOf(const CLI::App &command) {
+    std::string text;
+    for (const CLI::Option *option : command.get_options()) {
+      for (const std::string &name : option->get_lnames()) text.append(text.empty() ? " --" : ", --").append(name);
+    }
+    return text;
   }
 
   static std::string explainCommand(const std::string &word) {
@@ -106,6 +135,8 @@ class CommandLine {
   }
 
   Request &request_;
+  std::string jobs_ = std::to_string(std::max(1U, std::thread::hardware_concurrency()));
+  std::string colour_ = "auto";
   CLI::App app_{"Shows and checks the extensions of X.509 certificates, CRLs and certificate requests.", "ketra"};
   CLI::App *show_ = app_.add_subcommand("show", "Print every extension, field by field");
   CLI::App *check_ = app_.add_subcommand("check", "Read and write every extension again and report what differs");
@@ -114,7 +145,7 @@ class CommandLine {
 }  // namespace
 
 std::optional<Request> readCommandLine(int argc, char **argv, int &status) {
-  Request request{.threads = std::max(1U, std::thread::hardware_concurrency())};
+  Request request;
   CommandLine line(request);
   try {
     line.parse(argc, argv);
