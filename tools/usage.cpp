@@ -15,12 +15,14 @@
 namespace tool {
 namespace {
 
+// Lines of at most 80 characters.
 constexpr const char *kFooter =
-    "FILE holds certificates, CRLs and certificate requests, as PEM or DER, any number of them\n"
-    "in any mixture. Of a directory every file below it is read. - is standard input.\n"
+    "FILE holds certificates, CRLs and certificate requests as PEM or DER, any number\n"
+    "of them in any mixture. Of a directory, all files below it are read. - is\n"
+    "standard input.\n"
     "\n"
     "Exit status: 0 all good; 1 some of the input is faulty, the rest was handled;\n"
-    "2 a file cannot be read, results cannot be written, or the command line is wrong.";
+    "2 a file cannot be read, results cannot be written, or wrong usage.";
 
 constexpr const char *kExamples =
     "Examples:\n"
@@ -47,11 +49,13 @@ class CommandLine {
     app_.require_subcommand(1);
     app_.footer(std::string(kExamples) + kFooter);
     show_->add_flag("--json", request.asJson, "Print one JSON array instead of text")->disable_flag_override();
-    check_->add_flag(
-        "--summary", request.isSummary,
-        "Print how many there are of each extension, and the reasons\nof what is not identical, instead of every case")
+    check_
+        ->add_flag(
+            "--summary", request.isSummary,
+            "Print how many there are of each extension, and the\nreasons of what is not identical, not every case")
         ->disable_flag_override();
     for (CLI::App *command : {show_, check_}) addCommon(*command);
+    app_.get_formatter()->column_width(24);  // the commands have the same
   }
 
   void parse(int argc, char **argv) {
@@ -72,11 +76,9 @@ class CommandLine {
   void addCommon(CLI::App &command) {
     command.set_help_flag("-h,--help", "Print this help and exit");
     command.add_option("FILE", request_.files, "Files and directories to read")->required()->type_name("");
-    command.add_option("-j,--jobs", jobs_, "Use N threads; as many as there are processors unless given")
-        ->type_name("N");
+    command.add_option("-j,--jobs", jobs_, "Use N threads (default: one for each processor)")->type_name("N");
     command
-        .add_option("--color", colour_,
-                    "Colours: auto (the default: on a terminal, unless\nNO_COLOR is set), always, never")
+        .add_option("--color", colour_, "always, never, or auto (the default): on a terminal,\nunless NO_COLOR is set")
         ->type_name("WHEN");
     command.footer(kFooter);
   }
@@ -139,7 +141,7 @@ class CommandLine {
   std::string colour_ = "auto";
   CLI::App app_{"Shows and checks the extensions of X.509 certificates, CRLs and certificate requests.", "ketra"};
   CLI::App *show_ = app_.add_subcommand("show", "Print every extension, field by field");
-  CLI::App *check_ = app_.add_subcommand("check", "Read and write every extension again and report what differs");
+  CLI::App *check_ = app_.add_subcommand("check", "Write every extension anew and report what differs");
 };
 
 }  // namespace
