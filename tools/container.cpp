@@ -158,7 +158,7 @@ std::optional<Stretch> Splitter::end() {
   const Last last = std::exchange(last_, Last::Pem);
   if (last == Last::None) {
     return Stretch{.form = Stretch::Form::Nothing,
-                   .text = passedOver_ == 0 ? "the file is empty" : "neither PEM nor DER"};
+                   .text = passedOver_ == 0 ? "the file is empty or blank" : "neither PEM nor DER"};
   }
   if (last == Last::Der && passedOver_ > 0) {
     return Stretch{.form = Stretch::Form::Fault,

@@ -88,7 +88,7 @@ TEST(Hostile, DamagedObjects) {
     std::string input, reason;
   };
   const Case cases[] = {
-      {"", "the file is empty"},
+      {"", "the file is empty or blank"},
       {"nothing of the kind", "neither PEM nor DER"},
       {"0", "the encoding ends early"},
       {ca.substr(0, 100), "the encoding ends early"},
@@ -232,7 +232,7 @@ TEST(Check, Summary) {
            "\n          3          2          1          2          0  basicConstraints (2.5.29.19)\n",
            "\nrejected\n          2  basicConstraints: error 0x02100028: ",
            "\n             first: ",
-           "\nunreadable\n          1  object: the file is empty\n             first: - #1\n",
+           "\nunreadable\n          1  object: the file is empty or blank\n             first: - #1\n",
            "\n2 certificates, 0 CRLs, 1 requests, 24 extensions: 20 identical, 0 re-encoded, 0 refused, 2 rejected, 2 ",
        }) {
     EXPECT_NE(result.out.find(said), std::string::npos) << said << result.out;
