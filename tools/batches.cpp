@@ -74,7 +74,8 @@ void BatchReader::openFound(const DirectoryWalk::Found &found, Batch &batch) {
 void BatchReader::endDirectory(Batch &batch) {
   directory_.reset();
   if (objects_ != objectsBeforeDirectory_) return;
-  Stretch nothing{.form = Stretch::Form::Fault, .text = "no certificate, CRL or certificate request is in this directory"};
+  Stretch nothing{.form = Stretch::Form::Fault,
+                  .text = "no certificate, CRL or certificate request is in this directory"};
   batch.pieces.push_back({std::make_shared<const std::string>(escape(names_[nextName_ - 1])), 1, std::move(nothing)});
   ++pieces_;
 }

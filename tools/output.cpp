@@ -102,7 +102,11 @@ void printExtension(std::ostream &out, const Json &extension, const std::string 
   if (extension.contains("hex")) out << deeper << "hex: " << scalar(extension["hex"]) << "\n";
 }
 
-std::string textOf(const Json &fact) { return fact == "" ? "(empty)" : fact.is_null() ? "(unreadable)" : scalar(fact); }
+std::string textOf(const Json &fact) {
+  if (fact.is_null()) return "(unreadable)";
+  const std::string text = scalar(fact);
+  return text.empty() ? "(empty)" : text;
+}
 
 class TextPrinter : public Printer {
  public:
