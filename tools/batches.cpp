@@ -75,7 +75,7 @@ void BatchReader::endDirectory(Batch &batch) {
   directory_.reset();
   if (objects_ != objectsBeforeDirectory_) return;
   Stretch nothing{.form = Stretch::Form::Fault,
-                  .text = "no certificate, CRL or certificate request is in this directory"};
+                  .text = "no certificate, CRL or certificate request found in this directory"};
   batch.pieces.push_back({std::make_shared<const std::string>(escape(names_[nextName_ - 1])), 1, std::move(nothing)});
   ++pieces_;
 }
