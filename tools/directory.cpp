@@ -35,7 +35,7 @@ std::optional<DirectoryWalk::Found> DirectoryWalk::next() {
     std::error_code error;
     const std::size_t before = ahead_.size();
     for (fs::directory_iterator each(path, error), end; !error && each != end; each.increment(error)) {
-      ahead_.push_back(each->path());
+      ahead_.push_back(each->path().native());
     }
     std::sort(ahead_.begin() + static_cast<std::ptrdiff_t>(before), ahead_.end(), std::greater<>());
     if (error) return Found{std::move(path), error.message()};

@@ -11,7 +11,7 @@ namespace tool {
 
 class DirectoryWalk {
  public:
-  explicit DirectoryWalk(std::filesystem::path directory) : ahead_{std::move(directory)}, isTop_(true) {}
+  explicit DirectoryWalk(const std::filesystem::path &directory) : ahead_{directory.native()} {}
 
   struct Found {
     std::filesystem::path path;
@@ -20,8 +20,9 @@ class DirectoryWalk {
   std::optional<Found> next();
 
  private:
-  std::vector<std::filesystem::path> ahead_;  // the next at the end
-  bool isTop_;                                // the directory that was named, which may be a link
+  // The next at the end. There can be many: a path takes several times the memory of its characters.
+  std::vector<std::filesystem::path::string_type> ahead_;
+  bool isTop_ = true;  // the directory that was named, which may be a link
 };
 
 // The name of a file as it is, in UTF-8 where the system has names of characters.
