@@ -1,9 +1,12 @@
 #include "check.hpp"
 
 #include <cstdint>
+#include <sstream>
+#include <string>
 #include <string_view>
 
 #include "asn1_reader.hpp"
+#include "colour.hpp"
 #include "escape.hpp"
 #include "exit_status.hpp"
 #include "identifier_names.hpp"
@@ -52,78 +55,82 @@ std::string reason(const TypedExtension &typed, const Extension &extension, cons
   return text;
 }
 
+// The first line of a trace: what is wrong, not where.
+std::string headline(const Json &problem) { return problem.at("trace").at(0).get<std::string>(); }
+
 class Check : public Visitor {
  public:
   explicit Check(std::ostream &out) : out_(out) {}
 
-  bool allGood() const { return allGood_; }
+  const Tally &tally() const { return tally_; }
 
   void note(const std::string &file, const std::string &text) override { out_ << file << ": " << text << "\n"; }
 
   void unreadable(const Place &place, const Json &problem) override {
-    allGood_ = false;
-    begin(place) << kindName(place.kind) << " is unreadable\n";
-    printProblem(out_, problem, "  ");
+    ++tally_.unreadable;
+    fault(place) << kindName(place.kind) << " is " << Colour::Bad << "unreadable" << Colour::None << "\n";
+    explain(place, "unreadable", kindName(place.kind), problem);
   }
 
-  void beginObject(const Place &place, const Json &) override { ++(place.kind == Kind::Crl ? crls_ : certificates_); }
+  void beginObject(const Place &place, const Json &) override {
+    ++(place.kind == Kind::Crl ? tally_.crls : place.kind == Kind::Request ? tally_.requests : tally_.certificates);
+  }
   void endObject() override {}
   void beginEntry(const Place &, const Json &) override {}
   void endEntry() override {}
 
   void extension(const Place &place, const Extension &extension) override {
-    ++extensions_;
-    if (extension.isRepeated) fault(place, extension) << "the identifier is repeated\n";
-    const TypedExtension *typed = findTyped(extension.objid);
-    if (typed == nullptr) {
-      ++unknown_;
-    } else {
-      roundTrip(place, extension, *typed);
+    if (extension.isRepeated) {
+      begin(place, extension, true) << Colour::Bad << "the identifier is repeated" << Colour::None << "\n";
+      tally_.countReason("repeated", nameOf(extension.objid), placeText(place));
     }
+    const TypedExtension *typed = findTyped(extension.objid);
+    const Verdict verdict = typed == nullptr ? Verdict::Unknown : roundTrip(place, extension, *typed);
+    tally_.count(verdict, extension.isCritical());
+    tally_.countRow(extension.objid, verdict, extension.isCritical());
   }
 
   void unreadableExtension(const Place &place, uint32_t number, const ketra::Error &error) override {
-    ++extensions_;
-    ++rejected_;
-    allGood_ = false;
-    begin(place) << "extension " << number << ": rejected\n";
-    printProblem(out_, problem(error), "  ");
+    tally_.count(Verdict::Rejected, false);
+    fault(place) << "extension " << number << ": " << Colour::Bad << "rejected" << Colour::None << "\n";
+    explain(place, "rejected", "extension", problem(error));
   }
 
-  void summary() {
-    out_ << certificates_ << " certificates, " << crls_ << " CRLs, " << extensions_ << " extensions: " << identical_
-         << " identical, " << reEncoded_ << " re-encoded, " << refused_ << " refused, " << rejected_ << " rejected, "
-         << unknown_ << " unknown\n";
+  void unreadableAttribute(const Place &place, uint32_t number, const Json &problem) override {
+    ++tally_.unreadable;
+    fault(place) << "attribute " << number << " is " << Colour::Bad << "unreadable" << Colour::None << "\n";
+    explain(place, "unreadable", "attribute", problem);
   }
 
  private:
-  void roundTrip(const Place &place, const Extension &extension, const TypedExtension &typed) {
+  Verdict roundTrip(const Place &place, const Extension &extension, const TypedExtension &typed) {
     const Stored before{extension.value, extension.isCritical()};
     Writer writer;
     try {
       writer = typed.read(store(extension.objid, before));
     } catch (const ketra::Error &error) {
-      ++rejected_;
-      fault(place, extension) << "rejected\n";
-      return printProblem(out_, problem(error), "  ");
+      return failed(place, extension, Verdict::Rejected, error);
     }
     Stored after;
     try {
       after = write(extension.objid, writer, before.critical);
     } catch (const ketra::Error &error) {
-      ++refused_;
-      fault(place, extension) << "refused\n";
-      return printProblem(out_, problem(error), "  ");
+      return failed(place, extension, Verdict::Refused, error);
     }
     const std::string why = reason(typed, extension, before, after);
-    if (why.empty()) {
-      ++identical_;
-      return;
-    }
-    ++reEncoded_;
-    begin(place, extension) << "re-encoded: " << why << "\n";
+    if (why.empty()) return Verdict::Identical;
+    begin(place, extension, false) << Colour::Notable << verdictName(Verdict::ReEncoded) << Colour::None << ": " << why
+                                   << "\n";
     out_ << "  read:    " << text(before) << "\n  written: " << text(after) << "\n";
+    tally_.countReason(verdictName(Verdict::ReEncoded), nameOf(extension.objid) + ": " + why, placeText(place));
     secondRound(place, extension, typed, after);
+    return Verdict::ReEncoded;
+  }
+
+  Verdict failed(const Place &place, const Extension &extension, Verdict verdict, const ketra::Error &error) {
+    begin(place, extension, true) << Colour::Bad << verdictName(verdict) << Colour::None << "\n";
+    explain(place, verdictName(verdict), nameOf(extension.objid), problem(error));
+    return verdict;
   }
 
   // What the library has written itself must come back as it is.
@@ -132,47 +139,58 @@ class Check : public Visitor {
       const Writer writer = typed.read(store(extension.objid, written));
       const Stored again = write(extension.objid, writer, written.critical);
       if (again == written) return;
-      fault(place, extension) << "FAULT: the second round differs\n";
+      begin(place, extension, true) << Colour::Bad << "FAULT: the second round differs" << Colour::None << "\n";
       out_ << "  written: " << text(again) << "\n";
+      tally_.countReason("FAULT", nameOf(extension.objid) + ": the second round differs", placeText(place));
     } catch (const ketra::Error &error) {
-      fault(place, extension) << "FAULT: the second round fails\n";
-      printProblem(out_, problem(error), "  ");
+      begin(place, extension, true) << Colour::Bad << "FAULT: the second round fails" << Colour::None << "\n";
+      explain(place, "FAULT", nameOf(extension.objid), problem(error));
     }
   }
 
-  std::ostream &begin(const Place &place) {
-    out_ << place.file << " #" << place.index << " ";
-    if (place.entry != 0) out_ << "entry " << place.entry << " ";
-    return out_;
+  static std::string nameOf(const ketra::ObjectIdentifier &objid) {
+    const char *name = identifierName(objid);
+    return name != nullptr ? name : objid.text();
   }
-  std::ostream &begin(const Place &place, const Extension &extension) {
-    const char *name = identifierName(extension.objid);
-    return begin(place) << (name != nullptr ? name : extension.objid.text()) << ": ";
+
+  static std::string placeText(const Place &place) {
+    std::string text = place.file + " #" + std::to_string(place.index);
+    return place.entry != 0 ? text + " entry " + std::to_string(place.entry) : text;
   }
-  std::ostream &fault(const Place &place, const Extension &extension) {
-    allGood_ = false;
-    return begin(place, extension);
+
+  std::ostream &begin(const Place &place, const Extension &extension, bool isFault) {
+    tally_.allGood = tally_.allGood && !isFault;
+    return out_ << placeText(place) << " " << nameOf(extension.objid) << ": ";
+  }
+  std::ostream &fault(const Place &place) {
+    tally_.allGood = false;
+    return out_ << placeText(place) << " ";
+  }
+  void explain(const Place &place, const char *what, const std::string &subject, const Json &problem) {
+    printProblem(out_, problem, "  ");
+    tally_.countReason(what, subject + ": " + headline(problem), placeText(place));
   }
 
   std::ostream &out_;
-  bool allGood_ = true;
-  uint64_t certificates_ = 0;
-  uint64_t crls_ = 0;
-  uint64_t extensions_ = 0;
-  uint64_t identical_ = 0;
-  uint64_t reEncoded_ = 0;
-  uint64_t refused_ = 0;
-  uint64_t rejected_ = 0;
-  uint64_t unknown_ = 0;
+  Tally tally_;
 };
 
 }  // namespace
 
-int check(const std::vector<std::string> &files, std::ostream &out) {
-  Check visitor(out);
-  const bool allRead = walk(files, visitor);
-  visitor.summary();
-  return exitStatus(allRead, visitor.allGood());
+int check(BatchReader &reader, bool isSummary, const Run &run) {
+  const Outcome outcome = handleAll(
+      reader,
+      [isSummary](const Batch &batch, std::ostream &out) {
+        std::ostream nowhere(nullptr);
+        Check visitor(isSummary ? nowhere : out);
+        walk(batch, visitor);
+        return visitor.tally();
+      },
+      run);
+  std::ostringstream text;
+  isSummary ? outcome.tally.printSummary(text) : outcome.tally.printLine(text);
+  writeResult(text.str());
+  return exitStatus(outcome.allRead, outcome.tally.allGood);
 }
 
 }  // namespace tool

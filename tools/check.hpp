@@ -1,12 +1,12 @@
 #pragma once
 
-#include <ostream>
-#include <string>
-#include <vector>
+#include "batches.hpp"
+#include "parallel.hpp"
 
 namespace tool {
 
-// Takes every typed extension through get and set and reports what comes out differently. Returns the exit status.
-int check(const std::vector<std::string> &files, std::ostream &out);
+// Takes every typed extension through get and set and reports what comes out differently; for a summary, counts only.
+// Returns the exit status.
+int check(BatchReader &reader, bool isSummary, const Run &run);
 
 }  // namespace tool

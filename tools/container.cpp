@@ -1,11 +1,9 @@
 #include "container.hpp"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <memory>
+#include <cstdint>
 #include <string_view>
+#include <utility>
 
 #include "escape.hpp"
 #include "pem.hpp"
@@ -13,28 +11,32 @@
 namespace tool {
 namespace {
 
-// How many octets the definite-length encoding at the front has. What cannot be told so (indefinite or damaged
-// lengths) is taken to be all of `data`: opening it then says what is wrong.
-std::size_t frontLength(ketra::View data) {
-  if (data.size() < 2) return data.size();
-  const std::size_t lengthOctets = data.data()[1] < 0x80 ? 0 : data.data()[1] & 0x7Fu;
+uint8_t octet(std::string_view text, std::size_t at) { return static_cast<uint8_t>(text[at]); }
+
+// How many octets the definite-length encoding at the front has, of which `data` holds the header at least; it can be
+// more than there are. What cannot be told so (indefinite or damaged lengths) is taken to be all that follows: opening
+// it then says what is wrong.
+constexpr std::size_t kLongestHeader = 2 + sizeof(uint64_t);
+std::size_t frontLength(std::string_view data) {
+  constexpr std::size_t kAll = SIZE_MAX;
+  if (data.size() < 2) return kAll;
+  const std::size_t lengthOctets = octet(data, 1) < 0x80 ? 0 : octet(data, 1) & 0x7Fu;
   const std::size_t header = 2 + lengthOctets;
-  if (data.data()[1] == 0x80 || lengthOctets > sizeof(uint64_t) || header > data.size()) return data.size();
-  uint64_t length = lengthOctets == 0 ? data.data()[1] : 0;
-  for (std::size_t i = 2; i < header; ++i) length = length << 8 | data.data()[i];
-  return length > data.size() - header ? data.size() : header + static_cast<std::size_t>(length);
+  if (octet(data, 1) == 0x80 || header > kLongestHeader || header > data.size()) return kAll;
+  uint64_t length = lengthOctets == 0 ? octet(data, 1) : 0;
+  for (std::size_t i = 2; i < header; ++i) length = length << 8 | octet(data, i);
+  return length > kAll - header ? kAll : header + static_cast<std::size_t>(length);
 }
 
 struct Label {
   std::string_view text;
   Kind kind;
-  bool hasMore;  // other data follow the object
+  bool hasMore;
 };
 constexpr Label kLabels[] = {
-    {"CERTIFICATE", Kind::Certificate, false},
-    {"X509 CERTIFICATE", Kind::Certificate, false},
-    {"TRUSTED CERTIFICATE", Kind::Certificate, true},
-    {"X509 CRL", Kind::Crl, false},
+    {"CERTIFICATE", Kind::Certificate, false},        {"X509 CERTIFICATE", Kind::Certificate, false},
+    {"TRUSTED CERTIFICATE", Kind::Certificate, true}, {"X509 CRL", Kind::Crl, false},
+    {"CERTIFICATE REQUEST", Kind::Request, false},    {"NEW CERTIFICATE REQUEST", Kind::Request, false},
 };
 
 const Label *findLabel(std::string_view text) {
@@ -51,108 +53,118 @@ std::string quote(std::string_view label) {
   return text += label.size() > kShown ? "...\"" : "\"";
 }
 
-void readBlock(const PemBlock &block, ContainerVisitor &visitor) {
+Stretch stretchOf(const PemBlock &block) {
+  using Form = Stretch::Form;
+  const std::string quoted = quote(block.label);
   const Label *label = findLabel(block.label);
-  if (label == nullptr) return visitor.note("skipped the PEM block " + quote(block.label));
-  if (!block.isComplete) return visitor.fault("the PEM block " + quote(block.label) + " has no matching END line");
-  const std::optional<ketra::Octets> octets = decodeBase64(block.body);
-  if (!octets) return visitor.fault("the PEM block " + quote(block.label) + " is not base64");
-  visitor.object(label->kind, {octets->data(), label->hasMore ? frontLength(*octets) : octets->size()});
+  if (label == nullptr) return {.form = Form::Note, .text = "skipped the PEM block " + quoted};
+  if (!block.isComplete) return {.form = Form::Fault, .text = "the PEM block " + quoted + " has no matching END line"};
+  return {.form = Form::Pem,
+          .kind = label->kind,
+          .text = std::string(block.body),
+          .label = quoted,
+          .hasMore = label->hasMore};
 }
-
-class Splitter {
- public:
-  Splitter(ketra::View content, ContainerVisitor &visitor)
-      : content_(content),
-        text_(reinterpret_cast<const char *>(content.data()), content.size()),
-        nextPem_(findPem(text_, 0)),
-        visitor_(visitor) {}
-
-  void run() {
-    while (skipSpace()) {
-      if (startsDer()) {
-        takeDer();
-      } else if (nextPem_ != text_.npos) {
-        takePem();
-      } else {
-        break;
-      }
-    }
-    // Text around PEM blocks is commentary, octets behind DER objects are not.
-    if (last_ == Last::None) return visitor_.fault("neither PEM nor DER");
-    if (last_ == Last::Der && at_ < content_.size()) {
-      visitor_.fault(std::to_string(content_.size() - at_) + " octets at the end are neither PEM nor DER");
-    }
-  }
-
- private:
-  bool skipSpace() {
-    at_ = std::min(text_.find_first_not_of(" \t\r\n", at_), text_.size());
-    return at_ < text_.size();
-  }
-
-  // A SEQUENCE, which as text would be a "0". Certificates and CRLs are long enough for a length above 0x7F; a shorter
-  // SEQUENCE is taken only where no PEM is around whose commentary it could be.
-  bool startsDer() const {
-    if (text_[at_] != 0x30) return false;
-    const bool isPemFile = nextPem_ != text_.npos || last_ == Last::Pem;
-    return !isPemFile || (at_ + 1 < content_.size() && content_.data()[at_ + 1] >= 0x80);
-  }
-
-  void takeDer() {
-    const ketra::View rest(content_.data() + at_, content_.size() - at_);
-    const std::size_t length = frontLength(rest);
-    visitor_.object(Kind::Unknown, {rest.data(), length});
-    at_ += length;
-    last_ = Last::Der;
-    if (nextPem_ != text_.npos && nextPem_ < at_) nextPem_ = findPem(text_, at_);
-  }
-
-  void takePem() {
-    const PemBlock block = readPem(text_, nextPem_);
-    readBlock(block, visitor_);
-    at_ = block.end;
-    last_ = Last::Pem;
-    nextPem_ = findPem(text_, at_);
-  }
-
-  ketra::View content_;
-  std::string_view text_;
-  std::size_t at_ = 0;
-  std::size_t nextPem_;  // at or behind at_
-  enum class Last { None, Der, Pem } last_ = Last::None;
-  ContainerVisitor &visitor_;
-};
 
 }  // namespace
 
-std::optional<ketra::Octets> readFile(const std::string &name, std::string &why) {
-  struct Close {
-    void operator()(std::FILE *file) const { std::fclose(file); }
-  };
-  std::unique_ptr<std::FILE, Close> opened;
-  if (name != "-") opened.reset(std::fopen(name.c_str(), "rb"));
-  std::FILE *file = name == "-" ? stdin : opened.get();
-
-  ketra::Octets content;
-  uint8_t part[1 << 16];
-  std::size_t got = 1;
-  while (file != nullptr && got > 0) {
-    got = std::fread(part, 1, sizeof part, file);
-    content.insert(content.end(), part, part + got);
+std::optional<ketra::Octets> encodingOf(const Stretch &stretch) {
+  if (stretch.form == Stretch::Form::Der) return ketra::Octets(stretch.text.begin(), stretch.text.end());
+  std::optional<ketra::Octets> octets = decodeBase64(stretch.text);
+  if (octets && stretch.hasMore) {
+    const std::string_view text(reinterpret_cast<const char *>(octets->data()), octets->size());
+    octets->resize(std::min(frontLength(text), octets->size()));
   }
-  if (file != nullptr && std::ferror(file) == 0) return content;
-  why = std::strerror(errno);
-  return std::nullopt;
+  return octets;
 }
 
-void splitContainer(ketra::View content, ContainerVisitor &visitor) {
-  constexpr uint8_t kByteOrderMark[] = {0xEF, 0xBB, 0xBF};  // some editors put it before PEM
-  constexpr std::size_t kSize = sizeof kByteOrderMark;
-  if (content.size() >= kSize && std::equal(kByteOrderMark, kByteOrderMark + kSize, content.begin())) {
-    content = {content.data() + kSize, content.size() - kSize};
+Splitter::Splitter(Input &input) : input_(input) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";  // some editors put it before PEM
+  input_.readTo(kByteOrderMark.size());
+  if (input_.text().starts_with(kByteOrderMark)) input_.skip(kByteOrderMark.size());
+}
+
+std::optional<Stretch> Splitter::next() {
+  if (!skipSpace()) return end();
+  if (startsDer()) return takeDer();
+  if (findPem()) return takePem();
+  return end();
+}
+
+bool Splitter::skipSpace() {
+  do {
+    const std::string_view text = input_.text();
+    const std::size_t at = std::min(text.find_first_not_of(" \t\r\n"), text.size());
+    input_.skip(at);
+    if (at < text.size()) return true;
+  } while (input_.readMore());
+  return false;
+}
+
+// A SEQUENCE, which as text would be a "0". Certificates and CRLs are long enough for a length above 0x7F; a shorter
+// SEQUENCE is taken only where no PEM is near whose commentary it could be.
+bool Splitter::startsDer() {
+  constexpr std::size_t kNear = std::size_t{1} << 16;
+  if (input_.text()[0] != 0x30) return false;
+  input_.readTo(2);
+  if (input_.text().size() > 1 && octet(input_.text(), 1) >= 0x80) return true;
+  input_.readTo(kNear);
+  return last_ != Last::Pem && tool::findPem(input_.text(), 0) == std::string_view::npos;
+}
+
+Stretch Splitter::takeDer() {
+  input_.readTo(kLongestHeader);
+  const std::size_t wanted = frontLength(input_.text());
+  input_.readTo(wanted);
+  const std::size_t length = std::min(wanted, input_.text().size());
+  Stretch stretch{.form = Stretch::Form::Der, .text = std::string(input_.text().substr(0, length))};
+  input_.skip(length);
+  last_ = Last::Der;
+  passedOver_ = 0;
+  return stretch;
+}
+
+// Moves on to the next BEGIN line; where there is none, to the end.
+bool Splitter::findPem() {
+  passedOver_ = 0;
+  std::size_t from = 0;  // behind the first octet when that is there only to show what starts a line
+  for (;;) {
+    const std::string_view text = input_.text();
+    const std::size_t begin = tool::findPem(text, from);
+    const bool isFound = begin != text.npos;
+    const std::size_t passed = isFound ? begin : text.size() - std::min(text.size(), kPemOverlap);
+    passedOver_ += passed;
+    input_.skip(passed);
+    if (isFound) return true;
+    from = passed > 0 ? 1 : from;
+    if (!input_.readMore()) break;
   }
-  Splitter(content, visitor).run();
+  passedOver_ += input_.text().size();
+  input_.skip(input_.text().size());
+  return false;
+}
+
+Stretch Splitter::takePem() {
+  PemBlock block = readPem(input_.text(), 0);
+  while (block.isCut && input_.readMore()) block = readPem(input_.text(), 0);
+  Stretch stretch = stretchOf(block);
+  input_.skip(block.end);
+  last_ = Last::Pem;
+  return stretch;
+}
+
+// Text around PEM blocks is commentary, octets behind DER objects are not.
+std::optional<Stretch> Splitter::end() {
+  const Last last = std::exchange(last_, Last::Pem);
+  if (last == Last::None) {
+    return Stretch{.form = Stretch::Form::Nothing,
+                   .text = passedOver_ == 0 ? "the file is empty or blank" : "neither PEM nor DER"};
+  }
+  if (last == Last::Der && passedOver_ > 0) {
+    return Stretch{.form = Stretch::Form::Fault,
+                   .text = std::to_string(passedOver_) + " octets at the end are neither PEM nor DER"};
+  }
+  return std::nullopt;
 }
 
 }  // namespace tool

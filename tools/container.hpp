@@ -1,28 +1,52 @@
 // Files as the world keeps them: PEM blocks and DER objects, any number of them, one after the other.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
+#include "input.hpp"
 #include "ketra.hpp"
 #include "signed_objects.hpp"
 
 namespace tool {
 
-// The octets of a file, "-" being standard input. Nothing, and the reason in `why`, when it cannot be read.
-std::optional<ketra::Octets> readFile(const std::string &name, std::string &why);
-
-class ContainerVisitor {
- public:
-  virtual ~ContainerVisitor() = default;
-  // One encoding that should be a certificate or CRL; `kind` is Unknown when nothing but the encoding can tell.
-  virtual void object(Kind kind, ketra::View encoding) = 0;
-  // Input that is passed over rightly.
-  virtual void note(const std::string &text) = 0;
-  // Input that cannot be read.
-  virtual void fault(const std::string &text) = 0;
+// A stretch of a file, copied out of it.
+struct Stretch {
+  enum class Form {
+    Der,      // what should be an object
+    Pem,      // the base64 of one
+    Note,     // input that is passed over rightly: `text` tells
+    Fault,    // input that cannot be read: `text` tells
+    Nothing,  // a file in which there is neither PEM nor DER: `text` tells
+  };
+  Form form = Form::Nothing;
+  Kind kind = Kind::Unknown;  // Unknown: nothing but the encoding can tell
+  std::string text = {};
+  std::string label = {};  // of a PEM block, quoted
+  bool hasMore = false;    // other data follow the object
 };
 
-void splitContainer(ketra::View content, ContainerVisitor &visitor);
+// The encoding of a stretch that is Der or Pem; nothing when it is not base64.
+std::optional<ketra::Octets> encodingOf(const Stretch &stretch);
+
+class Splitter {
+ public:
+  explicit Splitter(Input &input);
+  // The stretches of the file, one with each call; nothing at its end.
+  std::optional<Stretch> next();
+
+ private:
+  bool skipSpace();
+  bool startsDer();
+  bool findPem();
+  Stretch takeDer();
+  Stretch takePem();
+  std::optional<Stretch> end();
+
+  Input &input_;
+  std::size_t passedOver_ = 0;  // octets since the last stretch
+  enum class Last { None, Der, Pem } last_ = Last::None;
+};
 
 }  // namespace tool

@@ -120,7 +120,14 @@ constexpr Name kNames[] = {
     {"2.5.1.5.55", "clearance"},
     {"2.23.133.2.16", "tPMSpecification"},
     {"2.23.133.2.18", "tPMSecurityAssertions"},
+    // Attributes of a certificate request, RFC 2985
+    {"1.2.840.113549.1.9.2", "unstructuredName"},
+    {"1.2.840.113549.1.9.7", "challengePassword"},
+    {"1.2.840.113549.1.9.8", "unstructuredAddress"},
+    {"1.2.840.113549.1.9.14", "extensionRequest"},
     // Of single makers
+    {"1.3.6.1.4.1.311.2.1.14", "microsoftCertExtensions"},
+    {"1.3.6.1.4.1.311.13.2.3", "microsoftOSVersion"},
     {"2.16.840.1.113730.1.1", "netscapeCertType"},
     {"2.16.840.1.113730.1.13", "netscapeComment"},
     {"1.2.840.113533.7.65.0", "entrustVersionInfo"},

@@ -1,59 +1,40 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <new>
-#include <string>
-#include <vector>
+#include <optional>
 
+#include "batches.hpp"
 #include "check.hpp"
 #include "exit_status.hpp"
-#include "ketra.hpp"
-#include "output.hpp"
+#include "parallel.hpp"
+#include "platform.hpp"
 #include "show.hpp"
+#include "usage.hpp"
 
 namespace {
 
-constexpr const char *kFooter =
-    "FILE is PEM or DER, one or more certificates and CRLs in any mixture; - is standard input.\n"
-    "Exit status: 0 all good; 1 some of the input is faulty, the rest was handled; 2 a file cannot be read, or usage.";
-
-std::string version() {
-  const char *banner = "";
-  KetraVersion(&banner);
-  std::string text = banner;
-  while (text.ends_with('\n')) text.pop_back();
-  return text;
+bool isColoured(tool::ColourChoice choice) {
+  if (choice != tool::ColourChoice::Auto) return choice == tool::ColourChoice::Always;
+  const char *unwanted = std::getenv("NO_COLOR");
+  return (unwanted == nullptr || *unwanted == '\0') && tool::hasColours(stdout);
 }
 
 int run(int argc, char **argv) {
-  CLI::App app("Shows and checks the extensions of X.509 certificates and CRLs.", "ketra");
-  app.set_version_flag("--version", version);
-  app.require_subcommand(1);
-  app.footer(kFooter);
+  int status = tool::kAllGood;
+  const std::optional<tool::Request> request = tool::readCommandLine(argc, argv, status);
+  if (!request) return std::cout.flush() ? status : throw std::runtime_error("the results cannot be written");
 
-  std::vector<std::string> files;
-  bool asJson = false;
-  CLI::App *show = app.add_subcommand("show", "Print every extension, field by field");
-  show->add_flag("--json", asJson, "Print JSON instead of text");
-  CLI::App *check = app.add_subcommand("check", "Read and write every extension again and report what differs");
-  for (CLI::App *command : {show, check}) {
-    command->add_option("FILE", files, "Certificates and CRLs")->required();
-    command->footer(kFooter);
-  }
-
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError &error) {
-    return app.exit(error) == 0 ? tool::kAllGood : tool::kNotPossible;
-  }
-  if (check->parsed()) return tool::check(files, std::cout);
-  const auto printer = asJson ? tool::makeJsonPrinter(std::cout) : tool::makeTextPrinter(std::cout);
-  return tool::show(files, *printer);
+  // Progress would stand in the middle of results on the same terminal.
+  const bool hasTerminal = tool::isTerminal(stderr) && (request->isSummary || !tool::isTerminal(stdout));
+  const tool::Run how{.threads = request->threads,
+                      .isColoured = !request->asJson && isColoured(request->colour),
+                      .showsProgress = hasTerminal};
+  tool::BatchReader reader(request->files);
+  if (request->command == tool::Command::Check) return tool::check(reader, request->isSummary, how);
+  return tool::show(reader, request->asJson, how);
 }
-
-}  // namespace
 
 // Unwinding would ask for memory again, in destructors.
 [[noreturn]] void outOfMemory() {
@@ -61,14 +42,14 @@ int run(int argc, char **argv) {
   std::_Exit(tool::kNotPossible);
 }
 
+}  // namespace
+
 int main(int argc, char **argv) {
   std::set_new_handler(outOfMemory);
   try {
-    const int status = run(argc, argv);
-    if (std::cout.flush()) return status;
-    std::cerr << "ketra: the results cannot be written\n";
+    return run(argc, argv);
   } catch (const std::exception &error) {
-    std::cerr << "ketra: " << error.what() << "\n";
+    std::fprintf(stderr, "ketra: %s\n", error.what());
   }
   return tool::kNotPossible;
 }

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "colour.hpp"
+
 namespace tool {
 namespace {
 
@@ -75,15 +77,24 @@ void printFields(std::ostream &out, const Json &fields, const std::string &inden
   }
 }
 
+// A member of a list that cannot be read has only its number there.
+void printLabel(std::ostream &out, const Json &extension) {
+  if (extension.contains("identifier")) {
+    out << Colour::Name << scalar(extension) << Colour::None;
+  } else if (extension.contains("attribute")) {
+    out << Colour::Bad << "attribute " << extension.at("attribute") << Colour::None;
+  } else {
+    out << Colour::Bad << "extension " << extension.at("number") << Colour::None;
+  }
+}
+
 void printExtension(std::ostream &out, const Json &extension, const std::string &indent) {
   out << indent;
-  if (!extension.contains("identifier")) {
-    out << "extension " << extension.at("number");
-  } else {
-    out << scalar(extension);
+  printLabel(out, extension);
+  if (extension.value("critical", false)) out << ", " << Colour::Notable << "critical" << Colour::None;
+  if (extension.value("repeated", false)) {
+    out << ", " << Colour::Bad << "REPEATED: this identifier occurs before in the same list" << Colour::None;
   }
-  if (extension.value("critical", false)) out << ", critical";
-  if (extension.value("repeated", false)) out << ", REPEATED: this identifier occurs before in the same list";
   out << "\n";
   const std::string deeper = indent + "  ";
   if (extension.contains("value")) printFields(out, extension["value"], deeper);
@@ -91,22 +102,31 @@ void printExtension(std::ostream &out, const Json &extension, const std::string 
   if (extension.contains("hex")) out << deeper << "hex: " << scalar(extension["hex"]) << "\n";
 }
 
+std::string textOf(const Json &fact) {
+  if (fact.is_null()) return "(unreadable)";
+  const std::string text = scalar(fact);
+  return text.empty() ? "(empty)" : text;
+}
+
 class TextPrinter : public Printer {
  public:
   explicit TextPrinter(std::ostream &out) : out_(out) {}
 
   void open(const Json &head) override {
-    out_ << scalar(head.at("file"));
+    out_ << Colour::Heading << scalar(head.at("file"));
     if (head.contains("index")) out_ << " #" << head["index"] << ": " << scalar(head.at("kind"));
+    out_ << Colour::None;
     if (head.contains("note")) out_ << ": " << scalar(head["note"]);
-    for (const char *fact : {"serialNumber", "thisUpdate", "nextUpdate", "revoked"}) {
-      if (head.contains(fact)) out_ << ", " << fact << " " << scalar(head[fact]);
+    for (const char *fact : {"serialNumber", "subject", "thisUpdate", "nextUpdate", "revoked"}) {
+      if (head.contains(fact)) out_ << ", " << fact << " " << textOf(head[fact]);
     }
     out_ << "\n";
+    if (head.contains("attributes")) out_ << "  attributes: " << joined(head["attributes"]) << "\n";
     if (head.contains("error")) printProblem(out_, head["error"], "  ");
   }
-  void list(const char *) override {}
+  void list(const char *) override { isListed_ = true; }
   void item(const Json &item) override {
+    isListed_ = false;
     if (!item.contains("entry")) return printExtension(out_, item, "  ");
     out_ << "  entry " << item["entry"];
     for (const char *fact : {"serialNumber", "revocationDate"}) {
@@ -117,11 +137,14 @@ class TextPrinter : public Printer {
     if (!item.contains("extensions")) return;
     for (const Json &extension : item["extensions"]) printExtension(out_, extension, "    ");
   }
-  void close() override {}
-  void finish() override {}
+  void close() override {
+    if (isListed_) out_ << "  no extensions\n";
+    isListed_ = false;
+  }
 
  private:
   std::ostream &out_;
+  bool isListed_ = false;  // lists were opened, and nothing has come
 };
 
 // ---- JSON ---------------------------------------------------------------------------------------------------------
@@ -131,7 +154,7 @@ std::string dump(const Json &value) { return value.dump(-1, ' ', true, Json::err
 
 class JsonPrinter : public Printer {
  public:
-  explicit JsonPrinter(std::ostream &out) : out_(out) {}
+  JsonPrinter(std::ostream &out, bool isFirst) : out_(out), isFirst_(isFirst) {}
 
   void open(const Json &head) override {
     std::string text = dump(head);
@@ -153,7 +176,6 @@ class JsonPrinter : public Printer {
     endList();
     out_ << "}";
   }
-  void finish() override { out_ << (isFirst_ ? "[]\n" : "\n]\n"); }
 
  private:
   void endList() {
@@ -162,7 +184,7 @@ class JsonPrinter : public Printer {
   }
 
   std::ostream &out_;
-  bool isFirst_ = true;
+  bool isFirst_;
   bool isInList_ = false;
   bool isFirstItem_ = true;
 };
@@ -170,6 +192,8 @@ class JsonPrinter : public Printer {
 }  // namespace
 
 std::unique_ptr<Printer> makeTextPrinter(std::ostream &out) { return std::make_unique<TextPrinter>(out); }
-std::unique_ptr<Printer> makeJsonPrinter(std::ostream &out) { return std::make_unique<JsonPrinter>(out); }
+std::unique_ptr<Printer> makeJsonPrinter(std::ostream &out, bool isFirst) {
+  return std::make_unique<JsonPrinter>(out, isFirst);
+}
 
 }  // namespace tool

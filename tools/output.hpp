@@ -9,7 +9,7 @@
 
 namespace tool {
 
-// Certificates and CRLs one after the other, each open() list() item()... list() item()... close(). Everything is
+// Objects one after the other, each open() list() item()... list() item()... close(). Everything is
 // printed at once, so memory does not grow with the input.
 class Printer {
  public:
@@ -18,11 +18,10 @@ class Printer {
   virtual void list(const char *name) = 0;
   virtual void item(const Json &item) = 0;
   virtual void close() = 0;
-  virtual void finish() = 0;
 };
 
 std::unique_ptr<Printer> makeTextPrinter(std::ostream &out);
-// One JSON array.
-std::unique_ptr<Printer> makeJsonPrinter(std::ostream &out);
+// The members of one JSON array, from the first on; who has printed all of them prints its end.
+std::unique_ptr<Printer> makeJsonPrinter(std::ostream &out, bool isFirst);
 
 }  // namespace tool

@@ -46,17 +46,20 @@ PemBlock readPem(std::string_view text, std::size_t begin) {
   const std::size_t lineEnd = std::min(text.find_first_of("\r\n", labelAt), text.size());
   block.label = text.substr(labelAt, lineEnd - labelAt);
   block.end = lineEnd;
+  block.isCut = lineEnd == text.size();
   const std::size_t dashes = block.label.find(kDashes);
   if (dashes == text.npos) return block;
   block.label = block.label.substr(0, dashes);
 
   const std::size_t boundary = std::min(findBoundary(text, lineEnd), text.size());
   block.end = boundary;
+  block.isCut = boundary == text.size();
   if (!startsAt(text, boundary, kEnd)) return block;
   const std::size_t endLabel = boundary + kEnd.size();
   const std::size_t endDashes = endLabel + block.label.size();
   block.body = text.substr(lineEnd, boundary - lineEnd);
   block.isComplete = startsAt(text, endLabel, block.label) && startsAt(text, endDashes, kDashes);
+  block.isCut = !block.isComplete && endDashes + kDashes.size() > text.size();
   block.end = block.isComplete ? endDashes + kDashes.size() : endLabel;
   return block;
 }

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "colour.hpp"
+
 namespace tool {
 
 Json problem(const ketra::Error &error) {
@@ -24,7 +26,7 @@ Json problem(const ketra::Error &error) {
 void printProblem(std::ostream &out, const Json &problem, const std::string &indent) {
   std::string begin = indent;
   for (const Json &line : problem.at("trace")) {
-    out << begin << line.get<std::string>() << "\n";
+    out << begin << Colour::Bad << line.get<std::string>() << Colour::None << "\n";
     begin = indent + "  ";
   }
 }

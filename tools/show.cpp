@@ -5,6 +5,7 @@
 #include "escape.hpp"
 #include "exit_status.hpp"
 #include "identifier_names.hpp"
+#include "output.hpp"
 #include "typed_extensions.hpp"
 #include "walk.hpp"
 
@@ -75,6 +76,11 @@ class Show : public Visitor {
     print(place, {{"number", number}, {"error", problem(error)}});
   }
 
+  void unreadableAttribute(const Place &place, uint32_t number, const Json &problem) override {
+    allGood_ = false;
+    print(place, {{"attribute", number}, {"error", problem}});
+  }
+
  private:
   static Json headOf(const Place &place) {
     return {{"file", place.file}, {"index", place.index}, {"kind", kindName(place.kind)}};
@@ -122,11 +128,20 @@ class Show : public Visitor {
 
 }  // namespace
 
-int show(const std::vector<std::string> &files, Printer &printer) {
-  Show visitor(printer);
-  const bool allRead = walk(files, visitor);
-  printer.finish();
-  return exitStatus(allRead, visitor.allGood());
+int show(BatchReader &reader, bool asJson, const Run &run) {
+  const Outcome outcome = handleAll(
+      reader,
+      [asJson](const Batch &batch, std::ostream &out) {
+        const auto printer = asJson ? makeJsonPrinter(out, batch.firstPiece == 0) : makeTextPrinter(out);
+        Show visitor(*printer);
+        walk(batch, visitor);
+        Tally tally;
+        tally.allGood = visitor.allGood();
+        return tally;
+      },
+      run);
+  if (asJson) writeResult(reader.pieces() == 0 ? "[]\n" : "\n]\n");
+  return exitStatus(outcome.allRead, outcome.tally.allGood);
 }
 
 }  // namespace tool

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
-#include "output.hpp"
+#include "batches.hpp"
+#include "parallel.hpp"
 
 namespace tool {
 
-// Prints every extension of the certificates and CRLs in the files. Returns the exit status.
-int show(const std::vector<std::string> &files, Printer &printer);
+// Prints every extension of what the reader gives. Returns the exit status.
+int show(BatchReader &reader, bool asJson, const Run &run);
 
 }  // namespace tool

@@ -1,6 +1,7 @@
 #include "signed_objects.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 #include "contracts/asn1_schema.hpp"
@@ -56,6 +57,27 @@ constexpr Row kRows[] = {
         Component("revocationDate", "Time"),
         Component("crlEntryExtensions", "OpenList", Optional),
 
+    Sequence("CertificationRequest"),
+        Component("certificationRequestInfo", "CertificationRequestInfo"),
+        Component("signatureAlgorithm", OpenType),
+        Component("signature", BitString),
+
+    Sequence("CertificationRequestInfo"),
+        Component("version", Integer),
+        Component("subject", OpenType),
+        Component("subjectPKInfo", OpenType),
+        Component("attributes", Context(0), "OpenSet", Optional),
+
+    Sequence("Attribute"),
+        Component("type", ObjectIdentifier),
+        Component("values", "OpenSet"),
+
+    Sequence("ExtensionRequest"),
+        Component("type", ObjectIdentifier),
+        Component("values", "ExtensionLists"),
+    SetOf("ExtensionLists"),
+        Element("OpenList"),
+
     Sequence("Extension"),
         Component("extnID", ObjectIdentifier),
         Component("critical", Boolean, Optional),
@@ -66,6 +88,8 @@ constexpr Row kRows[] = {
         Component("generalTime", Octets(0x18)),
 
     SequenceOf("OpenList"),
+        Element(OpenType),
+    SetOf("OpenSet"),
         Element(OpenType),
 
     // Serial numbers have up to 20 octets (RFC 5280 4.1.2.2): an INTEGER read as octets.
@@ -78,30 +102,54 @@ constexpr auto kRecords = compile(kRows);
 
 constexpr const AsnType *kSignedObject = &kRecords[indexOf(kRows, "SignedObject")];
 constexpr const AsnType *kExtension = &kRecords[indexOf(kRows, "Extension")];
+constexpr const AsnType *kAttribute = &kRecords[indexOf(kRows, "Attribute")];
 
 }  // namespace
 
 constexpr const AsnType *const kCertificate = &kRecords[indexOf(kRows, "Certificate")];
 constexpr const AsnType *const kCertificateList = &kRecords[indexOf(kRows, "CertificateList")];
 constexpr const AsnType *const kRevokedCertificate = &kRecords[indexOf(kRows, "RevokedCertificate")];
+constexpr const AsnType *const kCertificationRequest = &kRecords[indexOf(kRows, "CertificationRequest")];
+constexpr const AsnType *const kExtensionRequest = &kRecords[indexOf(kRows, "ExtensionRequest")];
 
 const char *kindName(Kind kind) {
-  return kind == Kind::Certificate ? "certificate" : kind == Kind::Crl ? "CRL" : "object";
+  switch (kind) {
+    case Kind::Certificate: return "certificate";
+    case Kind::Crl: return "CRL";
+    case Kind::Request: return "certificate request";
+    case Kind::Unknown: break;
+  }
+  return "object";
 }
 
-// TBSCertificate begins [0], or INTEGER and three SEQUENCEs (the third is validity); TBSCertList has a time there, or
-// begins with a SEQUENCE.
+// What is signed begins
+//   in a certificate: [0], or INTEGER and three SEQUENCEs (the third is validity),
+//   in a request:     INTEGER, two SEQUENCEs and [0], which some leave out,
+//   in a CRL:         SEQUENCE, or INTEGER, two SEQUENCEs and a time.
 Kind recognise(ketra::View encoding) {
-  constexpr uint8_t kVersion = 0xA0, kInteger = 0x02, kSequence = 0x30;
+  constexpr uint8_t kNone = 0, kAttributes = 0xA0, kVersion = 0xA0, kInteger = 0x02, kSequence = 0x30;
   const Asn1Reader object(kSignedObject, encoding);
   const auto tag = [&](const char *path) {
     const std::optional<ketra::View> member = object.octets(path);
-    return member && !member->empty() ? *member->data() : uint8_t{0};
+    return member && !member->empty() ? *member->data() : kNone;
   };
   const uint8_t first = tag("toBeSigned/1");
   if (first == kVersion) return Kind::Certificate;
-  if (first == kInteger && tag("toBeSigned/4") == kSequence) return Kind::Certificate;
-  return first == kInteger || first == kSequence ? Kind::Crl : Kind::Unknown;
+  if (first == kSequence) return Kind::Crl;
+  if (first != kInteger) return Kind::Unknown;
+  const uint8_t fourth = object.count("toBeSigned") < 4 ? kNone : tag("toBeSigned/4");
+  if (fourth == kSequence) return Kind::Certificate;
+  return fourth == kAttributes || fourth == kNone ? Kind::Request : Kind::Crl;
+}
+
+ketra::ObjectIdentifier attributeType(ketra::View encoding) { return Asn1Reader(kAttribute, encoding).objid("type"); }
+
+bool isExtensionRequest(const ketra::ObjectIdentifier &type) {
+  static const ketra::ObjectIdentifier kTypes[] = {
+      {1, 2, 840, 113549, 1, 9, 14},      // RFC 2985 5.4.2
+      {1, 3, 6, 1, 4, 1, 311, 2, 1, 14},  // of one maker, before that
+  };
+  return std::find(std::begin(kTypes), std::end(kTypes), type) != std::end(kTypes);
 }
 
 Extension readExtension(ketra::View encoding) {

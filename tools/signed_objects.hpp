@@ -1,4 +1,5 @@
-// What a certificate and a CRL look like from outside, down to their extensions (RFC 5280 4.1 and 5.1).
+// What a certificate, a CRL (RFC 5280 4.1 and 5.1) and a certificate request (RFC 2986 4) look like from outside, down
+// to their extensions.
 #pragma once
 
 #include <cstdint>
@@ -10,16 +11,23 @@
 
 namespace tool {
 
-enum class Kind { Unknown, Certificate, Crl };
+enum class Kind { Unknown, Certificate, Crl, Request };
 
 const char *kindName(Kind kind);
 
-// Tells certificate and CRL apart by the outline of what is signed; throws when it is no signed object at all.
+// Tells certificates, CRLs and requests apart by the outline of what is signed; throws when it is no signed object at
+// all.
 Kind recognise(ketra::View encoding);
 
 extern const AsnType *const kCertificate;
 extern const AsnType *const kCertificateList;
 extern const AsnType *const kRevokedCertificate;
+extern const AsnType *const kCertificationRequest;
+extern const AsnType *const kExtensionRequest;  // that attribute of a request
+
+// The type of an attribute of a request; throws when the attribute is malformed.
+ketra::ObjectIdentifier attributeType(ketra::View encoding);
+bool isExtensionRequest(const ketra::ObjectIdentifier &type);
 
 // One extension as it stands in its list.
 struct Extension {

@@ -1,20 +1,25 @@
 #include "walk.hpp"
 
-#include <iostream>
 #include <optional>
 #include <set>
+#include <utility>
+#include <vector>
 
 #include "asn1_reader.hpp"
 #include "container.hpp"
 #include "escape.hpp"
+#include "identifier_names.hpp"
 
 namespace tool {
 namespace {
 
 std::string member(const std::string &list, uint32_t number) { return list + "/" + std::to_string(number); }
 
-void walkExtensions(const Asn1Reader &reader, const std::string &list, const Place &place, Visitor &visitor) {
-  std::set<ketra::ObjectIdentifier> seen;
+using Identifiers = std::set<ketra::ObjectIdentifier>;
+
+// `seen` has the identifiers of the extensions before these.
+void walkExtensions(const Asn1Reader &reader, const std::string &list, const Place &place, Visitor &visitor,
+                    Identifiers &seen) {
   const uint32_t count = reader.count(list);
   for (uint32_t number = 1; number <= count; ++number) {
     Extension extension;
@@ -27,6 +32,11 @@ void walkExtensions(const Asn1Reader &reader, const std::string &list, const Pla
     extension.isRepeated = !seen.insert(extension.objid).second;
     visitor.extension(place, extension);
   }
+}
+
+void walkExtensions(const Asn1Reader &reader, const std::string &list, const Place &place, Visitor &visitor) {
+  Identifiers seen;
+  walkExtensions(reader, list, place, visitor, seen);
 }
 
 std::string serialNumber(const Asn1Reader &reader, const std::string &path) {
@@ -68,56 +78,97 @@ void walkCrl(Place place, ketra::View encoding, Visitor &visitor) {
   visitor.endObject();
 }
 
-class FileWalk : public ContainerVisitor {
- public:
-  FileWalk(const std::string &file, Visitor &visitor) : place_{.file = escape(file)}, visitor_(visitor) {}
+// The text form of a name; null when it has none.
+Json nameText(ketra::View encoding) {
+  try {
+    return escapeDirectoryName(ketra::Name::decode(encoding).text());
+  } catch (const ketra::Error &) {
+    return nullptr;
+  }
+}
 
-  void object(Kind kind, ketra::View encoding) override {
-    ++place_.index;
-    place_.kind = kind;
+// Every request for extensions is walked through, although there should be one (RFC 2985 5.4.2).
+void walkExtensionRequest(const Place &place, uint32_t number, ketra::View encoding, Visitor &visitor,
+                          Identifiers &seen) {
+  const Asn1Reader attribute(kExtensionRequest, encoding);
+  const uint32_t count = attribute.count("values");
+  if (count != 1) {
+    visitor.unreadableAttribute(place, number, problem("extensionRequest has " + std::to_string(count) + " values"));
+  }
+  for (uint32_t value = 1; value <= count; ++value) {
+    walkExtensions(attribute, member("values", value), place, visitor, seen);
+  }
+}
+
+void walkAttributes(const std::vector<ketra::View> &attributes, const Place &place, Visitor &visitor) {
+  Identifiers seen;
+  uint32_t number = 0;
+  for (const ketra::View attribute : attributes) {
+    ++number;
     try {
-      if (kind == Kind::Unknown) place_.kind = recognise(encoding);
-      open(encoding);
+      if (isExtensionRequest(attributeType(attribute))) {
+        walkExtensionRequest(place, number, attribute, visitor, seen);
+      }
     } catch (const ketra::Error &error) {
-      visitor_.unreadable(place_, problem(error));
+      visitor.unreadableAttribute(place, number, problem(error));
     }
   }
-  void note(const std::string &text) override { visitor_.note(place_.file, text); }
-  void fault(const std::string &text) override {
-    ++place_.index;
-    place_.kind = Kind::Unknown;
-    visitor_.unreadable(place_, problem(text));
-  }
+}
 
- private:
-  void open(ketra::View encoding) {
-    switch (place_.kind) {
-      case Kind::Certificate: return walkCertificate(place_, encoding, visitor_);
-      case Kind::Crl: return walkCrl(place_, encoding, visitor_);
-      case Kind::Unknown: return visitor_.unreadable(place_, problem("neither a certificate nor a CRL"));
+// Of an attribute that is not malformed.
+void addType(ketra::View attribute, Json &types) {
+  try {
+    types.push_back(identifierJson(attributeType(attribute)));
+  } catch (const ketra::Error &) {
+    // walkAttributes tells.
+  }
+}
+
+void walkRequest(const Place &place, ketra::View encoding, Visitor &visitor) {
+  const Asn1Reader request(kCertificationRequest, encoding);
+  std::vector<ketra::View> attributes;
+  Json types = Json::array();
+  const uint32_t count = request.count("certificationRequestInfo/attributes");
+  for (uint32_t number = 1; number <= count; ++number) {
+    attributes.push_back(request.octets(member("certificationRequestInfo/attributes", number)).value());
+    addType(attributes.back(), types);
+  }
+  const ketra::View subject = request.octets("certificationRequestInfo/subject").value();
+  visitor.beginObject(place, {{"subject", nameText(subject)}, {"attributes", std::move(types)}});
+  walkAttributes(attributes, place, visitor);
+  visitor.endObject();
+}
+
+void walkObject(Place place, const Stretch &stretch, Visitor &visitor) {
+  const std::optional<ketra::Octets> encoding = encodingOf(stretch);
+  if (!encoding) return visitor.unreadable(place, problem("the PEM block " + stretch.label + " is not base64"));
+  try {
+    place.kind = stretch.kind == Kind::Unknown ? recognise(*encoding) : stretch.kind;
+    switch (place.kind) {
+      case Kind::Certificate: return walkCertificate(place, *encoding, visitor);
+      case Kind::Crl: return walkCrl(place, *encoding, visitor);
+      case Kind::Request: return walkRequest(place, *encoding, visitor);
+      case Kind::Unknown:
+        return visitor.unreadable(place, problem("neither a certificate nor a CRL nor a certificate request"));
     }
+  } catch (const ketra::Error &error) {
+    visitor.unreadable(place, problem(error));
   }
-
-  Place place_;
-  Visitor &visitor_;
-};
+}
 
 }  // namespace
 
-bool walk(const std::vector<std::string> &files, Visitor &visitor) {
-  bool allRead = true;
-  for (const std::string &file : files) {
-    std::string why;
-    const std::optional<ketra::Octets> content = readFile(file, why);
-    if (content) {
-      FileWalk walker(file, visitor);
-      splitContainer(*content, walker);
-    } else {
-      std::cerr << "ketra: " << escape(file) << ": " << escape(why) << "\n";
-      allRead = false;
+void walk(const Batch &batch, Visitor &visitor) {
+  for (const Piece &piece : batch.pieces) {
+    const Place place{.file = *piece.file, .index = piece.index};
+    switch (piece.stretch.form) {
+      case Stretch::Form::Der:
+      case Stretch::Form::Pem: walkObject(place, piece.stretch, visitor); break;
+      case Stretch::Form::Note: visitor.note(place.file, piece.stretch.text); break;
+      case Stretch::Form::Fault:
+      case Stretch::Form::Nothing: visitor.unreadable(place, problem(piece.stretch.text)); break;
     }
   }
-  return allRead;
 }
 
 }  // namespace tool

@@ -1,10 +1,10 @@
-// Goes through files, the certificates and CRLs in them, their extensions and the extensions of CRL entries.
+// Goes through certificates, CRLs and certificate requests, their extensions and the extensions of CRL entries.
 #pragma once
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
+#include "batches.hpp"
 #include "ketra.hpp"
 #include "problem.hpp"
 #include "signed_objects.hpp"
@@ -13,7 +13,7 @@ namespace tool {
 
 struct Place {
   std::string file;    // escaped
-  uint32_t index = 0;  // of the object in the file, from 1
+  uint64_t index = 0;  // of the object in the file, from 1
   Kind kind = Kind::Unknown;
   uint32_t entry = 0;  // of a CRL, from 1; 0: the object itself
 };
@@ -33,9 +33,10 @@ class Visitor {
   virtual void extension(const Place &place, const Extension &extension) = 0;
   // A member of an extension list, by its number from 1, that is no extension.
   virtual void unreadableExtension(const Place &place, uint32_t number, const ketra::Error &error) = 0;
+  // An attribute of a request, by its number from 1, that is malformed.
+  virtual void unreadableAttribute(const Place &place, uint32_t number, const Json &problem) = 0;
 };
 
-// Returns false when a file could not be opened or read; standard error tells which.
-bool walk(const std::vector<std::string> &files, Visitor &visitor);
+void walk(const Batch &batch, Visitor &visitor);
 
 }  // namespace tool

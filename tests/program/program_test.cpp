@@ -1,6 +1,9 @@
 // The program from outside: what it prints and its exit status.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "program.h"
@@ -13,11 +16,11 @@ const std::string kBasicConstraints = "0603551d130101ff040830060101ff020101";
 
 TEST(Check, Samples) {
   std::string files;
-  for (const char *name : {"ca.pem", "end-entity.pem", "crl.pem", "indirect-crl.pem"})
+  for (const char *name : {"ca.pem", "end-entity.pem", "request.pem", "crl.pem", "indirect-crl.pem"})
     files += quote(sample(name)) + " ";
   const Result result = run("check " + files);
   EXPECT_EQ(result.status, 0) << result.out << result.err;
-  EXPECT_EQ(lastLine(result.out).find("2 certificates, 2 CRLs, 37 extensions: "), 0u) << result.out;
+  EXPECT_EQ(lastLine(result.out).find("2 certificates, 2 CRLs, 1 requests, 41 extensions: "), 0u) << result.out;
   EXPECT_NE(lastLine(result.out).find(" 0 re-encoded, 0 refused, 0 rejected, "), std::string::npos) << result.out;
 }
 
@@ -70,7 +73,7 @@ TEST(Hostile, DamagedObjects) {
     std::string input, reason;
   };
   const Case cases[] = {
-      {"", "neither PEM nor DER"},
+      {"", "the file is empty or blank"},
       {"nothing of the kind", "neither PEM nor DER"},
       {"0", "the encoding ends early"},
       {ca.substr(0, 100), "the encoding ends early"},
@@ -92,7 +95,8 @@ TEST(Hostile, DamagedObjects) {
     const Result check = run("check " + quote(file(input)));
     EXPECT_EQ(check.status, 1);
     EXPECT_EQ(lastLine(check.out),
-              "0 certificates, 0 CRLs, 0 extensions: 0 identical, 0 re-encoded, 0 refused, 0 rejected, 0 unknown");
+              "0 certificates, 0 CRLs, 0 requests, 0 extensions: 0 identical, 0 re-encoded, 0 refused, 0 rejected, "
+              "0 unknown; 1 unreadable");
   }
 }
 
@@ -132,14 +136,128 @@ TEST(Container, MixturesAndStandardInput) {
   EXPECT_NE(trailing.out.find("4 octets at the end"), std::string::npos) << trailing.out;
 }
 
+// A mixture longer than any piece that is read or handed to a thread at once.
+TEST(Container, ManyObjects) {
+  const std::string pem = readAll(sample("ca.pem")), crl = der("crl.pem");
+  std::string mixed;
+  for (int i = 0; i < 300; ++i) mixed += std::string(static_cast<std::size_t>(i) * 7, '-') + "\n" + pem + crl;
+  const std::string path = quote(file(mixed));
+  const Result one = run("show --json -j1 - < " + path), many = run("show --json -j4 - < " + path);
+  EXPECT_EQ(one.status, 0);
+  EXPECT_TRUE(one.out == many.out);
+  const Json objects = Json::parse(one.out);
+  ASSERT_EQ(objects.size(), 600u);
+  for (std::size_t i = 0; i < objects.size(); ++i) {
+    EXPECT_EQ(objects[i].at("index"), i + 1);
+    EXPECT_EQ(objects[i].at("kind"), i % 2 == 0 ? "certificate" : "CRL");
+  }
+  EXPECT_NE(run("show -j4 - < " + path + " > /dev/full").err.find("No space left"), std::string::npos);
+}
+
+TEST(Container, Directories) {
+  namespace fs = std::filesystem;
+  const fs::path top = fs::path(file("")).parent_path() / "tree";
+  fs::create_directories(top / "b" / "deep");
+  fs::create_directories(top / "empty");
+  fs::copy_file(sample("ca.pem"), top / "b" / "deep" / "x");
+  fs::copy_file(sample("crl.pem"), top / "c.pem");
+  std::ofstream(top / "a") << "nothing of the kind";
+  fs::create_directory_symlink("..", top / "b" / "round");
+  const Result result = run("show --json -j3 " + quote(top.string()) + " " + quote(sample("request.pem")));
+  EXPECT_EQ(result.status, 0) << result.err;
+  std::string seen;
+  for (const Json &object : Json::parse(result.out)) {
+    const fs::path path = object.at("file").get<std::string>();
+    seen += path.filename().string() + " " + object.value("kind", "note") + "; ";
+  }
+  EXPECT_EQ(seen, "a note; x certificate; c.pem CRL; request.pem certificate request; ");
+  const Result none = run("show " + quote((top / "empty").string()));
+  EXPECT_EQ(none.status, 1);
+  EXPECT_NE(none.out.find("no certificate, CRL or certificate request"), std::string::npos) << none.out;
+}
+
+// Attributes of a request: what follows its first line in text.
+TEST(Requests, Attributes) {
+  const std::string wanted = "30 1A 06 09 2A864886F70D01090E 31 0D 30 0B 30 09 06 03 551D13 04 02 3000";
+  const std::string type = "extensionRequest (1.2.840.113549.1.9.14)";
+  const std::string constraints = "  basicConstraints (2.5.29.19)|    cA: (absent)|    pathLenConstraint: (absent)|";
+  struct Case {
+    std::string attributes, said;
+    int status;
+  };
+  const Case cases[] = {
+      {"", "(none)|  no extensions|", 0},
+      {"A0 00", "(none)|  no extensions|", 0},
+      {"A0 0A 30 08 06 02 2A03 31 02 0500", "1.2.3|  no extensions|", 0},
+      {"A0 1C" + wanted, type + "|" + constraints, 0},
+      {"A0 1E 05 00" + wanted, type + "|  attribute 1|    error 0x02100025: ", 1},
+      {"A0 0F 30 0D 06 09 2A864886F70D01090E 31 00", type + "|  attribute 1|    extensionRequest has 0 values|", 1},
+      {"A0 38" + wanted + wanted, type + ", " + type + "|" + constraints + "  basicConstraints (2.5.29.19), REPEATED",
+       1},
+  };
+  for (const auto &[attributes, said, status] : cases) {
+    const Octets algorithm = fromHex("30 03 06 01 2A"), signature = fromHex("03 01 00");
+    const Octets info = fromHex("02 01 00 30 00") + tlv(0x30, algorithm + signature) + fromHex(attributes);
+    const Octets request = tlv(0x30, tlv(0x30, info) + algorithm + signature);
+    const std::string path = quote(file({request.begin(), request.end()}));
+    Result result = run("show " + path);
+    std::replace(result.out.begin(), result.out.end(), '\n', '|');
+    EXPECT_EQ(result.out.find("|  attributes: " + said), result.out.find('|')) << result.out;
+    EXPECT_EQ(result.status, status) << result.out;
+    EXPECT_EQ(run("check " + path).status, status);
+  }
+}
+
+TEST(Check, Summary) {
+  const std::string bad = quote(patched("ca.pem", kBasicConstraints, "0603551d130101ff040830060102ff020101"));
+  const std::string good = quote(sample("request.pem"));
+  const Result result = run("check --summary " + good + " " + bad + " " + bad + " - </dev/null");
+  EXPECT_EQ(result.status, 1);
+  for (const std::string said : {
+           "\n          3          2          1          2          0  basicConstraints (2.5.29.19)\n",
+           "\nrejected\n          2  basicConstraints: error 0x02100028: ",
+           "\n             first: ",
+           "\nunreadable\n          1  object: the file is empty or blank\n             first: - #1\n",
+           "\n2 certificates, 0 CRLs, 1 requests, 24 extensions: 20 identical, 0 re-encoded, 0 refused, 2 rejected, 2 ",
+       }) {
+    EXPECT_NE(result.out.find(said), std::string::npos) << said << result.out;
+  }
+}
+
+TEST(CommandLine, Colours) {
+  const std::string path = quote(sample("ca.pem"));
+  EXPECT_EQ(run("show " + path).out.find('\x1b'), std::string::npos);
+  EXPECT_EQ(run("show --json --color=always " + path).out.find('\x1b'), std::string::npos);
+  EXPECT_EQ(run("show --color always " + path).out.find("\x1b[1m"), 0u);
+}
+
+TEST(CommandLine, Mistakes) {
+  const std::string ca = quote(sample("ca.pem"));
+  const std::string cases[][2] = {
+      {"", "say what to do"},
+      {"chek " + ca, "there is no command chek, there are show and check"},
+      {ca, "is a file, not a command; to print what it holds: ketra show "},
+      {"--json " + ca, "options come behind the command"},
+      {"show", "which files?"},
+      {"show --yaml " + ca, "no option --yaml, it has --json, "},
+      {"check -j 0 " + ca, "0 is no number from 1 to 1024"},
+      {"check " + ca + " -j", "--jobs needs a value"},
+      {"show --color=red " + ca, "red is none of auto, always, never"},
+      {"check --json " + ca, "no option --json"},
+  };
+  for (const auto &[arguments, said] : cases) {
+    const Result result = run(arguments);
+    EXPECT_EQ(result.status, 2) << arguments;
+    EXPECT_EQ(result.out, "");
+    EXPECT_NE(result.err.find(said), std::string::npos) << result.err;
+  }
+}
+
 TEST(CommandLine, Statuses) {
   EXPECT_EQ(run("--version").status, 0);
   EXPECT_FALSE(run("--version").out.empty());
   EXPECT_EQ(run("--help").status, 0);
-  for (const char *wrong : {"", "show", "check", "frobnicate", "show --yaml x", "check --json x"}) {
-    EXPECT_EQ(run(wrong).status, 2) << wrong;
-  }
-  const Result missing = run("show --json /nonexistent " + quote(sample("ca.pem")) + " /");
+  const Result missing = run("show --json /nonexistent " + quote(sample("ca.pem")));
   EXPECT_EQ(missing.status, 2);
   EXPECT_EQ(Json::parse(missing.out).size(), 1u);
   EXPECT_NE(missing.err.find("/nonexistent"), std::string::npos);
@@ -154,7 +272,7 @@ TEST(World, CertificatesOfTheSystem) {
   for (std::size_t at = 0; (at = pem.find("-----BEGIN CERTIFICATE", at)) != pem.npos; ++at) ++count;
   const Result result = run("check " + bundle);
   EXPECT_EQ(result.status, 0) << result.out;
-  EXPECT_EQ(lastLine(result.out).find(std::to_string(count) + " certificates, 0 CRLs, "), 0u) << result.out;
+  EXPECT_EQ(lastLine(result.out).find(std::to_string(count) + " certificates, 0 CRLs, 0 requests, "), 0u) << result.out;
   EXPECT_NE(lastLine(result.out).find(" 0 refused, 0 rejected, "), std::string::npos) << result.out;
 }
 

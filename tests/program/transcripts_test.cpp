@@ -12,7 +12,7 @@ namespace {
 
 TEST(Transcripts, Samples) {
   const bool renews = std::getenv("KETRA_RENEW_TRANSCRIPTS") != nullptr;
-  for (const std::string name : {"ca", "end-entity", "crl", "indirect-crl"}) {
+  for (const std::string name : {"ca", "end-entity", "request", "crl", "indirect-crl"}) {
     for (const std::string form : {"txt", "json"}) {
       const std::string path = KETRA_TRANSCRIPTS "/" + name + "." + form;
       const Result result = run((form == "json" ? "show --json - < " : "show - < ") + quote(sample(name + ".pem")));

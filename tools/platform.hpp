@@ -1,0 +1,18 @@
+// What differs between systems.
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+
+namespace tool {
+
+// For reading octets; null, and errno, when it cannot be opened.
+std::FILE *openFile(const std::filesystem::path &path);
+// Standard input, read as octets too.
+std::FILE *standardInput();
+
+bool isTerminal(std::FILE *stream);
+// Whether it is a terminal that takes colours.
+bool hasColours(std::FILE *stream);
+
+}  // namespace tool
