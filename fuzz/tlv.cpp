@@ -138,7 +138,7 @@ bool isTagWellFormed(const Octets &tag) {
 }
 
 bool isWellFormed(const Tlv &tlv, int depth) {
-  if (!isTagWellFormed(tlv.tag) || depth > ASN_MAX_NESTING) return false;
+  if (!isTagWellFormed(tlv.tag) || (tlv.isConstructed() && depth >= ASN_MAX_NESTING)) return false;
   return tlv.isConstructed() == tlv.hasMembers &&
          std::ranges::all_of(tlv.members, [&](const Tlv &each) { return isWellFormed(each, depth + 1); });
 }
