@@ -13,6 +13,11 @@
 #include "output.hpp"
 #include "show.hpp"
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 namespace {
 
 constexpr const char *kFooter =
@@ -29,6 +34,7 @@ std::string version() {
 
 int run(int argc, char **argv) {
   CLI::App app("Shows and checks the extensions of X.509 certificates and CRLs.", "ketra");
+  app.allow_windows_style_options(false);  // "/" begins a path everywhere
   app.set_version_flag("--version", version);
   app.require_subcommand(1);
   app.footer(kFooter);
@@ -62,6 +68,10 @@ int run(int argc, char **argv) {
 }
 
 int main(int argc, char **argv) {
+#ifdef _WIN32
+  _setmode(_fileno(stdin), _O_BINARY);
+  _setmode(_fileno(stdout), _O_BINARY);
+#endif
   std::set_new_handler(outOfMemory);
   try {
     const int status = run(argc, argv);
