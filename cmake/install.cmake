@@ -31,8 +31,10 @@ ketra_pkg_config(ketra_runtime "ASN.1 runtime of libketra" "" -lstdc++)
 
 # The Debian packages hold shared libraries below /usr: configure with -DCMAKE_INSTALL_PREFIX=/usr.
 set(package libketra${KETRA_SOVERSION})
-install(FILES cmake/copyright DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package} COMPONENT library)
-install(FILES cmake/copyright DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libketra-dev COMPONENT development)
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  install(FILES cmake/copyright DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package} COMPONENT library)
+  install(FILES cmake/copyright DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libketra-dev COMPONENT development)
+endif()
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "the Ketra authors")
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
