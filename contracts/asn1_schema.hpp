@@ -1,13 +1,15 @@
-// Compiles ASN.1 definitions, written as a table that reads like the standard, into the type records that AsnOpenNew
-// and AsnOpenFromMem take. Everything happens at compile time: counts, links, tags and kinds are computed, and a name
-// that resolves to nothing does not compile. C++17.
-//
-//   constexpr Row kRows[] = {
-//       Sequence("BasicConstraints"),
-//           Component("cA", Boolean, Optional),
-//           Component("pathLenConstraint", Integer, Optional),
-//   };
-//   constexpr auto kRecords = compile(kRows);
+/// @file
+/// Compiles ASN.1 definitions, written as a table that reads like the standard, into the type records that AsnOpenNew
+/// and AsnOpenFromMem take. Everything happens at compile time: counts, links, tags and kinds are computed, and a name
+/// that resolves to nothing does not compile. C++17.
+/// @code
+/// constexpr Row kRows[] = {
+///     Sequence("BasicConstraints"),
+///         Component("cA", Boolean, Optional),
+///         Component("pathLenConstraint", Integer, Optional),
+/// };
+/// constexpr auto kRecords = compile(kRows);
+/// @endcode
 #pragma once
 
 #include <array>
@@ -17,12 +19,16 @@
 
 #include "contracts/asn1.h"
 
+/// ASN.1 definitions as tables.
 namespace ketra::schema {
 
-// Reached only when a table is wrong: not constexpr, so the table does not compile.
+/// Reached only when a table is wrong: not constexpr, so the table does not compile.
 void badSchema(const char *why);
 
+/// What a type is; the last octet of AsnType::descriptor.
 enum class Kind : uint8_t {
+  /// The type of this name.
+  /// @{
   Boolean = 0x01,
   Integer = 0x02,
   Octets = 0x03,
@@ -34,8 +40,10 @@ enum class Kind : uint8_t {
   SequenceOf = 0x16,
   SetOf = 0x17,
   Enumerated = 0x18,
+  /// @}
 };
 
+/// The class of a kind, the third octet of AsnType::descriptor.
 constexpr uint32_t classOf(Kind kind) {
   switch (kind) {
     case Kind::BitString:
@@ -49,11 +57,13 @@ constexpr uint32_t classOf(Kind kind) {
   }
 }
 
-// A type that is defined on the spot: its kind and universal tag octet (0 for CHOICE and open types).
+/// A type that is defined on the spot: its kind and universal tag octet (0 for CHOICE and open types).
 struct BuiltIn {
-  Kind kind;
-  uint8_t tag;
+  Kind kind;    ///< what it is
+  uint8_t tag;  ///< identifier octet (X.690 8.1.2)
 };
+/// The built-in type of this name.
+/// @{
 inline constexpr BuiltIn Boolean{Kind::Boolean, 0x01};
 inline constexpr BuiltIn Integer{Kind::Integer, 0x02};
 inline constexpr BuiltIn BitString{Kind::BitString, 0x03};
@@ -61,43 +71,59 @@ inline constexpr BuiltIn OctetString{Kind::Octets, 0x04};
 inline constexpr BuiltIn ObjectIdentifier{Kind::Objid, 0x06};
 inline constexpr BuiltIn Enumerated{Kind::Enumerated, 0x0A};
 inline constexpr BuiltIn OpenType{Kind::Open, 0x00};
+/// @}
+/// A character string or time, by its universal tag.
 constexpr BuiltIn Octets(uint8_t universalTag) { return {Kind::Octets, universalTag}; }
 
-// A type that is defined by another row. `occurrence` tells equal names apart, by position from 1.
+/// A type that is defined by another row. `occurrence` tells equal names apart, by position from 1.
 struct Reference {
-  std::string_view name{};
-  unsigned occurrence = 1;
+  std::string_view name{};  ///< of the row that defines it
+  unsigned occurrence = 1;  ///< which of the rows of this name
+  /// Refers to no row.
   constexpr Reference() = default;
+  /// Refers to the row of this name.
   constexpr Reference(const char *typeName) : name(typeName) {}
+  /// Refers to one of several rows of this name.
   constexpr Reference(const char *typeName, unsigned position) : name(typeName), occurrence(position) {}
 };
+/// Refers to the second row of this name.
 constexpr Reference Second(const char *name) { return {name, 2}; }
 
-// The tag a row gives to its element in place of the type's own, or around it.
+/// The tag a row gives to its element in place of the type's own, or around it.
 struct Tag {
-  uint8_t octet = 0;
-  bool isExplicit = false;
+  uint8_t octet = 0;        ///< identifier octet; 0 is none
+  bool isExplicit = false;  ///< around the type's own encoding (X.690 8.14)
 };
+/// The number, when one identifier octet carries it (X.690 8.1.2.3).
 constexpr uint8_t lowTagNumber(uint8_t number) {
   if (number > 30) badSchema("tag numbers above 30 need more than one octet");
   return number;
 }
+/// The tag [n], IMPLICIT.
 constexpr Tag Context(uint8_t number) { return {static_cast<uint8_t>(0x80 + lowTagNumber(number)), false}; }
+/// The tag [n], EXPLICIT.
 constexpr Tag Explicit(uint8_t number) { return {static_cast<uint8_t>(0xA0 + lowTagNumber(number)), true}; }
+/// The tag [UNIVERSAL n], IMPLICIT.
 constexpr Tag Universal(uint8_t number) { return {number, false}; }
 
-enum Presence : bool { Mandatory = false, Optional = true };
-
-struct Row {
-  std::string_view name{};
-  bool isComponent = false;
-  bool isBuiltIn = false;
-  BuiltIn builtIn{};
-  Reference reference{};
-  Tag tag{};
-  Presence presence = Mandatory;
+/// Whether a component may be left out.
+enum Presence : bool {
+  Mandatory = false,  ///< it stands in every value
+  Optional = true     ///< it may be left out
 };
 
+/// One row of a table: a type, or a component of the type above it.
+struct Row {
+  std::string_view name{};        ///< of the type or component
+  bool isComponent = false;       ///< it is a component of the type above
+  bool isBuiltIn = false;         ///< its type is defined here
+  BuiltIn builtIn{};              ///< that type
+  Reference reference{};          ///< otherwise, where the type is defined
+  Tag tag{};                      ///< its own tag, if any
+  Presence presence = Mandatory;  ///< whether a component may be left out
+};
+
+/// A type that is defined here, in general.
 constexpr Row Defined(const char *name, Kind kind, uint8_t tag) {
   Row row;
   row.name = name;
@@ -105,12 +131,17 @@ constexpr Row Defined(const char *name, Kind kind, uint8_t tag) {
   row.builtIn = {kind, tag};
   return row;
 }
+/// SEQUENCE; its components follow.
 constexpr Row Sequence(const char *name) { return Defined(name, Kind::Sequence, 0x30); }
+/// SEQUENCE OF; one Element follows.
 constexpr Row SequenceOf(const char *name) { return Defined(name, Kind::SequenceOf, 0x30); }
+/// SET OF; one Element follows.
 constexpr Row SetOf(const char *name) { return Defined(name, Kind::SetOf, 0x31); }
-// An alternative that is itself an untagged CHOICE is never found when decoding.
+/// CHOICE; its alternatives follow. An alternative that is itself an untagged CHOICE is never found when decoding.
 constexpr Row Choice(const char *name) { return Defined(name, Kind::Choice, 0x00); }
+/// A name for a built-in type.
 constexpr Row Type(const char *name, BuiltIn type) { return Defined(name, type.kind, type.tag); }
+/// A name for a type that another row defines.
 constexpr Row Type(const char *name, Reference type, Tag tag = {}) {
   Row row;
   row.name = name;
@@ -119,6 +150,8 @@ constexpr Row Type(const char *name, Reference type, Tag tag = {}) {
   return row;
 }
 
+/// A component of the row above.
+/// @{
 constexpr Row Component(const char *name, Tag tag, Reference type, Presence presence = Mandatory) {
   Row row = Type(name, type, tag);
   row.isComponent = true;
@@ -138,15 +171,19 @@ constexpr Row Component(const char *name, Tag tag, BuiltIn type, Presence presen
 constexpr Row Component(const char *name, BuiltIn type, Presence presence = Mandatory) {
   return Component(name, Tag{}, type, presence);
 }
-// The member of the SEQUENCE OF or SET OF in the row before.
+/// @}
+/// The member of the SEQUENCE OF or SET OF in the row before.
 constexpr Row unnamed(Row row) {
   row.name = {};
   return row;
 }
+/// The element of the list in the row above.
+/// @{
 constexpr Row Element(Reference type) { return unnamed(Component("", type)); }
 constexpr Row Element(BuiltIn type) { return unnamed(Component("", type)); }
+/// @}
 
-// The array ends with a terminator record.
+/// The array ends with a terminator record.
 inline constexpr AsnType kTerminator{0x00FFFFFF, 0, 0, 0, nullptr};
 
 namespace detail {
@@ -216,7 +253,7 @@ constexpr std::array<AsnType, N + 1> compile(const Row (&rows)[N]) {
   return records;
 }
 
-// The record of a type by name, in rows and records of one module.
+/// The record of a type by name, in rows and records of one module.
 template <std::size_t N>
 constexpr std::size_t indexOf(const Row (&rows)[N], const char *name) {
   return detail::find(rows, name);

@@ -10,7 +10,7 @@ namespace {
 
 uint32_t decodeCode(const Extensions &extensions, View octets) {
   const AsnEncodedData encoding = ketra::detail::encoded(octets);
-  return codeOf([&](AsnErrorBlock *err) { return KetraObjectSetPduBER(extensions.handle(), &encoding, err); });
+  return codeOf(KetraObjectSetPduBER, extensions.handle(), &encoding);
 }
 
 void setLimit(const Extensions &extensions, uint64_t octets) {
@@ -31,31 +31,19 @@ bool isSame(const ketra::RawExtension &a, const ketra::RawExtension &b) {
 }
 
 using Criticality = int32_t (*)(KetraObject, int32_t *, AsnErrorBlock *);
-// In the order of Types.
-constexpr Criticality kCriticality[kTypes] = {nullptr,
-                                              nullptr,
-                                              KetraObjectSgetKeyUsageCritical,
-                                              KetraObjectSgetExtKeyUsageCritical,
-                                              nullptr,
-                                              KetraObjectSgetCertPoliciesCritical,
-                                              KetraObjectSgetSubjectAltNameCritical,
-                                              KetraObjectSgetIssuerAltNameCritical,
-                                              KetraObjectSgetBasicConstraintsCritical,
-                                              nullptr,
-                                              nullptr,
-                                              nullptr,
-                                              KetraObjectSgetNameConstraintsCritical,
-                                              KetraObjectSgetPolicyConstraintsCritical,
-                                              nullptr,
-                                              nullptr,
-                                              nullptr,
-                                              KetraObjectSgetCRLDistributionPointsCritical};
+// In the order of Types; the others' is fixed.
+constexpr Criticality kCriticality[kTypes] = {
+    // clang-format off
+    nullptr, nullptr, KetraObjectSgetKeyUsageCritical, KetraObjectSgetExtKeyUsageCritical, nullptr,
+    KetraObjectSgetCertPoliciesCritical, KetraObjectSgetSubjectAltNameCritical, KetraObjectSgetIssuerAltNameCritical,
+    KetraObjectSgetBasicConstraintsCritical, nullptr, nullptr, nullptr, KetraObjectSgetNameConstraintsCritical,
+    KetraObjectSgetPolicyConstraintsCritical, nullptr, nullptr, nullptr, KetraObjectSgetCRLDistributionPointsCritical};
+// clang-format on
 
 void checkCritical(const Extensions &extensions, std::size_t type, const std::optional<ketra::RawExtension> &raw) {
   if (kCriticality[type] == nullptr) return;
   int32_t critical = -1;
-  const uint32_t code =
-      codeOf([&](AsnErrorBlock *err) { return kCriticality[type](extensions.handle(), &critical, err); });
+  const uint32_t code = codeOf(kCriticality[type], extensions.handle(), &critical);
   require(code == (raw ? 0 : KetraError_CriticalAbsent), "criticality is there when the extension is");
   if (raw) require(critical == (raw->critical ? 1 : 0), "criticality is the stored one");
 }
@@ -85,8 +73,8 @@ void readTyped(const Extensions &free, const Extensions &bounded) {
         return;
       }
       readBoth<T>(free, bounded);
-      using Tolerant = typename TolerantForm<T>::type;
-      if constexpr (!std::is_void_v<Tolerant>) readBoth<Tolerant>(free, bounded);
+      using Form = typename TolerantForm<T>::type;
+      if constexpr (!std::is_void_v<Form>) readBoth<Form>(free, bounded);
     });
   }
 }

@@ -19,20 +19,19 @@ GeneralNameObject object() { return ketra::detail::generalNameObject(); }
 
 Octets octetsOf(const GeneralNameObject &name, Get get) {
   AsnEncodedData encoding{};
-  succeed("a name has an encoding", [&](AsnErrorBlock *err) { return get(name.get(), &encoding, err); });
+  succeed("a name has an encoding", get, name.get(), &encoding);
   return ketra::detail::view(encoding).copy();
 }
 Octets der(const GeneralNameObject &name) { return octetsOf(name, X509GenNameObjectGetPduDER); }
 
 uint32_t setCode(const GeneralNameObject &name, View octets, Set set) {
   const AsnEncodedData encoding = ketra::detail::encoded(octets);
-  return codeOf([&](AsnErrorBlock *err) { return set(name.get(), &encoding, err); });
+  return codeOf(set, name.get(), &encoding);
 }
 
 X509GenNameParam parameterOf(const GeneralNameObject &name) {
   X509GenNameParam parameter{};
-  succeed("a name has a parameter",
-          [&](AsnErrorBlock *err) { return X509GenNameObjectGetName(name.get(), &parameter, err); });
+  succeed("a name has a parameter", X509GenNameObjectGetName, name.get(), &parameter);
   return parameter;
 }
 
@@ -94,8 +93,7 @@ void refused(const GeneralNameObject &name, View octets, Set set) {
   const auto before = der(name);
   require(setCode(name, octets, set) != 0, "a refused encoding is refused again");
   AsnEncodedData encoding{};
-  const uint32_t code =
-      codeOf([&](AsnErrorBlock *err) { return X509GenNameObjectGetPduDER(name.get(), &encoding, err); });
+  const uint32_t code = codeOf(X509GenNameObjectGetPduDER, name.get(), &encoding);
   require(code == KetraError_GetPduEmpty || (code == 0 && std::ranges::equal(ketra::detail::view(encoding), before)),
           "after a failure an object holds its old name or none");
 }
@@ -108,31 +106,27 @@ GeneralNameObject someName() {
 
 void copies(const GeneralNameObject &name, const GeneralName &value, const Octets &encoding) {
   const GeneralNameObject copy = someName();
-  succeed("a name can be copied",
-          [&](AsnErrorBlock *err) { return X509GenNameObjectCopy(copy.get(), name.get(), err); });
+  succeed("a name can be copied", X509GenNameObjectCopy, copy.get(), name.get());
   require(nameOf(copy) == value && der(copy) == encoding, "a copy is the same");
 
   X509GenNameObject other = nullptr;
-  succeed("a name can be copied to a new object",
-          [&](AsnErrorBlock *err) { return X509MUtilCopyGenNameObject(&other, name.get(), err); });
+  succeed("a name can be copied to a new object", X509MUtilCopyGenNameObject, &other, name.get());
   const GeneralNameObject owner(other);
   require(der(owner) == encoding && nameOf(owner) == value, "a new copy is the same");
 
   const char *path = nullptr;
   const uint32_t kind = parameterOf(name).type;
-  succeed("a kind has a path", [&](AsnErrorBlock *err) { return X509MUtilGetPathOfGenName(kind, &path, err); });
+  succeed("a kind has a path", X509MUtilGetPathOfGenName, kind, &path);
 }
 
 void byParameter(const GeneralNameObject &name, const GeneralName &value, const Octets &encoding) {
   const GeneralNameObject other = someName();
   const X509GenNameParam parameter = parameterOf(name);
-  succeed("a parameter that was got can be set",
-          [&](AsnErrorBlock *err) { return X509GenNameObjectSetName(other.get(), &parameter, err); });
+  succeed("a parameter that was got can be set", X509GenNameObjectSetName, other.get(), &parameter);
   require(nameOf(other) == value && der(other) == encoding, "the parameter carries the name");
 
   const X509GenNameParam own = parameterOf(other);
-  succeed("an object takes its own parameter",
-          [&](AsnErrorBlock *err) { return X509GenNameObjectSetName(other.get(), &own, err); });
+  succeed("an object takes its own parameter", X509GenNameObjectSetName, other.get(), &own);
   require(der(other) == encoding, "its own parameter carries the name");
 }
 
@@ -142,7 +136,7 @@ void accepted(const GeneralNameObject &name, View octets) {
   std::visit([](const auto &kind) { look(kind); }, value);
 
   AsnEncodedData written{};
-  if (codeOf([&](AsnErrorBlock *err) { return X509GenNameObjectGetPduDER(name.get(), &written, err); }) != 0) {
+  if (codeOf(X509GenNameObjectGetPduDER, name.get(), &written) != 0) {
     require(!isWellFormed(octets), "what was read can be written");
     return;
   }

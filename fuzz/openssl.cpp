@@ -264,7 +264,8 @@ constexpr Settled kWeRefuse[] = {
     {"X.690 8.1.5: the tag of end-of-contents stands for no value",
      [](const Case &c) {
        return c.ours.code == AsnError_EndOfContents ||
-              (c.ours.code == AsnError_Component && says(c.ours.text, "0x0 is the tag of no"));
+              (c.ours.code == AsnError_Component &&
+               (says(c.ours.text, " 0x0 is the tag of no") || says(c.ours.text, " 0x20 is the tag of no")));
      }},
     {"RFC 5280 5.2.5: a component [5] is of a later edition",
      [](const Case &c) { return c.ours.code == AsnError_Component && says(c.ours.text, "0x85 is the tag of no"); }},

@@ -63,12 +63,12 @@ inline Failure failure(const ketra::Error &error) {
   return {error.code(), error.what()};
 }
 
-// Runs a C operation: the code of its failure, or 0.
-template <class Call>
-uint32_t codeOf(const Call &call) {
+// Runs a C operation, which takes an error block last: the code of its failure, or 0.
+template <class Call, class... Arguments>
+uint32_t codeOf(const Call &call, Arguments... arguments) {
   AsnErrorBlock err;
   AsnErrorReset(&err);
-  const int32_t result = call(&err);
+  const int32_t result = call(arguments..., &err);
   require(result == 0 || result == -1, "a result is 0 or -1");
   if (result == -1) return failure(ketra::Error(err)).code;
   require(err.code == 0 && err.count == 0, "success leaves no error");
@@ -76,11 +76,11 @@ uint32_t codeOf(const Call &call) {
 }
 
 // Runs one that has to succeed.
-template <class Call>
-void succeed(const char *property, const Call &call) {
+template <class Call, class... Arguments>
+void succeed(const char *property, const Call &call, Arguments... arguments) {
   AsnErrorBlock err;
   AsnErrorReset(&err);
-  const int32_t result = call(&err);
+  const int32_t result = call(arguments..., &err);
   require(result == 0, property, result == 0 ? "" : ketra::Error(err).what());
   require(err.code == 0 && err.count == 0, "success leaves no error");
 }

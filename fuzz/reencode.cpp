@@ -10,27 +10,13 @@ namespace fuzz {
 namespace {
 
 // In the order of Types.
-constexpr std::string_view kNames[kTypes] = {"authorityKeyIdentifier",
-                                             "subjectKeyIdentifier",
-                                             "keyUsage",
-                                             "extKeyUsage",
-                                             "privateKeyUsagePeriod",
-                                             "certificatePolicies",
-                                             "subjectAltName",
-                                             "issuerAltName",
-                                             "basicConstraints",
-                                             "cRLNumber",
-                                             "policyMappings",
-                                             "subjectDirectoryAttributes",
-                                             "nameConstraints",
-                                             "policyConstraints",
-                                             "reasonCode",
-                                             "holdInstruction",
-                                             "invalidityDate",
-                                             "cRLDistributionPoints",
-                                             "issuingDistributionPoint",
-                                             "certificateIssuer",
-                                             "deltaCRLIndicator"};
+constexpr std::string_view kNames[kTypes] = {
+    // clang-format off
+    "authorityKeyIdentifier", "subjectKeyIdentifier", "keyUsage", "extKeyUsage", "privateKeyUsagePeriod",
+    "certificatePolicies", "subjectAltName", "issuerAltName", "basicConstraints", "cRLNumber", "policyMappings",
+    "subjectDirectoryAttributes", "nameConstraints", "policyConstraints", "reasonCode", "holdInstruction",
+    "invalidityDate", "cRLDistributionPoints", "issuingDistributionPoint", "certificateIssuer", "deltaCRLIndicator"};
+// clang-format on
 
 // What a get takes and a set does not: X.509 lets these lists have no fewer than one member, and an issuer comes with a
 // serial number (WITH COMPONENTS, RFC 5280 4.2.1.1).

@@ -1,9 +1,13 @@
-/* Every error code that libketra sets: name, code, function, reason (the text of its trace entry), meaning.
+/** @file
+ * Every error code that libketra sets: name, code, function, reason (the text of its trace entry), meaning.
  * 0x014 in the top 12 bits, a function number in the next 12, the reason in the last 8. */
 #ifndef KETRA_ERRORS_H
 #define KETRA_ERRORS_H
 
-/* X(name, code, function, reason, meaning) */
+/** @addtogroup errors
+ * @{ */
+
+/** The codes of libketra: X(name, code, function, reason, meaning). */
 #define KETRA_ERROR_LIST(X)                                                                                            \
   X(KetraError_NullParameter, 0x01460F02, "any", "None parameter",                                                     \
     "a required handle, structure or out-parameter is null")                                                           \
@@ -161,10 +165,14 @@
   X(KetraError_GetAttributesMissing, 0x0146CA02, "KetraObjectSgetSubjectDirectoryAttributes", "None Param",            \
     "no Attributes object to read into")
 
-/* A row for AsnErrorText: static const AsnErrorMeaning meanings[] = {KETRA_ERROR_LIST(KETRA_ERROR_MEANING)}; */
+/** A row for AsnErrorText: `static const AsnErrorMeaning meanings[] = {KETRA_ERROR_LIST(KETRA_ERROR_MEANING)};` */
 #define KETRA_ERROR_MEANING(name, code, function, reason, meaning) {code, meaning},
 
+/** A row as a constant. */
 #define KETRA_ERROR_CONSTANT(name, code, function, reason, meaning) name = code,
+/** The codes of libketra. */
 enum { KETRA_ERROR_LIST(KETRA_ERROR_CONSTANT) };
+
+/** @} */
 
 #endif

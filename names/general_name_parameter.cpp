@@ -114,6 +114,7 @@ bool overlap(const Span &a, const Span &b) {
 }  // namespace
 
 bool sharesMemory(const X509GenNameParam &held, const X509GenNameParam &given) {
+  if (held.type == 0) return false;
   // What lies inside a Name object is not known here: octets of its encoding may be what is given.
   const bool isName = held.type == X509GenName_DirectoryName;
   if (isName && given.type != X509GenName_DirectoryName) return true;

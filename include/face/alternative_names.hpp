@@ -1,10 +1,12 @@
-// SubjectAltName, IssuerAltName (RFC 5280 4.2.1.6, 4.2.1.7), CertificateIssuer (RFC 5280 5.3.3).
-//
-// Each comes in two forms. The strict one can be set, and a get of it fails when one member of the list cannot be read.
-// The tolerant one can only be read: it has an UnreadableName in the place of such a member.
-//
-//   const auto read = extensions.get<ketra::SubjectAltName>();  // kept: a loop over get()->names would outlive it
-//   if (read) for (const ketra::GeneralName &name : read->names) ...
+/// @file
+/// SubjectAltName, IssuerAltName (RFC 5280 4.2.1.6, 4.2.1.7), CertificateIssuer (RFC 5280 5.3.3).
+///
+/// Each comes in two forms. The strict one can be set, and a get of it fails when one member of the list cannot be
+/// read. The tolerant one can only be read: it has an UnreadableName in the place of such a member.
+/// @code
+/// const auto read = extensions.get<ketra::SubjectAltName>();  // kept: a loop over get()->names would outlive it
+/// if (read) for (const ketra::GeneralName &name : read->names) ...
+/// @endcode
 #pragma once
 
 #include <cstdint>
@@ -18,37 +20,45 @@
 
 namespace ketra {
 
+/// SubjectAltName (RFC 5280 4.2.1.6); `N` is GeneralName or NameOrError.
 template <class N>
 struct BasicSubjectAltName {
-  std::vector<N> names;
+  std::vector<N> names;  ///< one or more, to be set
 
   friend bool operator==(const BasicSubjectAltName &a, const BasicSubjectAltName &b) { return a.names == b.names; }
   friend bool operator!=(const BasicSubjectAltName &a, const BasicSubjectAltName &b) { return !(a == b); }
 };
+/// The strict form.
 using SubjectAltName = BasicSubjectAltName<GeneralName>;
+/// The tolerant form, which can only be read.
 using TolerantSubjectAltName = BasicSubjectAltName<NameOrError>;
 
+/// IssuerAltName (RFC 5280 4.2.1.7); `N` is GeneralName or NameOrError.
 template <class N>
 struct BasicIssuerAltName {
-  std::vector<N> names;
+  std::vector<N> names;  ///< one or more, to be set
 
   friend bool operator==(const BasicIssuerAltName &a, const BasicIssuerAltName &b) { return a.names == b.names; }
   friend bool operator!=(const BasicIssuerAltName &a, const BasicIssuerAltName &b) { return !(a == b); }
 };
+/// The strict form.
 using IssuerAltName = BasicIssuerAltName<GeneralName>;
+/// The tolerant form, which can only be read.
 using TolerantIssuerAltName = BasicIssuerAltName<NameOrError>;
 
-// Of a CRL entry. Always critical.
+/// CertificateIssuer, of a CRL entry (RFC 5280 5.3.3); `N` is GeneralName or NameOrError. Always critical.
 template <class N>
 struct BasicCertificateIssuer {
-  std::vector<N> names;
+  std::vector<N> names;  ///< one or more, to be set
 
   friend bool operator==(const BasicCertificateIssuer &a, const BasicCertificateIssuer &b) {
     return a.names == b.names;
   }
   friend bool operator!=(const BasicCertificateIssuer &a, const BasicCertificateIssuer &b) { return !(a == b); }
 };
+/// The strict form.
 using CertificateIssuer = BasicCertificateIssuer<GeneralName>;
+/// The tolerant form, which can only be read.
 using TolerantCertificateIssuer = BasicCertificateIssuer<NameOrError>;
 
 namespace detail {

@@ -1,4 +1,5 @@
-// Encodings opened for reading, piece by piece: what the tolerant reads stand on.
+/// @file
+/// Encodings opened for reading, piece by piece: what the tolerant reads stand on.
 #pragma once
 
 #include <charconv>

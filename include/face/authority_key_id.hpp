@@ -1,5 +1,6 @@
-// AuthorityKeyId (RFC 5280 4.2.1.1), in a strict form, which can be set, and a tolerant one, which can only be read and
-// has an UnreadableName in the place of each bad name.
+/// @file
+/// AuthorityKeyId (RFC 5280 4.2.1.1), in a strict form, which can be set, and a tolerant one, which can only be read
+/// and has an UnreadableName in the place of each bad name.
 #pragma once
 
 #include <cstdint>
@@ -14,12 +15,13 @@
 
 namespace ketra {
 
-// Always non-critical. A set wants authorityCertIssuer and authorityCertSerialNumber together or not at all.
+/// Which key of the issuer signed (RFC 5280 4.2.1.1); `N` is GeneralName or NameOrError. Always non-critical. A set
+/// wants authorityCertIssuer and authorityCertSerialNumber together or not at all.
 template <class N>
 struct BasicAuthorityKeyId {
-  std::optional<Octets> keyIdentifier;
-  std::optional<std::vector<N>> authorityCertIssuer;
-  std::optional<SerialNumber> authorityCertSerialNumber;
+  std::optional<Octets> keyIdentifier;                    ///< the issuer's SubjectKeyId
+  std::optional<std::vector<N>> authorityCertIssuer;      ///< who issued the issuer's certificate
+  std::optional<SerialNumber> authorityCertSerialNumber;  ///< of that certificate
 
   friend bool operator==(const BasicAuthorityKeyId &a, const BasicAuthorityKeyId &b) {
     return a.keyIdentifier == b.keyIdentifier && a.authorityCertIssuer == b.authorityCertIssuer &&
@@ -27,7 +29,9 @@ struct BasicAuthorityKeyId {
   }
   friend bool operator!=(const BasicAuthorityKeyId &a, const BasicAuthorityKeyId &b) { return !(a == b); }
 };
+/// The strict form.
 using AuthorityKeyId = BasicAuthorityKeyId<GeneralName>;
+/// The tolerant form, which can only be read.
 using TolerantAuthorityKeyId = BasicAuthorityKeyId<NameOrError>;
 
 namespace detail {

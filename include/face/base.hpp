@@ -1,4 +1,5 @@
-// What the whole C++ face stands on: errors, octets, identifiers, and how an extension type is described.
+/// @file
+/// What the whole C++ face stands on: errors, octets, identifiers, and how an extension type is described.
 #pragma once
 
 #include <cstddef>
@@ -20,19 +21,23 @@
 
 namespace ketra {
 
-// A failed operation: its code (ketra_errors.h, contracts/) and, in what(), code and trace as lines of text. Copies
-// share what they say.
+/// A failed operation: its code (ketra_errors.h, contracts/) and, in what(), code and trace as lines of text. Copies
+/// share what they say.
 class Error : public std::exception {
  public:
+  /// One failure of a trace.
   struct Entry {
-    std::string function;
-    std::string message;
+    std::string function;  ///< the operation that failed
+    std::string message;   ///< what it says
   };
 
+  /// Copies what the block says.
   explicit Error(const AsnErrorBlock &block) : said_(std::make_shared<const Said>(block)) {}
 
+  /// The code.
   uint32_t code() const noexcept { return said_->code; }
-  const std::vector<Entry> &trace() const noexcept { return said_->trace; }  // innermost failure first
+  const std::vector<Entry> &trace() const noexcept { return said_->trace; }  ///< innermost failure first
+  /// Code, meaning and trace, as AsnErrorText renders them.
   const char *what() const noexcept override { return said_->text.c_str(); }
 
  private:
@@ -52,22 +57,31 @@ class Error : public std::exception {
   std::shared_ptr<const Said> said_;
 };
 
+/// Octets that their holder owns.
 using Octets = std::vector<uint8_t>;
 
-// Octets that somebody else owns.
+/// Octets that somebody else owns.
 class View {
  public:
+  /// An empty view.
   View() = default;
+  /// A view of `size` octets.
   View(const uint8_t *data, std::size_t size) : data_(data), size_(size) {}
+  /// A view of a container of contiguous octets, which must outlive it.
   template <class Container, class = std::enable_if_t<std::is_convertible_v<
                                  decltype(std::declval<const Container &>().data()), const uint8_t *>>>
   View(const Container &container) : data_(container.data()), size_(container.size()) {}
 
+  /// First octet; may be null when there are none.
   const uint8_t *data() const { return data_; }
+  /// What containers have.
+  /// @{
   std::size_t size() const { return size_; }
   bool empty() const { return size_ == 0; }
   const uint8_t *begin() const { return data_; }
   const uint8_t *end() const { return data_ + size_; }
+  /// @}
+  /// A copy of the octets.
   Octets copy() const { return {begin(), end()}; }
 
  private:
@@ -144,14 +158,17 @@ class PoolMemory {
 
 }  // namespace detail
 
-// An object identifier that owns its arcs.
+/// An object identifier that owns its arcs.
 class ObjectIdentifier {
  public:
+  /// No arcs: equal to no identifier that was read, and refused by sets.
   ObjectIdentifier() = default;
+  /// From arcs, `{2, 5, 29, 19}`; whether they make an identifier, a set judges.
   ObjectIdentifier(std::initializer_list<uint32_t> arcs) : arcs_(arcs) {}
+  /// A copy of what the C interface gives.
   explicit ObjectIdentifier(const Objid &objid) : arcs_(objid.arcs, objid.arcs + objid.count) {}
 
-  // "2.5.29.19"; a malformed text is an Error.
+  /// "2.5.29.19"; a malformed text is an Error.
   static ObjectIdentifier parse(const std::string &text) {
     if (text.find('\0') != std::string::npos)
       detail::fail(AsnError_Objid, "ketra::ObjectIdentifier", "an embedded NUL");
@@ -164,8 +181,11 @@ class ObjectIdentifier {
     return ObjectIdentifier(objid);
   }
 
+  /// The arcs.
   const std::vector<uint32_t> &arcs() const { return arcs_; }
+  /// For the C interface; points into this object.
   Objid objid() const { return {arcs_.data(), static_cast<uint32_t>(arcs_.size())}; }
+  /// The dotted form.
   std::string text() const {
     std::string text;
     for (const uint32_t arc : arcs_) text.append(text.empty() ? "" : ".").append(std::to_string(arc));
@@ -197,9 +217,14 @@ class KnownIdentifier {
 
 }  // namespace detail
 
-// How Extensions reads and writes a value type: its identifier, whether the caller chooses the criticality, and
-//   static int32_t set(KetraObject, [int32_t critical,] const T &, AsnErrorBlock *);
-//   static int32_t get(KetraObject, T &, AsnErrorBlock *);
+/// How Extensions reads and writes a value type: its identifier, whether the caller chooses the criticality, and what
+/// calls the C interface. Those of the types here are not shown.
+/// @code
+/// static const Objid &objid();
+/// static constexpr bool kCallerSetsCritical;
+/// static int32_t set(KetraObject, [int32_t critical,] const T &, AsnErrorBlock *);
+/// static int32_t get(KetraObject, T &, AsnErrorBlock *);
+/// @endcode
 template <class T>
 struct ExtensionTraits;
 

@@ -1,7 +1,9 @@
-// CertificatePolicies (RFC 5280 4.2.1.4).
-//
-//   const auto read = extensions.get<ketra::CertificatePolicies>();
-//   if (read) for (const ketra::PolicyInformation &each : read->policies) ...
+/// @file
+/// CertificatePolicies (RFC 5280 4.2.1.4).
+/// @code
+/// const auto read = extensions.get<ketra::CertificatePolicies>();
+/// if (read) for (const ketra::PolicyInformation &each : read->policies) ...
+/// @endcode
 #pragma once
 
 #include <cstddef>
@@ -19,11 +21,13 @@
 
 namespace ketra {
 
+/// Any policy (RFC 5280 4.2.1.4).
 inline constexpr detail::KnownIdentifier anyPolicy{2, 5, 29, 32, 0};
 
+/// One policy.
 struct PolicyInformation {
-  ObjectIdentifier policy;
-  std::vector<PolicyQualifier> qualifiers;
+  ObjectIdentifier policy;                  ///< the policy
+  std::vector<PolicyQualifier> qualifiers;  ///< what is said about it
 
   friend bool operator==(const PolicyInformation &a, const PolicyInformation &b) {
     return a.policy == b.policy && a.qualifiers == b.qualifiers;
@@ -31,8 +35,9 @@ struct PolicyInformation {
   friend bool operator!=(const PolicyInformation &a, const PolicyInformation &b) { return !(a == b); }
 };
 
+/// Under which policies the certificate was issued (RFC 5280 4.2.1.4).
 struct CertificatePolicies {
-  std::vector<PolicyInformation> policies;
+  std::vector<PolicyInformation> policies;  ///< one or more, to be set
 
   friend bool operator==(const CertificatePolicies &a, const CertificatePolicies &b) {
     return a.policies == b.policies;

@@ -1,4 +1,5 @@
-// Linked nodes as the C interface takes and fills them.
+/// @file
+/// Linked nodes as the C interface takes and fills them.
 #pragma once
 
 #include <cstddef>

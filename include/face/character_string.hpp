@@ -1,4 +1,5 @@
-// Character strings of any type as text.
+/// @file
+/// Character strings of any type as text.
 #pragma once
 
 #include <cstdint>
@@ -25,7 +26,7 @@ inline std::string readText(const WorkValue &value, AsnValue string) {
 
 }  // namespace detail
 
-// The text, in UTF-8, of one encoding of a character string; nothing when it is something else, or no characters.
+/// The text, in UTF-8, of one encoding of a character string; nothing when it is something else, or no characters.
 inline std::optional<std::string> stringText(View encoding) try {
   const detail::WorkValue value(detail::asn1::kCharacterString, encoding);
   return detail::readText(value, value.get());

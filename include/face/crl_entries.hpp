@@ -1,5 +1,6 @@
-// What stands in entries of CRLs: ReasonCode (RFC 5280 5.3.1), HoldInstruction (RFC 3280 5.3.2), InvalidityDate (RFC
-// 5280 5.3.2).
+/// @file
+/// What stands in entries of CRLs: ReasonCode (RFC 5280 5.3.1), HoldInstruction (RFC 3280 5.3.2), InvalidityDate (RFC
+/// 5280 5.3.2).
 #pragma once
 
 #include <cstdint>
@@ -9,8 +10,10 @@
 
 namespace ketra {
 
-// Why an entry is on the CRL. Always non-critical.
+/// Why an entry is on the CRL. Always non-critical.
 enum class ReasonCode : int32_t {
+  /// The reason of this name.
+  /// @{
   unspecified = 0,
   keyCompromise = 1,
   cACompromise = 2,
@@ -19,9 +22,10 @@ enum class ReasonCode : int32_t {
   cessationOfOperation = 5,
   certificateHold = 6,
   removeFromCRL = 8,
+  /// @}
 };
 
-// Null when there is no such reason.
+/// The name of the reason; null when there is no such reason.
 inline const char *nameOf(ReasonCode reason) {
   switch (reason) {
     case ReasonCode::unspecified: return "unspecified";
@@ -53,16 +57,19 @@ struct ExtensionTraits<ReasonCode> {
   }
 };
 
-// The instructions of RFC 3280 5.3.2.
+/// The instructions of RFC 3280 5.3.2.
 namespace instruction {
+/// A hold instruction.
+/// @{
 inline constexpr detail::KnownIdentifier none{1, 2, 840, 10040, 2, 1};
 inline constexpr detail::KnownIdentifier callIssuer{1, 2, 840, 10040, 2, 2};
 inline constexpr detail::KnownIdentifier reject{1, 2, 840, 10040, 2, 3};
+/// @}
 }  // namespace instruction
 
-// What to do with a certificate on hold. Always non-critical.
+/// What to do with a certificate on hold. Always non-critical.
 struct HoldInstruction {
-  ObjectIdentifier instruction;
+  ObjectIdentifier instruction;  ///< what to do
 
   friend bool operator==(const HoldInstruction &a, const HoldInstruction &b) { return a.instruction == b.instruction; }
   friend bool operator!=(const HoldInstruction &a, const HoldInstruction &b) { return !(a == b); }
@@ -85,9 +92,9 @@ struct ExtensionTraits<HoldInstruction> {
   }
 };
 
-// When the key is suspected to have been compromised. Always non-critical.
+/// When the key is suspected to have been compromised. Always non-critical.
 struct InvalidityDate {
-  Time date;
+  Time date;  ///< the date
 
   friend bool operator==(const InvalidityDate &a, const InvalidityDate &b) { return a.date == b.date; }
   friend bool operator!=(const InvalidityDate &a, const InvalidityDate &b) { return !(a == b); }

@@ -1,4 +1,5 @@
-// CRLNumber and DeltaCRLIndicator (RFC 5280 5.2.3, 5.2.4).
+/// @file
+/// CRLNumber and DeltaCRLIndicator (RFC 5280 5.2.3, 5.2.4).
 #pragma once
 
 #include <cstdint>
@@ -11,16 +12,17 @@
 
 namespace ketra {
 
-// Numbers of any size, 0 or more. The C operations carry 31 bits; larger ones, of which RFC 5280 expects up to 20
-// octets, are read from and written to the stored octets.
-struct CrlNumber {  // always non-critical
-  Integer number;
+/// The number of a CRL, of any size, 0 or more. Always non-critical. The C operations carry 31 bits; larger numbers, of
+/// which RFC 5280 expects up to 20 octets, are read from and written to the stored octets.
+struct CrlNumber {
+  Integer number;  ///< 0 or more
 
   friend bool operator==(const CrlNumber &a, const CrlNumber &b) { return a.number == b.number; }
   friend bool operator!=(const CrlNumber &a, const CrlNumber &b) { return !(a == b); }
 };
-struct DeltaCrlIndicator {  // the number of the base CRL; always critical
-  Integer baseCrlNumber;
+/// The number of the base CRL, as CrlNumber. Always critical.
+struct DeltaCrlIndicator {
+  Integer baseCrlNumber;  ///< 0 or more
 
   friend bool operator==(const DeltaCrlIndicator &a, const DeltaCrlIndicator &b) {
     return a.baseCrlNumber == b.baseCrlNumber;

@@ -1,4 +1,5 @@
-// SubjectDirectoryAttributes (RFC 5280 4.2.1.8).
+/// @file
+/// SubjectDirectoryAttributes (RFC 5280 4.2.1.8).
 #pragma once
 
 #include <cstdint>
@@ -9,17 +10,18 @@
 
 namespace ketra {
 
+/// An attribute of a type and one value or more.
 struct Attribute {
-  ObjectIdentifier type;
-  std::vector<Octets> values;  // each one complete encoding; a set stores them in the order of DER
+  ObjectIdentifier type;       ///< attribute type
+  std::vector<Octets> values;  ///< each one complete encoding; a set stores them in the order of DER
 
   friend bool operator==(const Attribute &a, const Attribute &b) { return a.type == b.type && a.values == b.values; }
   friend bool operator!=(const Attribute &a, const Attribute &b) { return !(a == b); }
 };
 
-// Always non-critical.
+/// Attributes of the subject (RFC 5280 4.2.1.8). Always non-critical.
 struct SubjectDirectoryAttributes {
-  std::vector<Attribute> attributes;
+  std::vector<Attribute> attributes;  ///< one or more, to be set
 
   friend bool operator==(const SubjectDirectoryAttributes &a, const SubjectDirectoryAttributes &b) {
     return a.attributes == b.attributes;

@@ -1,4 +1,5 @@
-// DistributionPointName and ReasonFlags (RFC 5280 4.2.1.13), which points and issuing points share.
+/// @file
+/// DistributionPointName and ReasonFlags (RFC 5280 4.2.1.13), which points and issuing points share.
 #pragma once
 
 #include <cstddef>
@@ -16,21 +17,26 @@
 
 namespace ketra {
 
-// The seven bits that the C interface carries. privilegeWithdrawn and aACompromise, which follow, are not read.
+/// ReasonFlags, the seven bits that the C interface carries. privilegeWithdrawn and aACompromise, which follow, are not
+/// read.
 struct Reasons {
-  bool unused = false;  // the name of bit 0, which has no meaning; some issuers set it
+  bool unused = false;  ///< the name of bit 0, which has no meaning; some issuers set it
+  /// The bit of this name.
+  /// @{
   bool keyCompromise = false;
   bool cACompromise = false;
   bool affiliationChanged = false;
   bool superseded = false;
   bool cessationOfOperation = false;
   bool certificateHold = false;
+  /// @}
 
-  // Each bit by its name, in the order of the standard.
+  /// One bit by its name.
   struct Bit {
-    const char *name;
-    bool Reasons::*member;
+    const char *name;       ///< as the standard spells it
+    bool Reasons::*member;  ///< where it is
   };
+  /// All bits, in the order of the standard.
   static const std::vector<Bit> &bits() {
     static const std::vector<Bit> kBits = {
         {"unused", &Reasons::unused},
@@ -53,9 +59,10 @@ struct Reasons {
   friend bool operator!=(const Reasons &a, const Reasons &b) { return !(a == b); }
 };
 
+/// One attribute of a relative name.
 struct AttributeTypeAndValue {
-  ObjectIdentifier type;
-  Octets value;  // one complete encoding
+  ObjectIdentifier type;  ///< attribute type
+  Octets value;           ///< one complete encoding
 
   friend bool operator==(const AttributeTypeAndValue &a, const AttributeTypeAndValue &b) {
     return a.type == b.type && a.value == b.value;
@@ -107,38 +114,42 @@ inline Octets encodeName(const std::vector<AttributeTypeAndValue> &attributes, c
 
 }  // namespace detail
 
-// What has to be appended to the name of the CRL issuer.
+/// What has to be appended to the name of the CRL issuer.
 struct RelativeName {
-  std::vector<AttributeTypeAndValue> attributes;  // a set stores them in the order of DER
+  std::vector<AttributeTypeAndValue> attributes;  ///< a set stores them in the order of DER
 
-  // From text in UTF-8, in the string types that Name::add chooses: of({{attribute::commonName, "CRL 1"}}).
+  /// From text in UTF-8, in the string types that Name::add chooses: of({{attribute::commonName, "CRL 1"}}).
   static RelativeName of(const std::vector<Name::Attribute> &attributes) {
     const Name name = Name().add(attributes);
     const detail::WorkValue value(detail::asn1::kName, name.encode());
     return {detail::attributesIn(value, value.element(value.get(), "1"))};
   }
-  // As in Name::text(): "CN=CRL 1".
+  /// As in Name::text(): `CN=CRL 1`.
   std::string text() const { return Name::decode(detail::encodeName(attributes, "/")).text(); }
-  // One RelativeDistinguishedName (DER).
+  /// One RelativeDistinguishedName (DER).
   Octets encode() const { return detail::encodeName(attributes, "1"); }
 
   friend bool operator==(const RelativeName &a, const RelativeName &b) { return a.attributes == b.attributes; }
   friend bool operator!=(const RelativeName &a, const RelativeName &b) { return !(a == b); }
 };
 
+/// Full names of one point; `N` is GeneralName or NameOrError.
 template <class N>
 struct BasicFullName {
-  std::vector<N> names;  // of one point, each another way to get there
+  std::vector<N> names;  ///< of one point, each another way to get there
 
   friend bool operator==(const BasicFullName &a, const BasicFullName &b) { return a.names == b.names; }
   friend bool operator!=(const BasicFullName &a, const BasicFullName &b) { return !(a == b); }
 };
+/// The strict form.
 using FullName = BasicFullName<GeneralName>;
+/// The tolerant form.
 using TolerantFullName = BasicFullName<NameOrError>;
 
-// In the order of the CHOICE: index() + 1 is X509DistributionPointName_...
+/// In the order of the CHOICE: index() + 1 is `X509DistributionPointName_...`.
 template <class N>
 using BasicDistributionPointName = std::variant<BasicFullName<N>, RelativeName>;
+/// The strict form.
 using DistributionPointName = BasicDistributionPointName<GeneralName>;
 
 }  // namespace ketra

@@ -1,9 +1,11 @@
-// CRLDistributionPoints (RFC 5280 4.2.1.13), in a strict form, which can be set, and a tolerant one, which can only be
-// read and has an UnreadableName in the place of each bad name.
-//
-//   ketra::DistributionPoint point;
-//   point.distributionPoint = ketra::FullName{{ketra::uri("http://ca.example/ca.crl")}};
-//   extensions.set(ketra::CrlDistributionPoints{{point}}, /*critical=*/false);
+/// @file
+/// CRLDistributionPoints (RFC 5280 4.2.1.13), in a strict form, which can be set, and a tolerant one, which can only be
+/// read and has an UnreadableName in the place of each bad name.
+/// @code
+/// ketra::DistributionPoint point;
+/// point.distributionPoint = ketra::FullName{{ketra::uri("http://ca.example/ca.crl")}};
+/// extensions.set(ketra::CrlDistributionPoints{{point}}, /*critical=*/false);
+/// @endcode
 #pragma once
 
 #include <cstddef>
@@ -21,31 +23,36 @@
 
 namespace ketra {
 
+/// One distribution point; `N` is GeneralName or NameOrError.
 template <class N>
 struct BasicDistributionPoint {
-  std::optional<BasicDistributionPointName<N>> distributionPoint;
-  std::optional<Reasons> reasons;
-  std::optional<std::vector<N>> cRLIssuer;
+  std::optional<BasicDistributionPointName<N>> distributionPoint;  ///< where the CRL is
+  std::optional<Reasons> reasons;                                  ///< what it covers; all when absent
+  std::optional<std::vector<N>> cRLIssuer;  ///< who issues it, when not the issuer of the certificate
 
   friend bool operator==(const BasicDistributionPoint &a, const BasicDistributionPoint &b) {
     return a.distributionPoint == b.distributionPoint && a.reasons == b.reasons && a.cRLIssuer == b.cRLIssuer;
   }
   friend bool operator!=(const BasicDistributionPoint &a, const BasicDistributionPoint &b) { return !(a == b); }
 };
+/// The strict form.
 using DistributionPoint = BasicDistributionPoint<GeneralName>;
-// A member of the list that is no point has a fullName of one UnreadableName, which holds the whole member.
+/// A member of the list that is no point has a fullName of one UnreadableName, which holds the whole member.
 using TolerantDistributionPoint = BasicDistributionPoint<NameOrError>;
 
+/// Where the CRLs are (RFC 5280 4.2.1.13); `N` is GeneralName or NameOrError.
 template <class N>
 struct BasicCrlDistributionPoints {
-  std::vector<BasicDistributionPoint<N>> points;
+  std::vector<BasicDistributionPoint<N>> points;  ///< one or more, to be set
 
   friend bool operator==(const BasicCrlDistributionPoints &a, const BasicCrlDistributionPoints &b) {
     return a.points == b.points;
   }
   friend bool operator!=(const BasicCrlDistributionPoints &a, const BasicCrlDistributionPoints &b) { return !(a == b); }
 };
+/// The strict form.
 using CrlDistributionPoints = BasicCrlDistributionPoints<GeneralName>;
+/// The tolerant form, which can only be read.
 using TolerantCrlDistributionPoints = BasicCrlDistributionPoints<NameOrError>;
 
 namespace detail {

@@ -1,4 +1,5 @@
-// GeneralName in its nine kinds (RFC 5280 4.2.1.6).
+/// @file
+/// GeneralName in its nine kinds (RFC 5280 4.2.1.6).
 #pragma once
 
 #include <cstdint>
@@ -13,51 +14,59 @@
 
 namespace ketra {
 
+/// otherName: a value of a type that its identifier tells.
 struct OtherName {
-  ObjectIdentifier type;
-  std::optional<Octets> value;  // one complete encoding
+  ObjectIdentifier type;        ///< type-id: what the value is
+  std::optional<Octets> value;  ///< one complete encoding
 
   friend bool operator==(const OtherName &a, const OtherName &b) { return a.type == b.type && a.value == b.value; }
 };
 
-// The three kinds of characters. They are what stands in the encoding: any octets when reading (a NUL, a newline,
-// octets beyond ASCII), and written as they are, unchecked. Internationalised names have to come in their ASCII form.
+/// rfc822Name. The text of this kind and of dNSName and uniformResourceIdentifier is what stands in the encoding: any
+/// octets when reading (a NUL, a newline, octets beyond ASCII), and written as they are, unchecked. Internationalised
+/// names have to come in their ASCII form.
 struct Rfc822Name {
-  std::string text;
+  std::string text;  ///< mailbox
   friend bool operator==(const Rfc822Name &a, const Rfc822Name &b) { return a.text == b.text; }
 };
+/// dNSName, with the text as it stands (Rfc822Name).
 struct DnsName {
-  std::string text;
+  std::string text;  ///< host name
   friend bool operator==(const DnsName &a, const DnsName &b) { return a.text == b.text; }
 };
+/// uniformResourceIdentifier, with the text as it stands (Rfc822Name).
 struct Uri {
-  std::string text;
+  std::string text;  ///< URI
   friend bool operator==(const Uri &a, const Uri &b) { return a.text == b.text; }
 };
 
+/// x400Address.
 struct X400Address {
-  Octets encoding;  // one ORAddress SEQUENCE
+  Octets encoding;  ///< one ORAddress SEQUENCE
   friend bool operator==(const X400Address &a, const X400Address &b) { return a.encoding == b.encoding; }
 };
 
+/// directoryName.
 struct DirectoryName {
-  Name name;
+  Name name;  ///< the name
   friend bool operator==(const DirectoryName &a, const DirectoryName &b) { return a.name == b.name; }
 };
 
+/// ediPartyName: a party of electronic data interchange. Both strings have 1 to 32768 characters.
 struct EdiPartyName {
-  std::optional<DirectoryString> nameAssigner;
-  DirectoryString partyName;
+  std::optional<DirectoryString> nameAssigner;  ///< who assigned the name
+  DirectoryString partyName;                    ///< the name
 
   friend bool operator==(const EdiPartyName &a, const EdiPartyName &b) {
     return a.nameAssigner == b.nameAssigner && a.partyName == b.partyName;
   }
 };
 
+/// iPAddress: an address, or a range of them.
 struct IpAddress {
-  Octets octets;  // 4 or 16; 8 or 32 with a mask, as in name constraints; any number when reading
+  Octets octets;  ///< 4 or 16; 8 or 32 with a mask, as in name constraints; any number when reading
 
-  // "192.0.2.1", "2001:db8::1", "192.0.2.0/24". Other lengths and other texts are an Error.
+  /// "192.0.2.1", "2001:db8::1", "192.0.2.0/24". Other lengths and other texts are an Error.
   static IpAddress parse(const std::string &text) {
     if (text.find('\0') != std::string::npos) detail::fail(X509IpError_Text, "ketra::IpAddress", "an embedded NUL");
     uint8_t octets[32];
@@ -65,6 +74,7 @@ struct IpAddress {
     detail::run([&](AsnErrorBlock *err) { return X509IpAddressFromText(text.c_str(), octets, &length, err); });
     return {Octets(octets, octets + length)};
   }
+  /// The text form; an Error when there are not 4, 16, 8 or 32 octets.
   std::string text() const {
     const AsnOct c = detail::octets(octets);
     char text[80];
@@ -75,8 +85,9 @@ struct IpAddress {
   friend bool operator==(const IpAddress &a, const IpAddress &b) { return a.octets == b.octets; }
 };
 
+/// registeredID.
 struct RegisteredId {
-  ObjectIdentifier id;
+  ObjectIdentifier id;  ///< the identifier
   friend bool operator==(const RegisteredId &a, const RegisteredId &b) { return a.id == b.id; }
 };
 
@@ -87,7 +98,7 @@ constexpr bool isOneOf(const std::variant<Kinds...> *) {
 }
 }  // namespace detail
 
-// In the order of the CHOICE: index() + 1 is X509GenName_...
+/// In the order of the CHOICE: index() + 1 is X509GenName_...
 using GeneralName = std::variant<OtherName, Rfc822Name, DnsName, X400Address, DirectoryName, EdiPartyName, Uri,
                                  IpAddress, RegisteredId>;
 
@@ -96,10 +107,11 @@ bool operator!=(const T &a, const T &b) {
   return !(a == b);
 }
 
-// The encoding of a UTF8String: the value of many an otherName (a user principal name, an XMPP address).
+/// The encoding of a UTF8String: the value of many an otherName (a user principal name, an XMPP address).
 inline Octets utf8String(const std::string &text) { return detail::encoding(0x0C, detail::view(text)); }
 
-// A GeneralName of each kind.
+/// A GeneralName of the kind; `ip` takes the texts of IpAddress::parse.
+/// @{
 inline GeneralName otherName(ObjectIdentifier type) { return OtherName{std::move(type), std::nullopt}; }
 inline GeneralName otherName(ObjectIdentifier type, Octets value) {
   return OtherName{std::move(type), std::move(value)};
@@ -115,6 +127,7 @@ inline GeneralName edi(DirectoryString partyName, DirectoryString nameAssigner) 
 inline GeneralName uri(std::string text) { return Uri{std::move(text)}; }
 inline GeneralName ip(const std::string &text) { return IpAddress::parse(text); }
 inline GeneralName registeredId(ObjectIdentifier id) { return RegisteredId{std::move(id)}; }
+/// @}
 
 namespace detail {
 

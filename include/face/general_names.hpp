@@ -1,4 +1,5 @@
-// Lists of GeneralName: from and to the chains of the C interface, and read member by member.
+/// @file
+/// Lists of GeneralName: from and to the chains of the C interface, and read member by member.
 #pragma once
 
 #include <algorithm>
@@ -19,13 +20,13 @@
 
 namespace ketra {
 
-// A member of a list that is no GeneralName, or one beyond what the interface carries.
+/// A member of a list that is no GeneralName, or one beyond what the interface carries.
 struct UnreadableName {
-  Octets encoding;
-  Error error;
+  Octets encoding;  ///< as it stands
+  Error error;      ///< why it cannot be read
 };
 
-// What a tolerant read gives for each member.
+/// What a tolerant read gives for each member.
 using NameOrError = std::variant<GeneralName, UnreadableName>;
 
 namespace detail {

@@ -1,4 +1,5 @@
-// Whole numbers of any size: serial numbers and CRL numbers have up to 20 octets (RFC 5280 4.1.2.2, 5.2.3).
+/// @file
+/// Whole numbers of any size: serial numbers and CRL numbers have up to 20 octets (RFC 5280 4.1.2.2, 5.2.3).
 #pragma once
 
 #include <algorithm>
@@ -12,21 +13,18 @@
 
 namespace ketra {
 
-// Held as the content octets of an INTEGER (X.690 8.3): two's complement, as few octets as it takes.
+/// A whole number, held as the content octets of an INTEGER (X.690 8.3): two's complement, as few octets as it takes.
 class Integer {
  public:
-  Integer() = default;  // 0
-  Integer(int64_t number) {
-    content_.clear();
+  /// The number 0.
+  Integer() = default;
+  /// A number of 64 bits.
+  Integer(int64_t number) : content_(sizeOf(number)) {
     auto bits = static_cast<uint64_t>(number);
-    for (std::size_t i = 0; i < sizeof bits; ++i) {
-      content_.insert(content_.begin(), static_cast<uint8_t>(bits));
-      bits >>= 8;
-    }
-    shorten();
+    for (std::size_t i = content_.size(); i > 0; bits >>= 8) content_[--i] = static_cast<uint8_t>(bits);
   }
 
-  // From content octets; such as no INTEGER has are an Error.
+  /// From content octets; such as no INTEGER has are an Error.
   static Integer ofContent(View content) {
     X509CertSerialNumberOpt c{};
     c.option = c.value.form = 1;
@@ -37,14 +35,14 @@ class Integer {
     integer.content_ = content.copy();
     return integer;
   }
-  // From any octets, read as a number without sign: random octets make a serial number so.
+  /// From any octets, read as a number without sign: random octets make a serial number so.
   static Integer ofUnsigned(View octets) {
     Integer integer;
     integer.content_.insert(integer.content_.end(), octets.begin(), octets.end());
     integer.shorten();
     return integer;
   }
-  // "1A2b", "-01": the amount, behind a sign when it is negative. Other texts are an Error.
+  /// "1A2b", "-01": the amount, behind a sign when it is negative. Other texts are an Error.
   static Integer fromHex(const std::string &text) {
     const bool isNegative = !text.empty() && text.front() == '-';
     const std::size_t first = isNegative ? 1 : 0;
@@ -59,16 +57,18 @@ class Integer {
     return integer;
   }
 
+  /// The content octets.
   const Octets &content() const { return content_; }
+  /// Whether it is below 0.
   bool isNegative() const { return content_.front() >= 0x80; }
-  // Nothing when it is beyond 64 bits.
+  /// Nothing when it is beyond 64 bits.
   std::optional<int64_t> number() const {
     if (content_.size() > sizeof(int64_t)) return std::nullopt;
     uint64_t bits = isNegative() ? std::numeric_limits<uint64_t>::max() : 0;
     for (const uint8_t octet : content_) bits = bits << 8 | octet;
     return static_cast<int64_t>(bits);
   }
-  // The amount as pairs of lower-case digits, behind a sign when it is negative.
+  /// The amount as pairs of lower-case digits, behind a sign when it is negative.
   std::string hex() const {
     static constexpr char kDigits[] = "0123456789abcdef";
     Integer amount = *this;
@@ -81,7 +81,7 @@ class Integer {
     }
     return text;
   }
-  // "42"; beyond 64 bits in hex, "0x010000000000000000".
+  /// "42"; beyond 64 bits in hex, "0x010000000000000000".
   std::string text() const {
     if (const std::optional<int64_t> small = number()) return std::to_string(*small);
     const std::string digits = hex();
@@ -97,6 +97,13 @@ class Integer {
     if (c >= 'a' && c <= 'f') return c - 'a' + 10;
     if (c >= 'A' && c <= 'F') return c - 'A' + 10;
     detail::fail(AsnError_Value, "ketra::Integer", "a character that is no hexadecimal digit");
+  }
+
+  // How many octets it takes.
+  static std::size_t sizeOf(int64_t number) {
+    std::size_t size = 1;
+    while (size < sizeof number && number >> (8 * size - 1) != (number < 0 ? -1 : 0)) ++size;
+    return size;
   }
 
   // Drops octets that only repeat the sign.
@@ -121,6 +128,7 @@ class Integer {
   Octets content_ = {0};
 };
 
+/// Of a certificate: positive, and 20 octets at most (RFC 5280 4.1.2.2), which is not judged.
 using SerialNumber = Integer;
 
 }  // namespace ketra

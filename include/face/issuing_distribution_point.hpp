@@ -1,5 +1,6 @@
-// IssuingDistributionPoint (RFC 5280 5.2.5), in a strict form, which can be set, and a tolerant one, which can only be
-// read and has an UnreadableName in the place of each bad name.
+/// @file
+/// IssuingDistributionPoint (RFC 5280 5.2.5), in a strict form, which can be set, and a tolerant one, which can only be
+/// read and has an UnreadableName in the place of each bad name.
 #pragma once
 
 #include <cstdint>
@@ -14,14 +15,14 @@
 
 namespace ketra {
 
-// Of a CRL. Always critical.
+/// What a CRL covers (RFC 5280 5.2.5); `N` is GeneralName or NameOrError. Always critical.
 template <class N>
 struct BasicIssuingDistributionPoint {
-  std::optional<BasicDistributionPointName<N>> distributionPoint;
-  std::optional<bool> onlyContainsUserCerts;
-  std::optional<bool> onlyContainsCACerts;
-  std::optional<Reasons> onlySomeReasons;
-  std::optional<bool> indirectCRL;
+  std::optional<BasicDistributionPointName<N>> distributionPoint;  ///< where the CRL is
+  std::optional<bool> onlyContainsUserCerts;                       ///< of end entities only
+  std::optional<bool> onlyContainsCACerts;                         ///< of CAs only
+  std::optional<Reasons> onlySomeReasons;                          ///< for these reasons only
+  std::optional<bool> indirectCRL;                                 ///< of several issuers
 
   friend bool operator==(const BasicIssuingDistributionPoint &a, const BasicIssuingDistributionPoint &b) {
     return a.distributionPoint == b.distributionPoint && a.onlyContainsUserCerts == b.onlyContainsUserCerts &&
@@ -32,7 +33,9 @@ struct BasicIssuingDistributionPoint {
     return !(a == b);
   }
 };
+/// The strict form.
 using IssuingDistributionPoint = BasicIssuingDistributionPoint<GeneralName>;
+/// The tolerant form, which can only be read.
 using TolerantIssuingDistributionPoint = BasicIssuingDistributionPoint<NameOrError>;
 
 namespace detail {

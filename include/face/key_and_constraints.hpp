@@ -1,4 +1,5 @@
-// BasicConstraints, KeyUsage, SubjectKeyId.
+/// @file
+/// BasicConstraints, KeyUsage, SubjectKeyId.
 #pragma once
 
 #include <algorithm>
@@ -11,10 +12,10 @@
 
 namespace ketra {
 
-// RFC 5280 4.2.1.9
+/// Whether the subject is a CA, and how long paths through it may be (RFC 5280 4.2.1.9).
 struct BasicConstraints {
-  std::optional<bool> cA;
-  std::optional<int32_t> pathLenConstraint;
+  std::optional<bool> cA;  ///< the subject is a certification authority; a FALSE that is present is kept
+  std::optional<int32_t> pathLenConstraint;  ///< intermediate certificates that may follow, 0 or more
 
   friend bool operator==(const BasicConstraints &a, const BasicConstraints &b) {
     return a.cA == b.cA && a.pathLenConstraint == b.pathLenConstraint;
@@ -39,8 +40,10 @@ struct ExtensionTraits<BasicConstraints> {
   }
 };
 
-// RFC 5280 4.2.1.3. X.509 calls nonRepudiation contentCommitment.
+/// What the key may be used for (RFC 5280 4.2.1.3). X.509 calls nonRepudiation contentCommitment.
 struct KeyUsage {
+  /// The bit of this name.
+  /// @{
   bool digitalSignature = false;
   bool nonRepudiation = false;
   bool keyEncipherment = false;
@@ -50,12 +53,14 @@ struct KeyUsage {
   bool cRLSign = false;
   bool encipherOnly = false;
   bool decipherOnly = false;
+  /// @}
 
-  // Each bit by its name, in the order of the standard.
+  /// One bit by its name.
   struct Bit {
-    const char *name;
-    bool KeyUsage::*member;
+    const char *name;        ///< as the standard spells it
+    bool KeyUsage::*member;  ///< where it is
   };
+  /// All bits, in the order of the standard.
   static const std::vector<Bit> &bits() {
     static const std::vector<Bit> kBits = {
         {"digitalSignature", &KeyUsage::digitalSignature},
@@ -106,9 +111,9 @@ struct ExtensionTraits<KeyUsage> {
   }
 };
 
-// RFC 5280 4.2.1.2
+/// Identifies the key of the subject (RFC 5280 4.2.1.2). Always non-critical.
 struct SubjectKeyId {
-  Octets keyIdentifier;
+  Octets keyIdentifier;  ///< the identifier
 
   friend bool operator==(const SubjectKeyId &a, const SubjectKeyId &b) { return a.keyIdentifier == b.keyIdentifier; }
   friend bool operator!=(const SubjectKeyId &a, const SubjectKeyId &b) { return !(a == b); }

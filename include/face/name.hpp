@@ -1,4 +1,5 @@
-// Distinguished names and DirectoryString values.
+/// @file
+/// Distinguished names and DirectoryString values.
 #pragma once
 
 #include <algorithm>
@@ -53,8 +54,10 @@ inline View encodingOf(X509NameObject name) {
 
 }  // namespace detail
 
-// The usual attribute types (X.520, RFC 4519, RFC 2985).
+/// The usual attribute types (X.520, RFC 4519, RFC 2985).
 namespace attribute {
+/// An attribute type.
+/// @{
 inline constexpr detail::KnownIdentifier commonName{2, 5, 4, 3};
 inline constexpr detail::KnownIdentifier surname{2, 5, 4, 4};
 inline constexpr detail::KnownIdentifier serialNumber{2, 5, 4, 5};
@@ -71,16 +74,18 @@ inline constexpr detail::KnownIdentifier organizationIdentifier{2, 5, 4, 97};
 inline constexpr detail::KnownIdentifier userId{0, 9, 2342, 19200300, 100, 1, 1};
 inline constexpr detail::KnownIdentifier domainComponent{0, 9, 2342, 19200300, 100, 1, 25};
 inline constexpr detail::KnownIdentifier emailAddress{1, 2, 840, 113549, 1, 9, 1};
+/// @}
 }  // namespace attribute
 
-// A string of one of five types (X.520 6.1).
+/// A string of one of five types (X.520 6.1).
 struct DirectoryString {
-  uint32_t choice = X509DirStr_Utf8String;  // X509DirStr_...
-  Octets octets;
+  uint32_t choice = X509DirStr_Utf8String;  ///< X509DirStr_...
+  Octets octets;                            ///< as they are encoded
 
+  /// From text in UTF-8, which is not judged.
   static DirectoryString utf8(const std::string &text) { return {X509DirStr_Utf8String, {text.begin(), text.end()}}; }
 
-  // The characters in UTF-8; octets that are no characters are an Error.
+  /// The characters in UTF-8; octets that are no characters are an Error.
   std::string text() const {
     const X509DirStr c = string();
     return detail::text([&](char *text, uint32_t size, uint32_t *length, AsnErrorBlock *err) {
@@ -88,7 +93,7 @@ struct DirectoryString {
     });
   }
 
-  // For the C interface; points into this object.
+  /// For the C interface; points into this object.
   X509DirStr string() const { return {choice, octets.data(), detail::length(octets)}; }
 
   friend bool operator==(const DirectoryString &a, const DirectoryString &b) {
@@ -97,24 +102,26 @@ struct DirectoryString {
   friend bool operator!=(const DirectoryString &a, const DirectoryString &b) { return !(a == b); }
 };
 
-// One distinguished name, held as its DER encoding.
+/// One distinguished name, held as its DER encoding.
 class Name {
  public:
-  Name() = default;  // without relative distinguished names
+  /// A name without relative distinguished names.
+  Name() = default;
 
-  // From one Name (BER). Throws when it is malformed.
+  /// From one Name (BER). Throws when it is malformed.
   static Name decode(View encoding) { return Name(detail::encodingOf(detail::nameObject(encoding).get())); }
-  // A copy of the name that the object holds.
+  /// A copy of the name that the object holds.
   static Name copyOf(X509NameObject name) { return Name(detail::encodingOf(name)); }
 
+  /// One attribute of a relative distinguished name.
   struct Attribute {
-    ObjectIdentifier type;
-    std::string value;  // UTF-8
+    ObjectIdentifier type;  ///< attribute type
+    std::string value;      ///< UTF-8
   };
 
-  // Appends one relative distinguished name: name.add({{attribute::commonName, "Steve"}}). Values become UTF8String,
-  // but where the syntax of the type demands another string type: PrintableString for countryName, serialNumber and
-  // dnQualifier, IA5String for emailAddress and domainComponent. Takes time in proportion to the whole name.
+  /// Appends one relative distinguished name: name.add({{attribute::commonName, "Steve"}}). Values become UTF8String,
+  /// but where the syntax of the type demands another string type: PrintableString for countryName, serialNumber and
+  /// dnQualifier, IA5String for emailAddress and domainComponent. Takes time in proportion to the whole name.
   Name &add(const std::vector<Attribute> &attributes) {
     std::vector<X509NameAttribute> list;
     list.reserve(attributes.size());
@@ -127,7 +134,7 @@ class Name {
     return *this;
   }
 
-  // The text form of RFC 4514, most specific first, in UTF-8: "CN=Steve,O=Example\, Inc.,C=GB".
+  /// The text form of RFC 4514, most specific first, in UTF-8: `CN=Steve,O=Example\, Inc.,C=GB`.
   std::string text() const {
     const detail::NameObject name = object();
     return detail::text([&](char *text, uint32_t size, uint32_t *length, AsnErrorBlock *err) {
@@ -135,12 +142,13 @@ class Name {
     });
   }
 
+  /// One Name (DER).
   const Octets &encode() const { return der_; }
-  // For the C interface: a new object that the caller owns.
+  /// For the C interface: a new object that the caller owns.
   detail::NameObject object() const { return detail::nameObject(der_); }
 
-  // Whether both mean the same: attributes of one relative distinguished name in any order, strings without regard to
-  // their type, to ASCII case and to the amount of space (RFC 5280 7.1). Equality is that of the octets.
+  /// Whether both mean the same: attributes of one relative distinguished name in any order, strings without regard to
+  /// their type, to ASCII case and to the amount of space (RFC 5280 7.1). Equality is that of the octets.
   bool matches(const Name &other) const {
     const detail::NameObject a = object();
     const detail::NameObject b = other.object();

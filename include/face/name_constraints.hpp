@@ -1,9 +1,11 @@
-// NameConstraints (RFC 5280 4.2.1.10), in a strict form, which can be set, and a tolerant one, which can only be read
-// and has an UnreadableName in the place of each bad base.
-//
-//   ketra::NameConstraints constraints;
-//   constraints.permittedSubtrees = {{ketra::dns("example")}, {ketra::ip("192.0.2.0/24")}};
-//   extensions.set(constraints, /*critical=*/true);
+/// @file
+/// NameConstraints (RFC 5280 4.2.1.10), in a strict form, which can be set, and a tolerant one, which can only be read
+/// and has an UnreadableName in the place of each bad base.
+/// @code
+/// ketra::NameConstraints constraints;
+/// constraints.permittedSubtrees = {{ketra::dns("example")}, {ketra::ip("192.0.2.0/24")}};
+/// extensions.set(constraints, /*critical=*/true);
+/// @endcode
 #pragma once
 
 #include <cstddef>
@@ -19,33 +21,38 @@
 
 namespace ketra {
 
+/// One subtree; `N` is GeneralName or NameOrError.
 template <class N>
 struct BasicGeneralSubtree {
-  N base;
-  std::optional<int32_t> minimum{};  // no default is applied
-  std::optional<int32_t> maximum{};
+  N base;                            ///< the name
+  std::optional<int32_t> minimum{};  ///< no default is applied
+  std::optional<int32_t> maximum{};  ///< absent: no bound
 
   friend bool operator==(const BasicGeneralSubtree &a, const BasicGeneralSubtree &b) {
     return a.base == b.base && a.minimum == b.minimum && a.maximum == b.maximum;
   }
   friend bool operator!=(const BasicGeneralSubtree &a, const BasicGeneralSubtree &b) { return !(a == b); }
 };
+/// The strict form.
 using GeneralSubtree = BasicGeneralSubtree<GeneralName>;
-// A member of the list that is no subtree, or whose distances need more than 32 bits, has an UnreadableName that holds
-// the whole member.
+/// A member of the list that is no subtree, or whose distances need more than 32 bits, has an UnreadableName that holds
+/// the whole member.
 using TolerantGeneralSubtree = BasicGeneralSubtree<NameOrError>;
 
+/// For which names a CA may issue (RFC 5280 4.2.1.10); `N` is GeneralName or NameOrError.
 template <class N>
 struct BasicNameConstraints {
-  std::optional<std::vector<BasicGeneralSubtree<N>>> permittedSubtrees;
-  std::optional<std::vector<BasicGeneralSubtree<N>>> excludedSubtrees;
+  std::optional<std::vector<BasicGeneralSubtree<N>>> permittedSubtrees;  ///< names of such a kind must lie in one
+  std::optional<std::vector<BasicGeneralSubtree<N>>> excludedSubtrees;   ///< names must not lie in any
 
   friend bool operator==(const BasicNameConstraints &a, const BasicNameConstraints &b) {
     return a.permittedSubtrees == b.permittedSubtrees && a.excludedSubtrees == b.excludedSubtrees;
   }
   friend bool operator!=(const BasicNameConstraints &a, const BasicNameConstraints &b) { return !(a == b); }
 };
+/// The strict form.
 using NameConstraints = BasicNameConstraints<GeneralName>;
+/// The tolerant form, which can only be read.
 using TolerantNameConstraints = BasicNameConstraints<NameOrError>;
 
 namespace detail {

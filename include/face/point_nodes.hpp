@@ -1,4 +1,5 @@
-// The parts of distribution points from and to the C interface, and read piece by piece.
+/// @file
+/// The parts of distribution points from and to the C interface, and read piece by piece.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,5 @@
-// Policy qualifiers (RFC 5280 4.2.1.4).
+/// @file
+/// Policy qualifiers (RFC 5280 4.2.1.4).
 #pragma once
 
 #include <cstdint>
@@ -13,15 +14,19 @@
 
 namespace ketra {
 
-// The two kinds of qualifiers.
+/// The two kinds of qualifiers.
 namespace qualifier {
+/// A kind of qualifier.
+/// @{
 inline constexpr detail::KnownIdentifier cps{1, 3, 6, 1, 5, 5, 7, 2, 1};
 inline constexpr detail::KnownIdentifier userNotice{1, 3, 6, 1, 5, 5, 7, 2, 2};
+/// @}
 }  // namespace qualifier
 
+/// Numbered notices of an organization.
 struct NoticeReference {
-  std::string organization;  // UTF-8
-  std::vector<Integer> noticeNumbers;
+  std::string organization;            ///< UTF-8
+  std::vector<Integer> noticeNumbers;  ///< the numbers
 
   friend bool operator==(const NoticeReference &a, const NoticeReference &b) {
     return a.organization == b.organization && a.noticeNumbers == b.noticeNumbers;
@@ -29,9 +34,10 @@ struct NoticeReference {
   friend bool operator!=(const NoticeReference &a, const NoticeReference &b) { return !(a == b); }
 };
 
+/// A notice to be shown.
 struct UserNotice {
-  std::optional<NoticeReference> noticeRef;
-  std::optional<std::string> explicitText;  // UTF-8; RFC 5280 wants at most 200 characters
+  std::optional<NoticeReference> noticeRef;  ///< where its text is
+  std::optional<std::string> explicitText;   ///< UTF-8; RFC 5280 wants at most 200 characters
 
   friend bool operator==(const UserNotice &a, const UserNotice &b) {
     return a.noticeRef == b.noticeRef && a.explicitText == b.explicitText;
@@ -74,22 +80,24 @@ inline UserNotice readNotice(View encoding) {
 
 }  // namespace detail
 
-// Kept as it stands, and parsed on demand: nothing gets lost on the way, and one that is malformed hides no other.
+/// PolicyQualifierInfo, kept as it stands, and parsed on demand: nothing gets lost on the way, and one that is
+/// malformed hides no other.
 struct PolicyQualifier {
-  ObjectIdentifier id;
-  std::optional<Octets> value;  // one complete encoding
+  ObjectIdentifier id;          ///< what kind it is
+  std::optional<Octets> value;  ///< one complete encoding
 
+  /// Where the certification practice statement is.
   static PolicyQualifier ofCps(const std::string &uri) {
     constexpr uint8_t kIa5String = 0x16;
     return {qualifier::cps, detail::encoding(kIa5String, detail::view(uri))};
   }
-  // Strings become UTF8String.
+  /// Strings become UTF8String.
   static PolicyQualifier ofNotice(const UserNotice &notice) {
     return {qualifier::userNotice, detail::encodeNotice(notice)};
   }
 
-  // Where the certification practice statement is: characters of IA5String, unchecked. Nothing when this is another
-  // kind of qualifier, or malformed.
+  /// Where the certification practice statement is: characters of IA5String, unchecked. Nothing when this is another
+  /// kind of qualifier, or malformed.
   std::optional<std::string> cps() const {
     return parse<std::string>(qualifier::cps, [](View encoding) {
       const detail::WorkValue uri(detail::asn1::kCpsUri, encoding);
@@ -97,7 +105,7 @@ struct PolicyQualifier {
       return std::string(text.begin(), text.end());
     });
   }
-  // Nothing when this is another kind of qualifier, or malformed.
+  /// Nothing when this is another kind of qualifier, or malformed.
   std::optional<UserNotice> notice() const { return parse<UserNotice>(qualifier::userNotice, detail::readNotice); }
 
   friend bool operator==(const PolicyQualifier &a, const PolicyQualifier &b) {

@@ -1,4 +1,5 @@
-// PolicyMappings and PolicyConstraints (RFC 5280 4.2.1.5, 4.2.1.11).
+/// @file
+/// PolicyMappings and PolicyConstraints (RFC 5280 4.2.1.5, 4.2.1.11).
 #pragma once
 
 #include <cstddef>
@@ -12,9 +13,10 @@
 
 namespace ketra {
 
+/// Two policies that the issuer holds for equivalent.
 struct PolicyMapping {
-  ObjectIdentifier issuerDomainPolicy;
-  ObjectIdentifier subjectDomainPolicy;
+  ObjectIdentifier issuerDomainPolicy;   ///< in the domain of the issuer
+  ObjectIdentifier subjectDomainPolicy;  ///< in the domain of the subject
 
   friend bool operator==(const PolicyMapping &a, const PolicyMapping &b) {
     return a.issuerDomainPolicy == b.issuerDomainPolicy && a.subjectDomainPolicy == b.subjectDomainPolicy;
@@ -22,9 +24,9 @@ struct PolicyMapping {
   friend bool operator!=(const PolicyMapping &a, const PolicyMapping &b) { return !(a == b); }
 };
 
-// Always non-critical.
+/// Policies that count as each other (RFC 5280 4.2.1.5). Always non-critical.
 struct PolicyMappings {
-  std::vector<PolicyMapping> mappings;
+  std::vector<PolicyMapping> mappings;  ///< one or more, to be set
 
   friend bool operator==(const PolicyMappings &a, const PolicyMappings &b) { return a.mappings == b.mappings; }
   friend bool operator!=(const PolicyMappings &a, const PolicyMappings &b) { return !(a == b); }
@@ -62,10 +64,10 @@ struct ExtensionTraits<PolicyMappings> {
   }
 };
 
-// After how many certificates each takes effect.
+/// After how many certificates each takes effect (RFC 5280 4.2.1.11).
 struct PolicyConstraints {
-  std::optional<int32_t> requireExplicitPolicy;
-  std::optional<int32_t> inhibitPolicyMapping;
+  std::optional<int32_t> requireExplicitPolicy;  ///< from there on every certificate needs an acceptable policy
+  std::optional<int32_t> inhibitPolicyMapping;   ///< from there on mappings do not count
 
   friend bool operator==(const PolicyConstraints &a, const PolicyConstraints &b) {
     return a.requireExplicitPolicy == b.requireExplicitPolicy && a.inhibitPolicyMapping == b.inhibitPolicyMapping;

@@ -1,4 +1,5 @@
-// Points in time.
+/// @file
+/// Points in time.
 #pragma once
 
 #include <chrono>
@@ -10,7 +11,7 @@
 
 namespace ketra {
 
-// Of the years 0000 to 9999.
+/// A point in time of the years 0000 to 9999.
 using Time = std::chrono::time_point<std::chrono::system_clock, std::chrono::microseconds>;
 
 namespace detail {
@@ -42,8 +43,9 @@ inline std::optional<Time> optional(const GtimeOpt &c) {
 
 }  // namespace detail
 
-// ISO 8601, "2026-01-31T23:59:59Z", with up to six digits of fraction; read with an offset ("+01:00") too. What is no
-// such text, and a time outside those years, is an Error.
+/// Times as text of ISO 8601, "2026-01-31T23:59:59Z", with up to six digits of fraction; read with an offset ("+01:00")
+/// too. What is no such text, and a time outside those years, is an Error.
+/// @{
 inline std::string timeText(Time time) {
   const Gtime c = detail::gtime(time);
   char text[32];
@@ -56,5 +58,6 @@ inline Time parseTime(const std::string &text) {
   detail::run([&](AsnErrorBlock *err) { return GtimeFromText(text.c_str(), &c, err); });
   return detail::time(c);
 }
+/// @}
 
 }  // namespace ketra

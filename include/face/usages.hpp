@@ -1,6 +1,8 @@
-// ExtKeyUsage (RFC 5280 4.2.1.12) and PrivateKeyUsagePeriod (RFC 3280 4.2.1.4).
-//
-//   extensions.set(ketra::ExtKeyUsage{{ketra::purpose::serverAuth}}, /*critical=*/false);
+/// @file
+/// ExtKeyUsage (RFC 5280 4.2.1.12) and PrivateKeyUsagePeriod (RFC 3280 4.2.1.4).
+/// @code
+/// extensions.set(ketra::ExtKeyUsage{{ketra::purpose::serverAuth}}, /*critical=*/false);
+/// @endcode
 #pragma once
 
 #include <algorithm>
@@ -16,8 +18,10 @@
 
 namespace ketra {
 
-// The usual key purposes (RFC 5280 4.2.1.12, RFC 4945, RFC 5924, RFC 6187, RFC 6402, RFC 7299, RFC 9336).
+/// The usual key purposes (RFC 5280 4.2.1.12, RFC 4945, RFC 5924, RFC 6187, RFC 6402, RFC 7299, RFC 9336).
 namespace purpose {
+/// A key purpose.
+/// @{
 inline constexpr detail::KnownIdentifier anyExtendedKeyUsage{2, 5, 29, 37, 0};
 inline constexpr detail::KnownIdentifier serverAuth{1, 3, 6, 1, 5, 5, 7, 3, 1};
 inline constexpr detail::KnownIdentifier clientAuth{1, 3, 6, 1, 5, 5, 7, 3, 2};
@@ -34,11 +38,14 @@ inline constexpr detail::KnownIdentifier sshServer{1, 3, 6, 1, 5, 5, 7, 3, 22};
 inline constexpr detail::KnownIdentifier cmcCA{1, 3, 6, 1, 5, 5, 7, 3, 27};
 inline constexpr detail::KnownIdentifier cmcRA{1, 3, 6, 1, 5, 5, 7, 3, 28};
 inline constexpr detail::KnownIdentifier documentSigning{1, 3, 6, 1, 5, 5, 7, 3, 36};
+/// @}
 }  // namespace purpose
 
+/// What the key is for (RFC 5280 4.2.1.12).
 struct ExtKeyUsage {
-  std::vector<ObjectIdentifier> purposes;
+  std::vector<ObjectIdentifier> purposes;  ///< one or more, to be set
 
+  /// Whether the purpose is in the list; anyExtendedKeyUsage counts for itself only.
   bool has(const ObjectIdentifier &purpose) const {
     return std::find(purposes.begin(), purposes.end(), purpose) != purposes.end();
   }
@@ -73,10 +80,10 @@ struct ExtensionTraits<ExtKeyUsage> {
   }
 };
 
-// Always non-critical. The two times are not compared.
+/// When the private key may sign (RFC 3280 4.2.1.4). Always non-critical. The two times are not compared.
 struct PrivateKeyUsagePeriod {
-  std::optional<Time> notBefore;
-  std::optional<Time> notAfter;
+  std::optional<Time> notBefore;  ///< from then on
+  std::optional<Time> notAfter;   ///< until then
 
   friend bool operator==(const PrivateKeyUsagePeriod &a, const PrivateKeyUsagePeriod &b) {
     return a.notBefore == b.notBefore && a.notAfter == b.notAfter;

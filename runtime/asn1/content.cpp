@@ -21,6 +21,7 @@ bool checkBitString(const uint8_t *content, uint32_t length, Fault &fault) {
 }
 
 bool checkTime(const uint8_t *content, uint32_t length, Fault &fault) {
+  if (isPlainTime(content, length)) return true;
   int64_t ignored = 0;
   Text reason;
   if (readTime(content, length, &ignored, reason) != TimeForm::Malformed) return true;

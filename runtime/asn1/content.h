@@ -35,6 +35,8 @@ void writeArcs(const Objid &objid, uint8_t *content);
 
 // ---- GeneralizedTime (X.680 46, X.690 11.7) ----
 enum class TimeForm { Valid, OutOfRange, Malformed };
+// Valid in the form that nearly every time has; others need to be read.
+bool isPlainTime(const uint8_t *content, uint32_t length);
 TimeForm readTime(const uint8_t *content, uint32_t length, int64_t *microseconds, Text &reason);
 inline constexpr uint32_t kTimeLength = 22;  // "YYYYMMDDHHMMSS.ffffffZ"
 // DER form; returns the length, at most kTimeLength.

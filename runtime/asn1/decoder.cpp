@@ -19,6 +19,9 @@ bool hasTag(const AsnType *type, uint8_t identifier) {
 const AsnType *alternativeOf(const AsnType *choice, uint8_t identifier) {
   const AsnType *definition = definitionOf(choice);
   for (uint32_t i = 1; i <= definition->count; ++i) {
+    if (tagOf(definition + i) == identifier) return definition + i;
+  }
+  for (uint32_t i = 1; i <= definition->count; ++i) {
     const AsnType *alternative = definition + i;
     const bool matches = tagOf(alternative) != 0 ? hasTag(alternative, identifier) : kindOf(alternative) == Kind::Open;
     if (matches) return alternative;
@@ -41,7 +44,9 @@ inline const AsnType *match(const AsnType *type, uint8_t identifier) {
 class Decoder {
  public:
   Decoder(Arena &arena, OpenValue *root)
-      : arena_(arena), root_(root), begin_(root->bound.octets), pos_(begin_), end_(begin_ + root->bound.length) {}
+      : arena_(arena), root_(root), begin_(root->bound.octets), pos_(begin_), end_(begin_ + root->bound.length) {
+    frames_[0].end = end_;
+  }
 
   bool run();
   void describe(Text &message) const;
@@ -69,10 +74,10 @@ class Decoder {
 
   bool readValue(Next &next);
   bool readScalar(const Next &next);
-  bool readSegments(const Next &next, const uint8_t **end);
+  bool readSegments(Node *node, Kind kind, Header header, const uint8_t **end);
   bool readOpen(const Next &next);
   bool enterChoice(Next &next);
-  bool enter(Role role, Node *node, const AsnType *current, const Header &header);
+  bool enter(Role role, const Next &next, const AsnType *current);
   bool push(Role role, Node *node, const AsnType *current, const uint8_t *end, bool indefinite);
   bool atEnd(const Frame &frame) const;
   bool leave(Frame &frame);
@@ -80,8 +85,7 @@ class Decoder {
   bool nextComponent(Frame &frame, uint8_t identifier);
   bool failTag(uint8_t identifier, const AsnType *type);
   bool failMemory();
-  Frame &top() { return frames_[depth_ - 1]; }
-  const uint8_t *bound() const { return depth_ == 0 ? end_ : frames_[depth_ - 1].end; }
+  bool isOpen() const { return top_ != frames_; }
 
   Arena &arena_;
   OpenValue *root_;
@@ -89,8 +93,8 @@ class Decoder {
   const uint8_t *pos_;
   const uint8_t *end_;
   Fault fault_;
-  uint32_t depth_ = 0;
-  Frame frames_[ASN_MAX_NESTING];
+  Frame *top_ = frames_;  // the innermost open encoding; the first stands for the whole input
+  Frame frames_[1 + ASN_MAX_NESTING];
 };
 
 bool Decoder::run() {
@@ -100,10 +104,10 @@ bool Decoder::run() {
   if (next.match == nullptr) return failTag(next.header.identifier, next.type);
   for (;;) {
     if (!readValue(next)) return false;
-    while (depth_ > 0 && atEnd(top())) {
-      if (!leave(top())) return false;
+    while (isOpen() && atEnd(*top_)) {
+      if (!leave(*top_)) return false;
     }
-    if (depth_ == 0) break;
+    if (!isOpen()) break;
     if (!findNext(next)) return false;
   }
   if (pos_ == end_) return true;
@@ -114,13 +118,13 @@ bool Decoder::run() {
 // A scalar is read, a constructed value entered.
 inline bool Decoder::readValue(Next &next) {
   if (next.match != next.type && !enterChoice(next)) return false;
-  if (isExplicit(next.type)) return enter(Role::Wrapper, next.node, next.type, next.header);
+  if (isExplicit(next.type)) return enter(Role::Wrapper, next, next.type);
   next.node->encoding = pos_;
   switch (kindOf(next.type)) {
     case Kind::Open: return readOpen(next);
-    case Kind::Sequence: return enter(Role::Components, next.node, nullptr, next.header);
+    case Kind::Sequence: return enter(Role::Components, next, nullptr);
     case Kind::SequenceOf:
-    case Kind::SetOf: return enter(Role::Members, next.node, nullptr, next.header);
+    case Kind::SetOf: return enter(Role::Members, next, nullptr);
     default: return readScalar(next);
   }
 }
@@ -128,7 +132,7 @@ inline bool Decoder::readValue(Next &next) {
 // Goes on with the alternative, which is no CHOICE without a tag: there is one level at most.
 inline bool Decoder::enterChoice(Next &next) {
   next.node->encoding = pos_;
-  if (!push(Role::Choice, next.node, next.match, bound(), false)) return false;
+  if (!push(Role::Choice, next.node, next.match, top_->end, false)) return false;
   Node *child = newNode(arena_, next.match);
   if (child == nullptr) return failMemory();
   next.node = next.node->chosen = child;
@@ -139,7 +143,7 @@ inline bool Decoder::enterChoice(Next &next) {
 inline bool Decoder::readOpen(const Next &next) {
   const uint8_t *end = pos_ + next.header.size + next.header.length;
   if (next.header.indefinite) {
-    end = skipValue(pos_, bound(), fault_);
+    end = skipValue(pos_, top_->end, fault_);
     if (end == nullptr) return false;
   }
   Node *const node = next.node;
@@ -157,7 +161,7 @@ inline bool Decoder::readScalar(const Next &next) {
   node->length = next.header.length;
   node->inPlace = true;
   node->derLength = next.header.der;
-  if (next.header.constructed() && !readSegments(next, &end)) return false;
+  if (next.header.constructed() && !readSegments(node, kindOf(next.type), next.header, &end)) return false;
   if (!checkContent(next.type, node->content, node->length, fault_)) {
     if (!node->inPlace) fault_.at = pos_;  // joined segments have no place in the input
     return false;
@@ -168,28 +172,26 @@ inline bool Decoder::readScalar(const Next &next) {
   return true;
 }
 
-bool Decoder::readSegments(const Next &next, const uint8_t **end) {
-  Node *const node = next.node;
+bool Decoder::readSegments(Node *node, Kind kind, Header header, const uint8_t **end) {
   node->inPlace = node->derLength = false;
-  *end = joinSegments(arena_, kindOf(next.type), node->content, bound(), next.header, &node->content, &node->length,
-                      fault_);
+  *end = joinSegments(arena_, kind, node->content, top_->end, header, &node->content, &node->length, fault_);
   return *end != nullptr;
 }
 
-bool Decoder::enter(Role role, Node *node, const AsnType *current, const Header &header) {
-  const uint8_t *content = pos_ + header.size;
-  const uint8_t *end = header.indefinite ? bound() : content + header.length;
-  if (!push(role, node, current, end, header.indefinite)) return false;
+inline bool Decoder::enter(Role role, const Next &next, const AsnType *current) {
+  const uint8_t *content = pos_ + next.header.size;
+  const uint8_t *end = next.header.indefinite ? top_->end : content + next.header.length;
+  if (!push(role, next.node, current, end, next.header.indefinite)) return false;
   pos_ = content;
   return true;
 }
 
 inline bool Decoder::push(Role role, Node *node, const AsnType *current, const uint8_t *end, bool indefinite) {
-  if (depth_ == ASN_MAX_NESTING) {
+  if (top_ == frames_ + ASN_MAX_NESTING) [[unlikely]] {
     fault_.set(AsnError_Nesting, pos_) << "nested deeper than " << uint32_t{ASN_MAX_NESTING} << " levels";
     return false;
   }
-  Frame &frame = frames_[depth_++];
+  Frame &frame = *++top_;
   frame.node = node;
   frame.current = current;
   frame.end = end;
@@ -222,13 +224,13 @@ bool Decoder::leave(Frame &frame) {
   if (frame.role != Role::Wrapper) {
     frame.node->encodingLength = static_cast<uint32_t>(pos_ - frame.node->encoding);
   }
-  --depth_;
+  --top_;
   return true;
 }
 
 // What comes next in the innermost open encoding.
 inline bool Decoder::findNext(Next &next) {
-  Frame &frame = top();
+  Frame &frame = *top_;
   if (frame.indefinite && pos_ == frame.end) {
     fault_.set(AsnError_EndOfContents, pos_) << "the end-of-contents octets are missing";
     return false;
@@ -295,14 +297,52 @@ bool Decoder::failMemory() {
 // "BOOLEAN content is 2 octets at offset 4 (BasicConstraints/cA)": what, where in the input, where in the value.
 void Decoder::describe(Text &message) const {
   message << fault_.text.c_str() << " at offset " << uint64_t(fault_.at - begin_) << " (" << nameOf(root_->record);
-  for (uint32_t i = 0; i < depth_; ++i) {
-    const Frame &frame = frames_[i];
+  for (const Frame *each = frames_ + 1; each <= top_; ++each) {
+    const Frame &frame = *each;
     if (frame.role == Role::Members && frame.node->length > 0) message << "/" << frame.node->length;
     if ((frame.role == Role::Components || frame.role == Role::Choice) && frame.current != nullptr) {
       message << "/" << nameOf(frame.current);
     }
   }
   message << ")";
+}
+
+// Most values are one primitive encoding, of a scalar or of an alternative that is one: those need no frames. False
+// when the value is another, or not right, which has to be told with all that the decoder knows.
+[[gnu::always_inline]] inline bool decodeScalar(Arena &arena, OpenValue *root) {
+  const auto [octets, length] = root->bound;
+  if (length < 2 || (octets[0] & 0x20) != 0 || (octets[0] & 0x1F) == 0x1F || octets[1] >= 0x80) return false;
+  if (octets[1] != length - 2) return false;
+  const AsnType *type = match(root->record, octets[0]);
+  if (type == nullptr || isExplicit(type) || kindOf(type) == Kind::Open || hasChildren(kindOf(type))) return false;
+  Fault fault;
+  if (!checkContent(type, octets + 2, length - 2, fault)) return false;
+  Node *node = root;
+  if (type != root->record) {
+    node = newNode(arena, type);
+    if (node == nullptr) return false;
+    root->encoding = octets;
+    root->encodingLength = length;
+    root->chosen = node;
+  }
+  node->content = octets + 2;
+  node->encoding = octets;
+  node->encodingLength = length;
+  node->length = length - 2;
+  node->isSet = node->inPlace = node->derLength = true;
+  return true;
+}
+
+[[gnu::noinline]] int32_t decodeAny(Arena &arena, OpenValue *root, Call call) {
+  if (!makePlaces(arena, root)) return call.fail(AsnError_OutOfMemory, "the system has no memory for a value");
+  Decoder decoder(arena, root);
+  if (decoder.run()) {
+    root->state = State::Decoded;
+    return 0;
+  }
+  Text message;
+  decoder.describe(message);
+  return call.fail(decoder.fault().code, message);
 }
 
 }  // namespace
@@ -313,15 +353,11 @@ int32_t decode(Arena &arena, OpenValue *root, Call call) {
   root->length = 0;
   root->capacity = 0;
   root->chosen = nullptr;
-  if (!makePlaces(arena, root)) return call.fail(AsnError_OutOfMemory, "the system has no memory for a value");
-  Decoder decoder(arena, root);
-  if (decoder.run()) {
+  if (decodeScalar(arena, root)) {
     root->state = State::Decoded;
     return 0;
   }
-  Text message;
-  decoder.describe(message);
-  return call.fail(decoder.fault().code, message);
+  return decodeAny(arena, root, call);
 }
 
 }  // namespace ketra::asn1

@@ -13,32 +13,33 @@ class BackwardBuffer {
  public:
   explicit BackwardBuffer(Arena &arena) : arena_(arena) {}
 
-  uint64_t size() const { return size_; }
-  uint8_t *begin() { return end_ - size_; }
+  uint64_t size() const { return static_cast<uint64_t>(end_ - begin_); }
+  uint8_t *begin() { return begin_; }
 
   // Room for `count` more octets; null without memory.
   uint8_t *prepend(uint64_t count) {
-    if (count > capacity_ - size_ && !grow(count)) return nullptr;
-    size_ += count;
-    return end_ - size_;
+    if (count > static_cast<uint64_t>(begin_ - memory_) && !grow(count)) return nullptr;
+    return begin_ -= count;
   }
 
  private:
-  bool grow(uint64_t count) {
-    const uint64_t capacity = std::max<uint64_t>({128, 2 * capacity_, size_ + count});
+  [[gnu::noinline]] bool grow(uint64_t count) {
+    const uint64_t held = size();
+    const uint64_t capacity = std::max<uint64_t>({128, 2 * static_cast<uint64_t>(end_ - memory_), held + count});
     auto *memory = capacity <= SIZE_MAX / 2 ? arena_.makeArray<uint8_t>(static_cast<std::size_t>(capacity)) : nullptr;
     if (memory == nullptr) return false;
     uint8_t *end = memory + capacity;
-    if (size_ > 0) std::memcpy(end - size_, begin(), static_cast<std::size_t>(size_));
-    capacity_ = capacity;
+    if (held > 0) std::memcpy(end - held, begin_, static_cast<std::size_t>(held));
+    memory_ = memory;
+    begin_ = end - held;
     end_ = end;
     return true;
   }
 
   Arena &arena_;
+  uint8_t *memory_ = nullptr;
+  uint8_t *begin_ = nullptr;
   uint8_t *end_ = nullptr;
-  uint64_t size_ = 0;
-  uint64_t capacity_ = 0;
 };
 
 class Encoder {
@@ -56,7 +57,7 @@ class Encoder {
   };
 
   bool begin(const Node *node);
-  bool writeChild(Frame &frame);
+  bool findChild(Frame &frame, const Node **child);
   bool finish(const Frame &frame);
   bool writeScalar(const Node *node);
   bool writeTime(const Node *node);
@@ -79,23 +80,26 @@ class Encoder {
 
 bool Encoder::run(const Node *root) {
   root_ = root;
-  if (!begin(root)) return false;
-  while (depth_ > 0) {
+  const Node *node = root;
+  do {
+    if (node != nullptr && !begin(node)) return false;
+    if (depth_ == 0) break;
     Frame &frame = frames_[depth_ - 1];
+    node = nullptr;
     if (frame.next > 0) {
-      if (!writeChild(frame)) return false;
+      if (!findChild(frame, &node)) return false;
     } else {
       --depth_;
       if (!finish(frame)) return false;
     }
-  }
+  } while (node != nullptr || depth_ > 0);
   if (buffer_.size() <= UINT32_MAX) return true;
   call_.fail(AsnError_TooLong, "the encoding would exceed 4294967295 octets");
   return false;
 }
 
 // A scalar is written; a constructed value is entered, to be written from its last child on.
-bool Encoder::begin(const Node *node) {
+inline bool Encoder::begin(const Node *node) {
   if (!hasChildren(kindOf(node->record))) return writeScalar(node);
   if (depth_ == ASN_MAX_NESTING) {
     call_.fail(AsnError_Nesting, Text() << "nested deeper than " << uint32_t{ASN_MAX_NESTING} << " levels");
@@ -105,12 +109,16 @@ bool Encoder::begin(const Node *node) {
   return true;
 }
 
-inline bool Encoder::writeChild(Frame &frame) {
+// The child whose turn it is; null when that is absent.
+inline bool Encoder::findChild(Frame &frame, const Node **found) {
   const Node *node = frame.node;
   const Node *child = childAt(node, --frame.next);
-  const bool isUnset = child != nullptr && !hasChildren(kindOf(child->record)) && !child->isSet;
+  const bool isUnset = child != nullptr && !child->isSet && !hasChildren(kindOf(child->record));
   if (isUnset && isOptional(child->record)) return true;  // made, but never set: absent
-  if (child != nullptr) return begin(child);
+  if (child != nullptr) {
+    *found = child;
+    return true;
+  }
   if (kindOf(node->record) == Kind::Choice) {
     call_.fail(AsnError_Incomplete, Text() << nameOf(node->record) << " has no alternative");
     return false;
@@ -133,24 +141,28 @@ inline bool Encoder::writeScalar(const Node *node) {
     return false;
   }
   const uint64_t sizeAtEnd = buffer_.size();
-  bool written = false;
   switch (kindOf(node->record)) {
-    case Kind::Open: written = writeOpen(node); break;
-    case Kind::Boolean: {
-      const uint8_t octet = node->content[0] != 0 ? 0xFF : 0x00;
-      written = put(&octet, 1);
+    case Kind::Open:
+      if (!writeOpen(node)) return false;
       break;
-    }
-    case Kind::BitString:
-      written = put(node->content, node->length);
-      if (written && node->length > 1) {  // bits beyond the last are zero (X.690 11.2.1)
-        uint8_t &last = buffer_.begin()[node->length - 1];
-        last = static_cast<uint8_t>(last & (0xFFu << node->content[0]));
+    case Kind::Octets:
+      if (node->encoding != nullptr && contentOf(node->record) == Content::Time) {  // what was set is in DER form
+        if (!writeTime(node)) return false;
+        break;
       }
-      break;
-    default: written = contentOf(node->record) == Content::Time ? writeTime(node) : put(node->content, node->length);
+      [[fallthrough]];
+    default:
+      if (!put(node->content, node->length)) return false;
   }
-  return written && writeTags(node, sizeAtEnd);
+  if (kindOf(node->record) == Kind::Boolean) {
+    uint8_t &octet = *buffer_.begin();
+    octet = octet != 0 ? 0xFF : 0x00;
+  }
+  if (kindOf(node->record) == Kind::BitString && node->length > 1) {  // bits beyond the last are zero (X.690 11.2.1)
+    uint8_t &last = buffer_.begin()[node->length - 1];
+    last = static_cast<uint8_t>(last & (0xFFu << node->content[0]));
+  }
+  return writeTags(node, sizeAtEnd);
 }
 
 bool Encoder::writeTime(const Node *node) {

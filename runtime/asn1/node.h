@@ -57,8 +57,16 @@ inline Node *newNode(Arena &arena, const AsnType *record) {
   return makePlaces(arena, node) ? node : nullptr;
 }
 
+// More room for the members of a list; false without memory.
+bool growList(Arena &arena, Node *list);
+
 // Appends a member to a list, in constant time on average.
-Node *appendMember(Arena &arena, Node *list);
+inline Node *appendMember(Arena &arena, Node *list) {
+  if (list->length == list->capacity && !growList(arena, list)) return nullptr;
+  Node *member = newNode(arena, definitionOf(list->record) + 1);
+  if (member != nullptr) list->children[list->length++] = member;
+  return member;
+}
 
 // How many children a constructed node has room for, and one of them.
 inline uint32_t childPlaces(const Node *node) {

@@ -1,9 +1,12 @@
 #include "runtime/asn1/path.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace ketra::asn1 {
 namespace {
+
+bool isUsable(const Node *base) { return base != nullptr && base->state <= State::Decoded; }
 
 [[gnu::cold]] void failBase(Call call, const Node *base) {
   if (base == nullptr) {
@@ -14,7 +17,7 @@ namespace {
 }
 
 bool isUsable(Call call, const Node *base) {
-  if (base != nullptr && base->state <= State::Decoded) [[likely]]
+  if (isUsable(base)) [[likely]]
     return true;
   failBase(call, base);
   return false;
@@ -77,6 +80,46 @@ inline const char *matchName(const char *path, const char *name) {
   return end;
 }
 
+// The same where the elements are there, all but the last perhaps, which is nearly always: matched with as little work
+// as possible. `from` becomes the parent of the last. No type when the path is another one, or none; then the steps
+// above tell.
+[[gnu::always_inline]] inline Found takeKnownSteps(Node *&from, const char *path, uint32_t *number) {
+  if (path == nullptr) return {};
+  for (;; ++path) {
+    const AsnType *const definition = definitionOf(from->record);
+    const Kind kind = kindOf(definition);
+    Found place;
+    if (isList(kind)) {
+      const char *const digits = path;
+      uint32_t digit = 0;
+      for (*number = 0; (digit = static_cast<uint32_t>(*path - '0')) <= 9 && *number < UINT32_MAX / 10; ++path) {
+        *number = *number * 10 + digit;
+      }
+      if (path == digits || *number == 0) return {};
+      place = {*number <= from->length ? from->children[*number - 1] : nullptr, definition + 1};
+    } else if (hasComponents(kind)) {
+      // The alternative that is there is the one that will be asked for.
+      const bool isThere = kind == Kind::Choice && from->chosen != nullptr;
+      if (isThere && std::strcmp(path, from->chosen->record->name) == 0) return {from->chosen, from->chosen->record};
+      for (uint32_t i = 0; !place && i < definition->count; ++i) {
+        const AsnType *const type = definition + 1 + i;
+        if (*path != *type->name) continue;
+        Node *const child = kind == Kind::Sequence                    ? from->children[i]
+                            : isThere && from->chosen->record == type ? from->chosen
+                                                                      : nullptr;
+        if (std::strcmp(path, type->name) == 0) return {child, type};
+        const std::size_t length = std::strlen(type->name);
+        if (std::strncmp(path, type->name, length) != 0 || !isEnd(path[length])) continue;
+        place = {child, type};
+        path += length;
+      }
+    }
+    if (!place || *path == '\0') return place;
+    if (*path != '/' || place.element == nullptr) return {};
+    from = place.element;
+  }
+}
+
 // What is missing on a path, from the outermost element to make.
 struct Plan {
   Node *existing;       // the deepest element that is there
@@ -121,6 +164,10 @@ struct Plan {
   }
 }
 
+[[gnu::cold]] void failMemory(const Call &call) {
+  call.fail(AsnError_OutOfMemory, "the system has no memory for an element");
+}
+
 Node *makeChild(Arena &arena, Node *parent, const AsnType *record) {
   const Kind kind = kindOf(parent->record);
   if (isList(kind)) return appendMember(arena, parent);
@@ -131,9 +178,7 @@ Node *makeChild(Arena &arena, Node *parent, const AsnType *record) {
   return child;
 }
 
-}  // namespace
-
-Found walkPath(Call call, Node *base, const char *path) {
+[[gnu::noinline]] Found takeSteps(Call call, Node *base, const char *path) {
   if (!isUsable(call, base)) return {};
   Found place{base, base->record};
   uint32_t number = 0;
@@ -146,7 +191,8 @@ Found walkPath(Call call, Node *base, const char *path) {
   }
 }
 
-Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *)) {
+[[gnu::noinline]] Node *makeSteps(const Call &call, Arena &arena, Node *base, const char *path,
+                                  bool (*fits)(const AsnType *)) {
   if (!isUsable(call, base)) return nullptr;
   if (base->encoding != nullptr) {
     call.fail(AsnError_State, "a value that was decoded cannot be changed");
@@ -160,8 +206,36 @@ Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, 
   }
   Node *node = made.existing;
   for (uint32_t i = 0; node != nullptr && i < made.missing; ++i) node = makeChild(arena, node, made.records[i]);
-  if (node == nullptr) call.fail(AsnError_OutOfMemory, "the system has no memory for an element");
+  if (node == nullptr) failMemory(call);
   return node;
+}
+
+}  // namespace
+
+Found walkPath(Call call, Node *base, const char *path) {
+  uint32_t number = 0;
+  if (isUsable(base)) [[likely]] {
+    Node *parent = base;
+    const Found found = takeKnownSteps(parent, path, &number);
+    if (found) [[likely]]
+      return found;
+  }
+  return takeSteps(call, base, path);
+}
+
+Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *)) {
+  uint32_t number = 0;
+  if (isUsable(base) && base->encoding == nullptr) [[likely]] {
+    Node *parent = base;
+    const Found found = takeKnownSteps(parent, path, &number);
+    const bool isNext = !isList(kindOf(parent->record)) || number - 1 == parent->length;
+    if (found && (found.element != nullptr || isNext) && (fits == nullptr || fits(found.type))) [[likely]] {
+      Node *node = found.element != nullptr ? found.element : makeChild(arena, parent, found.type);
+      if (node == nullptr) failMemory(call);
+      return node;
+    }
+  }
+  return makeSteps(call, arena, base, path, fits);
 }
 
 }  // namespace ketra::asn1

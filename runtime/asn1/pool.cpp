@@ -51,6 +51,10 @@ constexpr std::size_t sizeOf(std::size_t sizeClass) {
   const std::size_t step = sizeClass - kFineClasses;
   return (std::size_t{128} << step / 4) / 4 * (5 + step % 4);
 }
+// What a block of the class takes.
+constexpr std::size_t roomFor(std::size_t size) {
+  return size <= 128 && size > 0 ? (size + 7) / 8 * 8 : sizeOf(classOf(size));
+}
 static_assert(classOf(1) == 0 && classOf(128) == 15 && classOf(129) == 16 && classOf(kLargestSmall) == kClasses - 1);
 static_assert(sizeOf(16) == 160 && sizeOf(kClasses - 1) == kLargestSmall && classOf(sizeOf(30)) == 30);
 
@@ -182,15 +186,16 @@ void growTable(AsnMemObject pool, Call call) {
 }
 
 inline void *allocateSmall(AsnMemObject pool, uint32_t size, Call call) {
-  const std::size_t sizeClass = classOf(size);
-  if (pool->freeLists != nullptr && pool->freeLists->heads[sizeClass] != nullptr) {
-    FreeBlock *block = pool->freeLists->heads[sizeClass];
-    unpoison(block, sizeof *block);
-    pool->freeLists->heads[sizeClass] = block->next;
-    poison(block, sizeof *block);
-    return start(pool, reinterpret_cast<std::byte *>(block), size);
+  if (pool->freeLists != nullptr) {
+    FreeBlock *&head = pool->freeLists->heads[classOf(size)];
+    if (FreeBlock *block = head; block != nullptr) {
+      unpoison(block, sizeof *block);
+      head = block->next;
+      poison(block, sizeof *block);
+      return start(pool, reinterpret_cast<std::byte *>(block), size);
+    }
   }
-  const std::size_t needed = sizeof(Header) + sizeOf(sizeClass);
+  const std::size_t needed = sizeof(Header) + roomFor(size);
   if (static_cast<std::size_t>(pool->chunks->end - pool->next) < needed && !grow(pool, needed, call)) return nullptr;
   std::byte *memory = pool->next + sizeof(Header);
   pool->next += needed;
@@ -231,10 +236,10 @@ KETRA_READS_POISONED Header *liveHeader(AsnMemObject pool, const void *memory) {
 void freeSmall(AsnMemObject pool, Header *header, std::byte *memory) {
   unpoison(header, sizeof *header);
   const std::size_t sizeClass = classOf(header->size);
+  const std::size_t size = roomFor(header->size);
   --pool->liveBlocks;
   pool->liveOctets -= header->size;
   header->mark = 0;
-  const std::size_t size = sizeOf(sizeClass);
   poison(header, sizeof *header + size);
   if (memory + size == pool->next) {  // the newest block: take it back whole
     pool->next = reinterpret_cast<std::byte *>(header);

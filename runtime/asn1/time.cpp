@@ -1,3 +1,4 @@
+#include <bit>
 #include <cstring>
 
 #include "ketra_runtime.h"
@@ -7,35 +8,32 @@ namespace ketra::asn1 {
 
 namespace {
 
-// Days from 0000-01-01 in the proleptic Gregorian calendar: years are counted from March, so that the leap day comes
-// last.
-int64_t daysSinceYear0(int64_t year, int64_t month, int64_t day) {
-  const int64_t y = month <= 2 ? year - 1 : year;
-  const int64_t era = (y >= 0 ? y : y - 399) / 400;
-  const int64_t yearOfEra = y - era * 400;
-  const int64_t dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
-  const int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-  return era * 146'097 + dayOfEra + 60;
+// Days from 0000-01-01 in the proleptic Gregorian calendar, for years 0 to 9999. Years are counted from March, so that
+// the leap day comes last, and 400 years earlier, so that none is negative.
+uint32_t daysSinceYear0(uint32_t year, uint32_t month, uint32_t day) {
+  const uint32_t y = year + 400 - (month <= 2 ? 1 : 0);
+  const uint32_t dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5 + day - 1;
+  return 365 * y + y / 4 - y / 100 + y / 400 + dayOfYear - (146'097 - 60);
 }
 
 struct Date {
-  int64_t year, month, day;
+  uint32_t year, month, day;
 };
 
-Date dateOf(int64_t daysSince0) {
-  const int64_t z = daysSince0 - 60;
-  const int64_t era = (z >= 0 ? z : z - 146'096) / 146'097;
-  const int64_t dayOfEra = z - era * 146'097;
-  const int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36'524 - dayOfEra / 146'096) / 365;
-  const int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-  const int64_t shifted = (5 * dayOfYear + 2) / 153;
-  const int64_t month = shifted < 10 ? shifted + 3 : shifted - 9;
-  return {yearOfEra + era * 400 + (month <= 2 ? 1 : 0), month, dayOfYear - (153 * shifted + 2) / 5 + 1};
+Date dateOf(uint32_t daysSince0) {
+  const uint32_t z = daysSince0 + 146'097 - 60;
+  const uint32_t era = z / 146'097;
+  const uint32_t dayOfEra = z - era * 146'097;
+  const uint32_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36'524 - dayOfEra / 146'096) / 365;
+  const uint32_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+  const uint32_t shifted = (5 * dayOfYear + 2) / 153;
+  const uint32_t month = shifted < 10 ? shifted + 3 : shifted - 9;
+  return {yearOfEra + era * 400 + (month <= 2 ? 1 : 0) - 400, month, dayOfYear - (153 * shifted + 2) / 5 + 1};
 }
 
-int64_t daysInMonth(int64_t year, int64_t month) {
-  if (month == 12) return 31;
-  return daysSinceYear0(year, month + 1, 1) - daysSinceYear0(year, month, 1);
+uint32_t daysInMonth(uint32_t year, uint32_t month) {
+  if (month == 2) return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0) ? 29 : 28;
+  return 30 + ((month + month / 8) & 1);  // 31 in odd months, from August on in even ones
 }
 
 constexpr int64_t kSecondsPerDay = 86'400;
@@ -55,11 +53,11 @@ class TimeReader {
   }
   int64_t digit() { return *p_++ - '0'; }
   // A number of `count` digits from `low` to `high`.
-  bool number(int count, int64_t low, int64_t high, const char *what, int64_t &value) {
+  bool number(int count, uint32_t low, uint32_t high, const char *what, uint32_t &value) {
     value = 0;
     for (int i = 0; i < count; ++i) {
       if (!isDigit()) return malformed(what);
-      value = value * 10 + digit();
+      value = value * 10 + static_cast<uint32_t>(digit());
     }
     return (value >= low && value <= high) || malformed(what);
   }
@@ -105,9 +103,9 @@ bool readFraction(TimeReader &reader, int64_t unit, int64_t *microseconds) {
 
 // "HH[MM[SS]][.f]" after the date.
 bool readClock(TimeReader &reader, int64_t *microseconds) {
-  int64_t hour = 0;
-  int64_t minute = 0;
-  int64_t second = 0;
+  uint32_t hour = 0;
+  uint32_t minute = 0;
+  uint32_t second = 0;
   int64_t unit = 3600 * kMicrosecondsPerSecond;
   if (!reader.number(2, 0, 24, "hour", hour)) return false;
   if (reader.isDigit()) {
@@ -120,7 +118,7 @@ bool readClock(TimeReader &reader, int64_t *microseconds) {
   }
   if (hour == 24) reader.outOfRange("hour 24");
   if (second == 60) reader.outOfRange("second 60");
-  *microseconds += ((hour * 60 + minute) * 60 + second) * kMicrosecondsPerSecond;
+  *microseconds += int64_t{(hour * 60 + minute) * 60 + second} * kMicrosecondsPerSecond;
   return (!reader.accept('.') && !reader.accept(',')) || readFraction(reader, unit, microseconds);
 }
 
@@ -133,12 +131,12 @@ bool readZone(TimeReader &reader, bool isIso, int64_t *microseconds) {
   }
   const bool east = reader.accept('+');
   if (!east && !reader.accept('-')) return reader.malformed("zone");
-  int64_t hour = 0;
-  int64_t minute = 0;
+  uint32_t hour = 0;
+  uint32_t minute = 0;
   if (!reader.number(2, 0, 23, "offset", hour)) return false;
   const bool needsMinutes = isIso && reader.accept(':');
   if ((needsMinutes || !reader.atEnd()) && !reader.number(2, 0, 59, "offset", minute)) return false;
-  const int64_t offset = (hour * 60 + minute) * 60 * kMicrosecondsPerSecond;
+  const int64_t offset = int64_t{(hour * 60 + minute) * 60} * kMicrosecondsPerSecond;
   *microseconds += east ? -offset : offset;
   return reader.atEnd() || reader.malformed("octets after the end");
 }
@@ -151,9 +149,9 @@ TimeForm finish(TimeReader &reader, bool wellFormed, int64_t microseconds, int64
 }
 
 bool readDate(TimeReader &reader, bool isIso, int64_t *microseconds) {
-  int64_t year = 0;
-  int64_t month = 0;
-  int64_t day = 0;
+  uint32_t year = 0;
+  uint32_t month = 0;
+  uint32_t day = 0;
   if (!reader.number(4, 0, 9999, "year", year) || (isIso && !reader.accept('-') && !reader.malformed("date")) ||
       !reader.number(2, 1, 12, "month", month) || (isIso && !reader.accept('-') && !reader.malformed("date")) ||
       !reader.number(2, 1, daysInMonth(year, month), "day", day)) {
@@ -163,24 +161,24 @@ bool readDate(TimeReader &reader, bool isIso, int64_t *microseconds) {
   return true;
 }
 
-void writeDigits(int64_t value, int count, char *out) {
+void writeDigits(uint32_t value, int count, char *out) {
   for (int i = count; i-- > 0; value /= 10) out[i] = static_cast<char>('0' + value % 10);
 }
 
 struct Clock {
   Date date;
-  int64_t hour, minute, second, fraction;
+  uint32_t hour, minute, second, fraction;
 };
 
 Clock clockOf(int64_t microseconds) {
   const int64_t seconds = microseconds / kMicrosecondsPerSecond;
-  const int64_t ofDay = seconds % kSecondsPerDay;
-  return {dateOf(seconds / kSecondsPerDay), ofDay / 3600, ofDay / 60 % 60, ofDay % 60,
-          microseconds % kMicrosecondsPerSecond};
+  const auto ofDay = static_cast<uint32_t>(seconds % kSecondsPerDay);
+  return {dateOf(static_cast<uint32_t>(seconds / kSecondsPerDay)), ofDay / 3600, ofDay / 60 % 60, ofDay % 60,
+          static_cast<uint32_t>(microseconds % kMicrosecondsPerSecond)};
 }
 
 // ".f" without trailing zeros, or nothing; returns its length.
-uint32_t writeFraction(int64_t fraction, char *out) {
+uint32_t writeFraction(uint32_t fraction, char *out) {
   if (fraction == 0) return 0;
   out[0] = '.';
   writeDigits(fraction, 6, out + 1);
@@ -189,21 +187,32 @@ uint32_t writeFraction(int64_t fraction, char *out) {
   return length;
 }
 
-// "YYYYMMDDHHMMSSZ", the form of nearly every time; anything else, valid or not, is left to the reader.
+// Eight digits as four numbers of two, the first in the lowest 16 bits; false when one is no digit.
+bool readPairs(const uint8_t *digits, uint64_t *pairs) {
+  uint64_t octets = 0;
+  std::memcpy(&octets, digits, sizeof octets);
+  if constexpr (std::endian::native == std::endian::big) octets = __builtin_bswap64(octets);
+  constexpr uint64_t kHigh = 0xF0F0F0F0F0F0F0F0, kZeros = 0x3030303030303030, kSixes = 0x0606060606060606;
+  if ((octets & kHigh) != kZeros || ((octets + kSixes) & kHigh) != kZeros) return false;
+  octets -= kZeros;
+  *pairs = (octets * 10 + (octets >> 8)) & 0x00FF00FF00FF00FF;
+  return true;
+}
+
+// "YYYYMMDDHHMMSSZ", the form of nearly every time; anything else, valid or not, is left to the reader. Without a place
+// for the result it is only checked.
 bool readPlainTime(const uint8_t *content, uint32_t length, int64_t *microseconds) {
-  if (length != 15 || content[14] != 'Z') return false;
-  int64_t pairs[7];
-  for (std::size_t i = 0; i < 7; ++i) {
-    const uint32_t tens = content[2 * i] - uint32_t{'0'};
-    const uint32_t ones = content[2 * i + 1] - uint32_t{'0'};
-    if (tens > 9 || ones > 9) return false;
-    pairs[i] = tens * 10 + ones;
-  }
-  const auto [century, yearOfCentury, month, day, hour, minute, second] = pairs;
+  uint64_t date = 0;
+  uint64_t clock = 0;  // behind the day
+  if (length != 15 || content[14] != 'Z' || !readPairs(content, &date) || !readPairs(content + 6, &clock)) return false;
+  const auto pair = [](uint64_t pairs, int i) { return static_cast<uint32_t>(pairs >> 16 * i & 0xFF); };
+  const uint32_t year = pair(date, 0) * 100 + pair(date, 1), month = pair(date, 2), day = pair(date, 3);
+  const uint32_t hour = pair(clock, 1), minute = pair(clock, 2), second = pair(clock, 3);
   if (month < 1 || month > 12 || hour > 23 || minute > 59 || second > 59) return false;
-  if (day < 1 || (day > 28 && day > daysInMonth(century * 100 + yearOfCentury, month))) return false;
-  const int64_t days = daysSinceYear0(century * 100 + yearOfCentury, month, day);
-  *microseconds = (((days * 24 + hour) * 60 + minute) * 60 + second) * kMicrosecondsPerSecond;
+  if (day < 1 || (day > 28 && day > daysInMonth(year, month))) return false;
+  if (microseconds == nullptr) return true;
+  const int64_t seconds = (hour * 60 + minute) * 60 + second;
+  *microseconds = (daysSinceYear0(year, month, day) * kSecondsPerDay + seconds) * kMicrosecondsPerSecond;
   return true;
 }
 
@@ -216,6 +225,8 @@ TimeForm readTime(const uint8_t *content, uint32_t length, int64_t *microseconds
   const bool wellFormed = readDate(reader, false, &time) && readClock(reader, &time) && readZone(reader, false, &time);
   return finish(reader, wellFormed, time, microseconds);
 }
+
+bool isPlainTime(const uint8_t *content, uint32_t length) { return readPlainTime(content, length, nullptr); }
 
 uint32_t writeTime(int64_t microseconds, uint8_t *content) {
   const Clock clock = clockOf(microseconds);
@@ -243,13 +254,13 @@ int32_t GtimeFromText(const char *text, Gtime *time, AsnErrorBlock *err) {
   const auto *begin = reinterpret_cast<const uint8_t *>(text);
   TimeReader reader(begin, begin + std::strlen(text), reason);
   int64_t microseconds = 0;
-  int64_t clock[3] = {};
+  uint32_t clock[3] = {};
   bool wellFormed = readDate(reader, true, &microseconds) && (reader.accept('T') || reader.malformed("T")) &&
                     reader.number(2, 0, 23, "hour", clock[0]) && (reader.accept(':') || reader.malformed("clock")) &&
                     reader.number(2, 0, 59, "minute", clock[1]) && (reader.accept(':') || reader.malformed("clock")) &&
                     reader.number(2, 0, 59, "second", clock[2]);
   if (wellFormed) {
-    microseconds += ((clock[0] * 60 + clock[1]) * 60 + clock[2]) * kMicrosecondsPerSecond;
+    microseconds += int64_t{(clock[0] * 60 + clock[1]) * 60 + clock[2]} * kMicrosecondsPerSecond;
     wellFormed = (!reader.accept('.') || readFraction(reader, kMicrosecondsPerSecond, &microseconds)) &&
                  readZone(reader, true, &microseconds);
   }

@@ -40,7 +40,10 @@ inline bool readHeader(const uint8_t *p, const uint8_t *end, Header &header, Fau
     header = {p[0], false, true, 2, p[1]};
     return true;
   }
-  return readHeaderSlow(p, end, header, fault);
+  Header other{};  // so that the address of `header` is not taken, and it can live in registers
+  const bool isRead = readHeaderSlow(p, end, other, fault);
+  header = other;
+  return isRead;
 }
 
 // End-of-contents octets at `p`. A lone or overlong one is no EOC and fails as an unexpected tag.

@@ -8,21 +8,15 @@
 
 namespace ketra::asn1 {
 
-Node *appendMember(Arena &arena, Node *list) {
-  if (list->length == list->capacity) {
-    const uint32_t capacity = list->capacity == 0               ? 4
-                              : list->capacity > UINT32_MAX / 2 ? UINT32_MAX
-                                                                : list->capacity * 2;
-    if (capacity == list->capacity) return nullptr;
-    auto **children = arena.makeArray<Node *>(capacity);
-    if (children == nullptr) return nullptr;
-    std::copy_n(list->children, list->length, children);
-    list->children = children;
-    list->capacity = capacity;
-  }
-  Node *member = newNode(arena, definitionOf(list->record) + 1);
-  if (member != nullptr) list->children[list->length++] = member;
-  return member;
+bool growList(Arena &arena, Node *list) {
+  const uint32_t capacity = list->capacity == 0 ? 4 : list->capacity > UINT32_MAX / 2 ? UINT32_MAX : list->capacity * 2;
+  if (capacity == list->capacity) return false;
+  auto **children = arena.makeArray<Node *>(capacity);
+  if (children == nullptr) return false;
+  std::copy_n(list->children, list->length, children);
+  list->children = children;
+  list->capacity = capacity;
+  return true;
 }
 
 namespace {

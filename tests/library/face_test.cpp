@@ -109,45 +109,27 @@ TEST(Face, ErrorsSayWhereAndWhy) {
   }
 }
 
-// Again and again; what a get has read before it fails goes back to the pool.
+// Again and again; what a get has read before it fails goes back to the pool. The codes stand in values.tsv.
 template <class T>
-void refuses(const std::string &operation, std::initializer_list<std::pair<const char *, uint32_t>> cases) {
-  for (const auto &[value, code] : cases) {
+void leavesNothing(std::initializer_list<const char *> values) {
+  for (const char *value : values) {
     SCOPED_TRACE(value);
     const ketra::Extensions extensions = stored<T>(fromHex(value));
-    fails(code, operation, [&] { extensions.get<T>(); });  // makes the node of the cache, which stays
+    EXPECT_THROW(extensions.get<T>(), ketra::Error);  // makes the node of the cache, which stays
     const uint64_t before = poolUsage(extensions);
-    fails(code, operation, [&] { extensions.get<T>(); });
+    EXPECT_THROW(extensions.get<T>(), ketra::Error);
     EXPECT_EQ(poolUsage(extensions), before);
   }
 }
 
-TEST(Face, RefusedReads) {
-  refuses<ketra::AuthorityKeyId>("KetraObjectSgetAuthorityKeyId", {{"30 02 A1 00", KetraError_GetAuthorityKeyIdIssuer},
-                                                                   {"30 05 A1", AsnError_Truncated}});
-  refuses<ketra::PolicyMappings>("KetraObjectSgetPolicyMappings", {{"30 02 30 00", AsnError_Component}});
-  refuses<ketra::PolicyConstraints>("KetraObjectSgetPolicyConstraints",
-                                    {{"30 07 80 05 01 00 00 00 00", AsnError_Range}});
-  refuses<ketra::ExtKeyUsage>("KetraObjectSgetExtKeyUsage",
-                              {{"30 00", KetraError_GetExtKeyUsageEmpty},
-                               {"30 02 05 00", AsnError_Component},
-                               {"30 0C 06 02 2A 03 06 06 2A 90 80 80 80 00", AsnError_Range}});
-  refuses<ketra::CrlNumber>("KetraObjectSgetCRLNumber", {{"02 01 FF", KetraError_GetCRLNumber}});
-  refuses<ketra::DeltaCrlIndicator>("ketra::ExtensionTraits",
-                                    {{"02 05 80 00 00 00 00", KetraError_GetDeltaCRLIndicator}});
-  refuses<ketra::ReasonCode>("KetraObjectSgetReasonCode", {{"0A 01 07", KetraError_GetReasonCode}});
-  refuses<ketra::InvalidityDate>("KetraObjectSgetInvalidityDate",  // local time
-                                 {{"18 0A 32 30 32 36 30 31 33 31 32 33", AsnError_Range}});
-  refuses<ketra::HoldInstruction>("KetraObjectSgetInstructionCode", {{"06 01 80", AsnError_Objid}});
-  refuses<ketra::SubjectDirectoryAttributes>("KetraObjectSgetSubjectDirectoryAttributes",
-                                             {{"30 02 05 00", AsnError_Component}});
-  refuses<ketra::CrlDistributionPoints>("KetraObjectSgetCRLDistributionPoints",
-                                        {{"30 00", KetraError_GetDistributionPointsEmpty},
-                                         {"30 03 30 05", AsnError_Truncated},
-                                         {"30 0C 30 04 81 02 01 06 30 04 A0 02 A1 00", KetraError_RelativeNameEmpty}});
-  refuses<ketra::IssuingDistributionPoint>("KetraObjectSgetIssuingDistributionPoint",
-                                           {{"30 03 81 01", AsnError_Truncated}});
-  refuses<ketra::NameConstraints>("KetraObjectSgetNameConstraints", {{"05 00", AsnError_Component}});
+TEST(Face, RefusedReadsLeaveNothing) {
+  leavesNothing<ketra::AuthorityKeyId>({"30 06 80 01 AA A1 01 00", "30 05 80 01 AA A1 00"});
+  leavesNothing<ketra::PolicyMappings>({"30 12 30 08 06 02 2A 03 06 02 2A 03 30 06 06 02 2A 03 05 00"});
+  leavesNothing<ketra::PolicyMappings>({"30 16 30 08 06 02 2A 03 06 02 2A 03 30 0A 06 02 2A 03 06 04 90 80 80 80 80"});
+  leavesNothing<ketra::ExtKeyUsage>({"30 0C 06 02 2A 03 06 06 2A 90 80 80 80 00"});
+  leavesNothing<ketra::SubjectDirectoryAttributes>({"30 02 05 00"});
+  leavesNothing<ketra::CrlDistributionPoints>({"30 0C 30 04 81 02 01 06 30 04 A0 02 A1 00"});
+  leavesNothing<ketra::IssuingDistributionPoint>({"30 03 81 01"});
 }
 
 // The list is read as a whole up to two policies, and one by one beyond.
@@ -177,6 +159,7 @@ void refuses(const T &value, uint32_t code, const char *operation) {
   EXPECT_EQ(extensions.size(), 0u);
 }
 
+// What the face makes of values that the operations refuse, or it alone.
 TEST(Face, RefusedSetsStoreNothing) {
   const ketra::Octets cutOff = {0x0C, 0x05};
   const auto point = [](ketra::DistributionPointName name) {
@@ -186,35 +169,25 @@ TEST(Face, RefusedSetsStoreNothing) {
   const char *const setPoints = "KetraObjectSsetCRLDistributionPoints", *const setNames =
                                                                             "KetraObjectSsetIssuerAltName";
   refuses(ketra::AuthorityKeyId{{}, {}, 1}, KetraError_SetAuthorityKeyIdOpt, "KetraObjectSsetAuthorityKeyId");
-  refuses(ketra::AuthorityKeyId{{}, {{}}, 1}, KetraError_CheckGenNamesEmpty, "KetraObjectSsetAuthorityKeyId");
   refuses(ketra::CertificatePolicies{}, KetraError_SetCertPoliciesEmpty, "KetraObjectSsetCertPolicies");
   refuses(ketra::CertificatePolicies{{{{1, 2}, {{{1, 2}, cutOff}}}}}, AsnError_Truncated,
           "KetraObjectSsetCertPolicies");
   refuses(ketra::ExtKeyUsage{}, KetraError_SetExtKeyUsageEmpty, "KetraObjectSsetExtKeyUsage");
-  refuses(ketra::PolicyMappings{{{{1, 2}, {}}}}, AsnCheckError_Objid, "KetraObjectSsetPolicyMappings");
-  refuses(ketra::PolicyConstraints{-1, {}}, KetraError_SetRequireExplicitPolicy, "KetraObjectSsetPolicyConstraints");
   for (const ketra::Integer &negative : {ketra::Integer(-1), ketra::Integer(INT64_MIN)}) {
     refuses(ketra::CrlNumber{negative}, KetraError_SetCRLNumber, "KetraObjectSsetCRLNumber");
     refuses(ketra::DeltaCrlIndicator{negative}, KetraError_SetDeltaCRLIndicator, "KetraObjectSsetDeltaCRLIndicator");
   }
-  for (const int code : {-1, 7, 9}) {
-    refuses(static_cast<ketra::ReasonCode>(code), KetraError_SetReasonCode, "KetraObjectSsetReasonCode");
-  }
+  refuses(static_cast<ketra::ReasonCode>(7), KetraError_SetReasonCode, "KetraObjectSsetReasonCode");
   refuses(ketra::CertificateIssuer{}, KetraError_CheckGenNamesEmpty, "KetraObjectSsetCertIssuer");
   refuses(altName(ketra::otherName({})), AsnError_Value, setNames);
   refuses(altName(ketra::otherName({1, 2, 3}, cutOff)), AsnError_Truncated, setNames);
   refuses(altName(ketra::x400({0x05, 0x00})), AsnError_Component, setNames);
   refuses(altName(ketra::edi(ketra::DirectoryString::utf8(""))), X509DirStrError_Length, "X509GenNameObjectSetName");
   refuses(altName(ketra::registeredId({9, 9})), AsnError_Value, setNames);
-  refuses(ketra::CrlDistributionPoints{}, KetraError_CheckDistributionPointsEmpty, setPoints);
   refuses(point(ketra::FullName{}), KetraError_CheckGenNamesEmpty, setPoints);
   refuses(point(ketra::RelativeName{}), KetraError_CheckRelativeNameEmpty, setPoints);
-  refuses(point(ketra::RelativeName{{{ketra::attribute::commonName, cutOff}}}), AsnError_Truncated, setPoints);
   refuses(ketra::CrlDistributionPoints{{{{}, {}, {{}}}}}, KetraError_CheckGenNamesEmpty, setPoints);
-  refuses(ketra::IssuingDistributionPoint{ketra::FullName{}, {}, {}, {}, {}}, KetraError_CheckGenNamesEmpty,
-          "KetraObjectSsetIssuingDistributionPoint");
   refuses(ketra::NameConstraints{{}, {{}}}, KetraError_CheckGenSubtreesEmpty, "KetraObjectSsetNameConstraints");
-  refuses(ketra::SubjectDirectoryAttributes{}, X509AttributesError_Empty, "KetraObjectSsetSubjectDirectoryAttributes");
   refuses(ketra::SubjectDirectoryAttributes{{{{1, 2}, {}}}}, X509AttributesError_Empty, "X509AttributesObjectAppend");
 }
 

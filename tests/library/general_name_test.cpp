@@ -1,8 +1,8 @@
-// The GeneralName object: its states, its nine kinds, and what is left after failures.
-
-#include <algorithm>
+// The GeneralName object: its states, its kinds, and what is left after failures; and lists of such objects.
 
 #include "names/general_name_object.h"
+#include "names/or_address.h"
+#include "schema/schema.h"
 #include "support/names.h"
 
 namespace ketra::test {
@@ -13,34 +13,6 @@ using Param = X509GenNameParam;
 X509DirStr utf8(std::string_view text) {
   const AsnOct characters = exactly(text);
   return {X509DirStr_Utf8String, characters.octets, characters.length};
-}
-
-// Deep ones, the state included: what they were made from may go.
-TEST(GeneralName, Copies) {
-  for (const char *kind : kKinds) {
-    SCOPED_TRACE(kind);
-    GenName copy("directoryName");
-    GenName set;
-    {
-      const GenName source(kind);
-      const Param view = source.param();
-      EXPECT_EQ(view.type, static_cast<uint32_t>(std::find(kKinds.begin(), kKinds.end(), kind) - kKinds.begin() + 1));
-      ASSERT_EQ(refusal(X509GenNameObjectCopy, copy, source), "");
-      ASSERT_EQ(refusal(X509GenNameObjectSetName, set, &view), "");
-    }
-    EXPECT_EQ(copy.der(), sampleOf(kind));
-    EXPECT_EQ(set.ber(), sampleOf(kind));
-  }
-  const GenName empty;
-  GenName source;
-  GenName copy("directoryName");
-  ASSERT_EQ(source.setPdu(fromHex("82 81 01 61")), 0);
-  ASSERT_EQ(X509GenNameObjectCopy(copy, source, nullptr), 0);
-  EXPECT_EQ(copy.ber(), "82 81 01 61");
-  ASSERT_EQ(X509GenNameObjectCopy(copy, copy, nullptr), 0);
-  EXPECT_EQ(copy.der(), "82 01 61");
-  ASSERT_EQ(X509GenNameObjectCopy(copy, empty, nullptr), 0);
-  EXPECT_EQ(copy.der(), "empty");
 }
 
 TEST(GeneralName, States) {
@@ -57,6 +29,9 @@ TEST(GeneralName, States) {
   // BER stays what it was until DER is asked for; from then on DER is what is stored.
   const std::string ber = "A2 80 04 01 61 04 01 62 00 00";
   ASSERT_EQ(object.setPdu(fromHex(ber)), 0);
+  GenName copy("directoryName");
+  ASSERT_EQ(X509GenNameObjectCopy(copy, object, nullptr), 0);
+  EXPECT_EQ(copy.ber(), ber);
   EXPECT_EQ(object.ber(), ber);
   EXPECT_EQ(object.param().dNSName.length, 2u);
   EXPECT_EQ(object.der(), "82 02 61 62");
@@ -71,150 +46,16 @@ TEST(GeneralName, States) {
   ASSERT_EQ(X509GenNameObjectSetName(object, &param, nullptr), 0);
   EXPECT_EQ(object.ber(), sampleOf("iPAddress"));
   EXPECT_EQ(object.setPdu(fromHex("82 81 01 61"), false), -1) << "the DER form refuses other lengths";
+  ASSERT_EQ(X509GenNameObjectCopy(copy, copy, nullptr), 0);
+  EXPECT_EQ(copy.der(), "82 02 61 62");
+  ASSERT_EQ(X509GenNameObjectCopy(copy, GenName(), nullptr), 0);
+  EXPECT_EQ(copy.der(), "empty");
   EXPECT_EQ(X509GenNameObjectDestroy(nullptr, nullptr), 0);
-}
-
-// What a caller took from the object comes back into it, whole or in part, of the same kind or another.
-TEST(GeneralName, SetFromAViewOfItself) {
-  for (const char *kind : kKinds) {
-    SCOPED_TRACE(kind);
-    GenName object(kind);
-    const Param own = object.param();
-    ASSERT_EQ(X509GenNameObjectSetName(object, &own, nullptr), 0);
-    EXPECT_EQ(object.der(), sampleOf(kind));
-    AsnEncodedData encoding{};
-    ASSERT_EQ(X509GenNameObjectGetPduDER(object, &encoding, nullptr), 0);
-    ASSERT_EQ(X509GenNameObjectSetPduDER(object, &encoding, nullptr), 0);
-    EXPECT_EQ(object.der(), sampleOf(kind));
-  }
-  GenName object("rfc822Name");
-  Param view = object.param();
-  view.type = X509GenName_DNSName;
-  view.dNSName = {view.rfc822Name.octets + 2, 1};  // what stands behind the "@"
-  ASSERT_EQ(X509GenNameObjectSetName(object, &view, nullptr), 0);
-  EXPECT_EQ(object.der(), sampleOf("dNSName"));
-  GenName party("ediPartyName");
-  view = party.param();
-  view.ediPartyName.nameAssigner.option = 0;
-  ASSERT_EQ(X509GenNameObjectSetName(party, &view, nullptr), 0);
-  EXPECT_EQ(party.der(), "A5 05 A1 03 13 01 59");
-  view = party.param();
-  view.type = X509GenName_DNSName;
-  const X509DirStr partyName = view.ediPartyName.partyName;
-  view.dNSName = {partyName.octets, partyName.length};
-  ASSERT_EQ(X509GenNameObjectSetName(party, &view, nullptr), 0);
-  EXPECT_EQ(party.der(), "82 01 59");
-  GenName other("otherName");
-  view = other.param();
-  view.type = X509GenName_RegisteredID;
-  view.registeredID = {view.otherName.type.arcs, 2};
-  ASSERT_EQ(X509GenNameObjectSetName(other, &view, nullptr), 0);
-  EXPECT_EQ(other.der(), "88 01 2B");
-}
-
-// Octets of the encoding that the object's own Name object has handed out.
-TEST(GeneralName, SetFromInsideItsNameObject) {
-  GenName object("directoryName");
-  AsnEncodedData name{};
-  ASSERT_EQ(X509NameObjectGetPduDER(object.param().directoryName, &name, nullptr), 0);
-  Param param{};
-  param.type = X509GenName_DNSName;
-  param.dNSName = {name.octets + name.length - 1, 1};
-  ASSERT_EQ(X509GenNameObjectSetName(object, &param, nullptr), 0);
-  EXPECT_EQ(object.der(), "82 01 41");
-}
-
-TEST(GeneralName, RefusedParameters) {
-  static const std::string tooLong(32769, 'x');
-  const GenName party("ediPartyName");
-  const GenName good("dNSName");
-  const Param goodParam = good.param();
-  struct Row {
-    void (*change)(Param &);  // of an ediPartyName
-    uint32_t code;
-    const char *message;
-  };
-  const Row rows[] = {
-      {[](Param &p) { p.type = 0; }, 0x01472144, "type"},
-      {[](Param &p) { p.type = 10; }, 0x01472144, "type"},
-      {[](Param &p) {
-         p = {};
-         p.type = X509GenName_DirectoryName;
-       },
-       0x01472102, "None NameObject"},
-      {[](Param &p) { p.ediPartyName.nameAssigner.value.length = 0; }, X509DirStrError_Length,
-       "Call X509MUtilGetCheckLengthOfDirStr(EDIPartyName/nameAssigner)"},
-      {[](Param &p) { p.ediPartyName.partyName = utf8(tooLong); }, X509DirStrError_Length,
-       "Call X509MUtilGetCheckLengthOfDirStr(EDIPartyName/partyName)"},
-      {[](Param &p) {
-         p.ediPartyName.partyName = {X509DirStr_BmpString, exactly("abc").octets, 3};
-       },
-       X509DirStrError_Characters, "Call X509MUtilGetCheckLengthOfDirStr(EDIPartyName/partyName)"},
-  };
-  for (const Row &row : rows) {
-    SCOPED_TRACE(row.message);
-    GenName object("registeredID");
-    Param param = party.param();
-    row.change(param);
-    Err err;
-    EXPECT_EQ(X509GenNameObjectSetName(object, &param, err), -1);
-    EXPECT_EQ(err.code(), row.code);
-    EXPECT_EQ(err.trace().back(), std::string("X509GenNameObjectSetName: ") + row.message);
-    if (row.code == 0x01472144) {
-      EXPECT_EQ(err.innermost(), "01472144 X509GenNameObjectSetName: type [" + std::to_string(param.type) + "]");
-    }
-    EXPECT_EQ(object.der(), "empty");
-    EXPECT_EQ(X509GenNameObjectSetName(object, &goodParam, nullptr), 0);
-  }
-  GenName object;
-  Param param = party.param();
-  param.ediPartyName.partyName = utf8(std::string_view(tooLong).substr(1));
-  param.ediPartyName.nameAssigner.option = 2;
-  EXPECT_EQ(X509GenNameObjectSetName(object, &param, nullptr), 0);
-  EXPECT_EQ(object.param().ediPartyName.nameAssigner.option, 0) << "a flag other than 1 is absence";
-
-  // An x400Address is looked at when it is encoded.
-  const GenName address("x400Address");
-  param = address.param();
-  param.x400Address.length = 3;
-  EXPECT_EQ(X509GenNameObjectSetName(object, &param, nullptr), 0);
-  AsnEncodedData encoding{};
-  EXPECT_EQ(codeOf(X509GenNameObjectGetPduDER, object, &encoding), uint32_t{AsnError_Truncated});
-}
-
-TEST(GeneralName, RefusedEncodingsLeaveNone) {
-  for (const char *hex : {"82 02 61", "A3 04 30 00 30 00", "A4 04 30 02 31 00", "A5 04 A1 02 13 00", "88 00",
-                          "88 06 90 80 80 80 80 00"}) {
-    SCOPED_TRACE(hex);
-    GenName object("directoryName");
-    EXPECT_EQ(object.setPdu(fromHex(hex)), -1);
-    EXPECT_EQ(object.der(), "empty");
-    EXPECT_EQ(object.setPdu(fromHex("82 01 61")), 0);
-  }
-}
-
-TEST(GeneralName, NullParameters) {
-  const GenName object;
-  Param param{};
-  AsnEncodedData encoding{};
-  Err err;
-  EXPECT_EQ(X509GenNameObjectCreate(nullptr, err), -1);
-  EXPECT_EQ(X509GenNameObjectSetName(nullptr, &param, err), -1);
-  EXPECT_EQ(X509GenNameObjectSetName(object, nullptr, err), -1);
-  EXPECT_EQ(X509GenNameObjectGetName(object, nullptr, err), -1);
-  EXPECT_EQ(X509GenNameObjectSetPduDER(nullptr, &encoding, err), -1);
-  EXPECT_EQ(X509GenNameObjectSetPduBER(object, nullptr, err), -1);
-  EXPECT_EQ(X509GenNameObjectGetPduDER(object, nullptr, err), -1);
-  EXPECT_EQ(X509GenNameObjectGetPduBER(nullptr, &encoding, err), -1);
-  EXPECT_EQ(X509GenNameObjectCopy(object, nullptr, err), -1);
-  EXPECT_EQ(err.code(), 0x01460F02u);
-  EXPECT_EQ(err.block.count, 9u);
-  EXPECT_EQ(err.trace()[3], "X509GenNameObjectGetName: None parameter");
 }
 
 TEST(GeneralName, DamagedRecord) {
   GenName object("dNSName");
-  Param &param = object.operator X509GenNameObject()->param;
+  Param &param = object.handle->param;
   const Param other = param;
   ASSERT_EQ(object.setPdu(fromHex("82 81 01 61")), 0);
   param.type = 12;
@@ -242,7 +83,97 @@ TEST(GeneralName, MemoryStaysBounded) {
     ASSERT_EQ(X509GenNameObjectSetName(object, i % 2 == 0 ? &large : &small, nullptr), 0);
     ASSERT_EQ(object.setPdu(fromHex("82 02 61")), -1);
   }
-  EXPECT_LE(usage(object.operator X509GenNameObject()->pool).second, 3u);
+  EXPECT_LE(usage(object.handle->pool).second, 3u);
+}
+
+// As it is read by each rule: domain-defined attributes keep their order, extension attributes are a set.
+TEST(GeneralName, Addresses) {
+  const std::tuple<const char *, const char *, const char *> rows[] = {
+      {"30 0A 30 00 30 06 13 01 62 13 01 61", "30 0A 30 00 30 06 13 01 62 13 01 61",
+       "30 0A 30 00 30 06 13 01 62 13 01 61"},
+      {"30 0A 30 00 31 06 80 01 02 80 01 01", "30 0A 30 00 31 06 80 01 01 80 01 02",
+       "30 0A 30 00 31 06 80 01 02 80 01 01"},
+      {"30 05 30 81 02 05 00", "error", "30 05 30 81 02 05 00"},
+  };
+  for (const auto &[given, der, ber] : rows) {
+    Octets encoding = fromHex(given);
+    encoding[0] = 0xA3;
+    for (const bool isBer : {false, true}) {
+      GenName object;
+      const bool isRead = object.setPdu(encoding, isBer) == 0;
+      const AsnEncodedData read = isRead ? object.param().x400Address : AsnEncodedData{};
+      EXPECT_EQ(isRead ? toHex(read) : "error", isBer ? ber : der);
+    }
+  }
+}
+
+TEST(GeneralName, FlagsOfAddresses) {
+  const uint8_t octets[] = {0x30, 0x00};
+  X509ORAttribute attribute{nullptr, {octets, 2}};
+  const std::pair<X509ORAddress, const char *> rows[] = {
+      {{{octets, 2}, &attribute, 2, &attribute, -1}, ""},  // other flags than 1: left out
+      {{{octets, 2}, nullptr, 1, nullptr, 0}, "0147F985 x509MUtilSetORAddress: Count of SequenceOf is invalid"},
+      {{{octets, 2}, nullptr, 0, nullptr, 1}, "0147F986 x509MUtilSetORAddress: Count of SequenceOf is invalid"},
+  };
+  for (const auto &[address, expected] : rows) {
+    Work work(schema::record(schema::Entry::ORAddress));
+    EXPECT_EQ(refusal(x509MUtilSetORAddress, false, work.object, work.value, "/", &address), expected);
+    EXPECT_TRUE(*expected != '\0' || work.encode() == "30 02 30 00");
+  }
+}
+
+// The BER form puts in what an object holds; the DER form has it encoded, and the object holds that from then on.
+TEST(GeneralNames, SetAsTheyAreHeld) {
+  Names names({"dNSName", "iPAddress"});
+  ASSERT_EQ(names.at(0).setPdu(fromHex("82 81 01 61")), 0);
+  const auto set = [&](bool der) {
+    Work work(schema::record(schema::Entry::GeneralNames));
+    const auto function = der ? X509MUtilSetGenNamesDER : X509MUtilSetGenNamesBER;
+    EXPECT_EQ(refusal(function, work.object, work.value, "", names.first()), "");
+    return work.encode(der);
+  };
+  EXPECT_EQ(set(false), "30 0A 82 81 01 61 87 04 C0 00 02 01");
+  EXPECT_EQ(set(true), "30 09 82 01 61 87 04 C0 00 02 01");
+  EXPECT_EQ(names.at(0).ber(), "82 01 61");
+}
+
+TEST(GeneralNames, FillsObjectsInOrder) {
+  const Pool pool;
+  const Exact encoding(fromHex("30 07 82 01 61 82 81 01 62"));
+  Work work(schema::record(schema::Entry::GeneralNames), encoding.data());
+  ASSERT_EQ(work.decode(), 0);
+  Names three({"", "", ""});
+  Names strict({"", ""});
+  ASSERT_EQ(refusal(X509MUtilSgetGenNamesBER, pool, work.object, work.value, "", three.first()), "");
+  EXPECT_EQ(three.at(0).ber() + "; " + three.at(1).ber() + "; " + three.at(2).ber(), "82 01 61; 82 81 01 62; empty");
+  EXPECT_EQ(usage(pool).second, 0u) << "passing buffers are freed";
+  EXPECT_NE(refusal(X509MUtilSgetGenNamesDER, pool, work.object, work.value, "", strict.first()), "");
+  EXPECT_EQ(strict.at(0).ber() + "; " + strict.at(1).ber(), "82 01 61; empty");
+
+  ASSERT_EQ(AsnMemObjectSetLimit(pool, 1, nullptr), 0);
+  for (void *memory = nullptr; AsnMemObjectMalloc(pool, 8, &memory, nullptr) == 0;) continue;  // what is held already
+  const Err err = called(X509MUtilSgetGenNameObjectBER, pool, work.object, work.value, "1", three.at(0));
+  EXPECT_EQ(err.block.entries[1].valueOctets[0], 3) << "the length that was asked for";
+}
+
+TEST(GeneralNames, CopyObject) {
+  GenName target("ediPartyName");
+  ASSERT_EQ(X509MUtilCopyGenNameObject(&target.handle, target, nullptr), 0);
+  EXPECT_EQ(target.der(), sampleOf("ediPartyName")) << "onto itself: without effect";
+  ASSERT_EQ(X509MUtilCopyGenNameObject(&target.handle, nullptr, nullptr), 0);
+  EXPECT_EQ(target.handle, nullptr);
+}
+
+TEST(GeneralNames, PathsOfKinds) {
+  const char *path = nullptr;
+  for (uint32_t type = 1; type <= 9; ++type) {
+    ASSERT_EQ(X509MUtilGetPathOfGenName(type, &path, nullptr), 0);
+    EXPECT_STREQ(path, type == 6 ? "EDIPartyName" : kKinds.at(type - 1));
+  }
+  for (const uint32_t type : {0u, 10u, 0xFFFFFFFFu}) {
+    EXPECT_EQ(refusal(X509MUtilGetPathOfGenName, type, &path),
+              "0147F544 X509MUtilGetPathOfGenName: type [" + std::to_string(static_cast<int32_t>(type)) + "]");
+  }
 }
 
 }  // namespace

@@ -199,27 +199,11 @@ TEST(HostileStack, IsSmall) {
 // Work memory grows by doubling: what lies just behind a step costs most.
 TEST(HostileMemory, AtEveryStageOfGrowth) {
   if (!isMeasurable()) GTEST_SKIP() << "another malloc than the test's own";
-  static const std::pair<const char *, const char *> kWorst[] = {
-      {"cRLDistributionPoints", "30 > 30 00*"},
-      {"subjectDirectoryAttributes", "30 30 > 06 01 2A + 31 > 05 00*"},
-      {"subjectDirectoryAttributes", "30 > 30 07 06 01 2A 31 02 05 00*"},
-      {"issuingDistributionPoint", "30 A0 A1 > 30 05 06 01 2A 05 00*"},
-      {"cRLDistributionPoints", "30 > 30 06 A0 04 A0 02 82 00*"},
-      {"cRLDistributionPoints", "30 > 30 02 A2 00*"},
-      {"certificatePolicies", "30 > 30 05 06 01 2A 30 00*"},
-      {"subjectKeyIdentifier", "24 > 04 08 31 32 33 34 35 36 37 38*"},
-      {"Name", "30 > 31 07 30 05 06 01 2A 05 00*"},
-      {"Name", "30 31 > 30 05 06 01 2A 05 00*"},
-      {"Name", "30 31 > 30 06 06 01 2A 0C 01 41*"},
-      {"GeneralName", "A4 30 31 > 30 05 06 01 2A 05 00*"},
-      {"GeneralName", "A3 > 30 00 + 30 > 30 00*"},
-      {"GeneralName", "A3 > 30 00 + 31 > 30 80 00 00*"},
-      {"GeneralName", "A0 > 06 01 2A + A0 30 > 30 80 00 00*"},
-      {"GeneralName", "A0 > 06 01 2A + A0 30 > 05 00*"},
-  };
   Worst worst;
   Worst decoding;
-  for (const auto &[type, recipe] : kWorst) {
+  for (const auto &row : rowsOf(KETRA_GROWING_INPUTS)) {
+    const std::string &type = row.at(0);
+    const std::string &recipe = row.at(1);
     for (std::size_t count = 1 << 15; count <= 1 << 16; count += 1 << 12) {
       const Octets octets = build(recipe + std::to_string(count));
       for (const Way &way : waysToRead(type)) {
@@ -227,7 +211,7 @@ TEST(HostileMemory, AtEveryStageOfGrowth) {
         const double multiple = costOf(way, octets).memory / static_cast<double>(octets.size());
         EXPECT_LE(multiple, mostMemory(way)) << recipe << count << ", " << way.name;
         (way.kind == Way::Kind::Count ? decoding : worst)
-            .note(multiple, type + std::string(" ") + recipe + std::to_string(count) + ", " + way.name);
+            .note(multiple, type + " " + recipe + std::to_string(count) + ", " + way.name);
       }
     }
   }

@@ -99,7 +99,7 @@ Stage::Stage(const std::string &name)
       {&X509Objid_ReasonCode, "0A 01 01"},
       {&X509Objid_InstructionCode, "06 03 2A 03 01"},
       {&X509Objid_InvalidityDate, "18 0F" + kTime},
-      {&X509Objid_SubjectDirectoryAttributes, Attributes::kDer},
+      {&X509Objid_SubjectDirectoryAttributes, kAttributes},
   };
   for (const auto &[identifier, hex] : values) extensions.store(*identifier, fromHex(hex));
   for (Names *each : {&samples.fullName, &samples.bases}) {
@@ -108,9 +108,11 @@ Stage::Stage(const std::string &name)
   }
   dropEncoding(samples.issuer.at(0));
   dropEncoding(sampleChains.issuer.at(0));
+  EXPECT_EQ(attributes.set(fromHex(kAttributes)), 0);
   EXPECT_EQ(object.setPdu(fromHex(held), false), 0);
   if (input != "empty") {
     EXPECT_EQ(source.setPdu(fromHex(held), false), 0);
+    param = source.param();
   }
   scribble(prepared);
   scribble(preparedChains);
@@ -143,8 +145,8 @@ int32_t createAndDestroy(Stage &, AsnErrorBlock *err) {
 }
 
 int32_t setNameOf(Stage &s, AsnErrorBlock *err) {
-  const bool isOwn = s.input.starts_with("its-own") && s.object.hasName();
-  return setName(s.object, isOwn ? s.object : s.source, err);
+  if (s.input.starts_with("its-own") && s.object.hasName()) s.param = s.object.param();
+  return X509GenNameObjectSetName(s.object, &s.param, err);
 }
 
 int32_t prepareParameter(Stage &s, AsnErrorBlock *err) { return setName(s.object, s.source, err); }
@@ -185,11 +187,14 @@ constexpr char kPermitted[] = "permittedSubtrees";
       .withoutObject = STEP(function, nullptr, __VA_ARGS__)                                              \
     }                                                                                                    \
   }
-#define CRITICAL(extension) EXTENSION(KetraObjectSget##extension##Critical, extension, "", &s.integer)
+#define SET(extension, type, ...) EXTENSION(KetraObjectSset##extension, extension, type, __VA_ARGS__)
+#define GET(extension, what, type, ...) EXTENSION(KetraObjectSget##extension##what, extension, type, __VA_ARGS__)
+#define BOTH(extension, type, ...) SET(extension, type, __VA_ARGS__), GET(extension, , type, __VA_ARGS__)
+#define CRITICAL(extension) GET(extension, Critical, "", &s.integer)
 
 const std::map<std::string, Operation> kOperations = {
-    EXTENSION(KetraObjectSsetBasicConstraints, BasicConstraints, "BasicConstraints", 1, &s.basicConstraints),
-    EXTENSION(KetraObjectSgetBasicConstraints, BasicConstraints, "BasicConstraints", &s.basicConstraints),
+    SET(BasicConstraints, "BasicConstraints", 1, &s.basicConstraints),
+    GET(BasicConstraints, , "BasicConstraints", &s.basicConstraints),
     CRITICAL(BasicConstraints),
     CRITICAL(KeyUsage),
     CRITICAL(ExtKeyUsage),
@@ -199,13 +204,12 @@ const std::map<std::string, Operation> kOperations = {
     CRITICAL(NameConstraints),
     CRITICAL(PolicyConstraints),
     CRITICAL(CRLDistributionPoints),
-    EXTENSION(KetraObjectSsetKeyUsage, KeyUsage, "BITSTRING", 1, &s.bits),
-    EXTENSION(KetraObjectSgetKeyUsage, KeyUsage, "BITSTRING", &s.bits),
-    EXTENSION(KetraObjectSsetSubjectKeyId, SubjectKeyId, "SubjectKeyIdentifier", &s.octets),
-    EXTENSION(KetraObjectSgetSubjectKeyId, SubjectKeyId, "SubjectKeyIdentifier", &s.octets),
+    SET(KeyUsage, "BITSTRING", 1, &s.bits),
+    GET(KeyUsage, , "BITSTRING", &s.bits),
+    BOTH(SubjectKeyId, "SubjectKeyIdentifier", &s.octets),
 
     {"X509GenNameObjectCreate", {createAndDestroy}},
-    UTILITY(X509GenNameObjectDestroy, std::exchange(*s.object.handle(), nullptr)),
+    UTILITY(X509GenNameObjectDestroy, std::exchange(s.object.handle, nullptr)),
     {"X509GenNameObjectSetName", {setNameOf}},
     {"X509GenNameObjectGetPduDER",
      {.run = STEP(X509GenNameObjectGetPduDER, s.object, &s.encoding), .prepare = prepareParameter}},
@@ -221,16 +225,16 @@ const std::map<std::string, Operation> kOperations = {
     {"X509MUtilSgetGenNameObjectDER", {getOne(X509MUtilSgetGenNameObjectDER)}},
     {"X509MUtilSgetGenNameObjectBER", {getOne(X509MUtilSgetGenNameObjectBER)}},
     {"X509MUtilCopyGenNameObject",
-     {.run = STEP(X509MUtilCopyGenNameObject, s.object.handle(), s.source), .prepare = prepareCopy}},
-    EXTENSION(KetraObjectSsetSubjectAltName, SubjectAltName, "GeneralNames", 1, &s.sampleNames),
-    EXTENSION(KetraObjectSsetIssuerAltName, IssuerAltName, "GeneralNames", 1, &s.sampleNames),
-    EXTENSION(KetraObjectSsetCertIssuer, CertIssuer, "GeneralNames", &s.sampleNames),
-    EXTENSION(KetraObjectSgetSubjectAltName, SubjectAltName, "GeneralNames", &s.preparedNames),
-    EXTENSION(KetraObjectSgetIssuerAltName, IssuerAltName, "GeneralNames", &s.preparedNames),
-    EXTENSION(KetraObjectSgetCertIssuer, CertIssuer, "CertificateIssuer", &s.preparedNames),
-    EXTENSION(KetraObjectSgetSubjectAltNameCalGenName, SubjectAltName, "GeneralNames", &s.number),
-    EXTENSION(KetraObjectSgetIssuerAltNameCalGenName, IssuerAltName, "GeneralNames", &s.number),
-    EXTENSION(KetraObjectSgetCertIssuerCalGenName, CertIssuer, "CertificateIssuer", &s.number),
+     {.run = STEP(X509MUtilCopyGenNameObject, &s.object.handle, s.source), .prepare = prepareCopy}},
+    SET(SubjectAltName, "GeneralNames", 1, &s.sampleNames),
+    SET(IssuerAltName, "GeneralNames", 1, &s.sampleNames),
+    SET(CertIssuer, "GeneralNames", &s.sampleNames),
+    GET(SubjectAltName, , "GeneralNames", &s.preparedNames),
+    GET(IssuerAltName, , "GeneralNames", &s.preparedNames),
+    GET(CertIssuer, , "CertificateIssuer", &s.preparedNames),
+    GET(SubjectAltName, CalGenName, "GeneralNames", &s.number),
+    GET(IssuerAltName, CalGenName, "GeneralNames", &s.number),
+    GET(CertIssuer, CalGenName, "CertificateIssuer", &s.number),
 
     UTILITY(X509MUtilSetDistributionPointName, s.issuing.object, s.issuing.value, kPoint, &s.sampleName),
     UTILITY(X509MUtilSgetDistributionPointName, s.pool, s.point().object(), s.point().value(), kPoint,
@@ -241,60 +245,46 @@ const std::map<std::string, Operation> kOperations = {
     UTILITY(X509MUtilCheckDistributionPointName, &s.sampleName),
     UTILITY(X509MUtilCheckDistributionPointNameOpt, &s.samples.issuing.distributionPoint),
     UTILITY(X509MUtilCheckCRLDistributionPoints, s.samples.points),
-    EXTENSION(KetraObjectSsetCRLDistributionPoints, CRLDistributionPoints, "CRLDistributionPoints", 1,
-              s.samples.points),
-    EXTENSION(KetraObjectSgetCRLDistributionPoints, CRLDistributionPoints, "CRLDistributionPoints", s.prepared.points),
-    EXTENSION(KetraObjectSgetCRLDistributionPointsCalDistributionPoint, CRLDistributionPoints, "CRLDistributionPoints",
-              &s.number),
-    EXTENSION(KetraObjectSgetCRLDistributionPointsCalDistributionPointName, CRLDistributionPoints,
-              "CRLDistributionPoints", 0, &s.integer, &s.number),
-    EXTENSION(KetraObjectSgetCRLDistributionPointsCalCRLIssuer, CRLDistributionPoints, "CRLDistributionPoints", 0,
-              &s.number),
-    EXTENSION(KetraObjectSsetIssuingDistributionPoint, IssuingDistributionPoint, "IssuingDistributionPoint",
-              &s.samples.issuing),
-    EXTENSION(KetraObjectSgetIssuingDistributionPoint, IssuingDistributionPoint, "IssuingDistributionPoint",
-              &s.prepared.issuing),
-    EXTENSION(KetraObjectSgetIssuingDistributionPointCalDistributionPointName, IssuingDistributionPoint,
-              "IssuingDistributionPoint", &s.integer, &s.number),
+    SET(CRLDistributionPoints, "CRLDistributionPoints", 1, s.samples.points),
+    GET(CRLDistributionPoints, , "CRLDistributionPoints", s.prepared.points),
+    GET(CRLDistributionPoints, CalDistributionPoint, "CRLDistributionPoints", &s.number),
+    GET(CRLDistributionPoints, CalDistributionPointName, "CRLDistributionPoints", 0, &s.integer, &s.number),
+    GET(CRLDistributionPoints, CalCRLIssuer, "CRLDistributionPoints", 0, &s.number),
+    SET(IssuingDistributionPoint, "IssuingDistributionPoint", &s.samples.issuing),
+    GET(IssuingDistributionPoint, , "IssuingDistributionPoint", &s.prepared.issuing),
+    GET(IssuingDistributionPoint, CalDistributionPointName, "IssuingDistributionPoint", &s.integer, &s.number),
     UTILITY(X509MUtilSetGenSubtrees, s.constraints.object, s.constraints.value, kPermitted, s.samples.subtrees),
     UTILITY(X509MUtilSgetGenSubtrees, s.pool, s.subtrees.object(), s.subtrees.value(), kPermitted, s.prepared.subtrees),
     UTILITY(X509MUtilSgetGenSubtreesOpt, s.pool, s.subtrees.object(), s.subtrees.value(), kPermitted,
             &s.preparedSubtrees),
     UTILITY(X509MUtilCheckGenSubtrees, s.samples.subtrees),
     UTILITY(X509MUtilCheckGenSubtreesOpt, &s.sampleSubtrees),
-    EXTENSION(KetraObjectSsetNameConstraints, NameConstraints, "NameConstraints", 1, &s.sampleConstraints),
-    EXTENSION(KetraObjectSgetNameConstraints, NameConstraints, "NameConstraints", &s.preparedConstraints),
-    EXTENSION(KetraObjectSgetNameConstraintsCalGenSubtree, NameConstraints, "NameConstraints", &s.number, &s.number),
+    SET(NameConstraints, "NameConstraints", 1, &s.sampleConstraints),
+    GET(NameConstraints, , "NameConstraints", &s.preparedConstraints),
+    GET(NameConstraints, CalGenSubtree, "NameConstraints", &s.number, &s.number),
 
-    EXTENSION(KetraObjectSsetAuthorityKeyId, AuthorityKeyId, "AuthorityKeyIdentifier", &s.sampleChains.keyId),
-    EXTENSION(KetraObjectSgetAuthorityKeyId, AuthorityKeyId, "AuthorityKeyIdentifier", &s.preparedChains.keyId),
-    EXTENSION(KetraObjectSgetAuthorityKeyIdCalGenName, AuthorityKeyId, "AuthorityKeyIdentifier", &s.number),
-    EXTENSION(KetraObjectSsetCertPolicies, CertPolicies, "CertificatePoliciesSyntax", 1, &s.sampleChains.head),
-    EXTENSION(KetraObjectSgetCertPolicies, CertPolicies, "CertificatePoliciesSyntax", 0, s.preparedChains.policies),
-    EXTENSION(KetraObjectSgetCertPoliciesCalInformation, CertPolicies, "CertificatePoliciesSyntax", &s.number),
-    EXTENSION(KetraObjectSgetCertPoliciesCalQualifier, CertPolicies, "CertificatePoliciesSyntax", 0, &s.number),
-    EXTENSION(KetraObjectSsetPolicyMappings, PolicyMappings, "PolicyMappings", s.sampleChains.mappings),
-    EXTENSION(KetraObjectSgetPolicyMappings, PolicyMappings, "PolicyMappings", s.preparedChains.mappings),
-    EXTENSION(KetraObjectSgetPolicyMappingsCalPolicyMapping, PolicyMappings, "PolicyMappings", &s.number),
-    EXTENSION(KetraObjectSsetPolicyConstraints, PolicyConstraints, "PolicyConstraints", 1, &s.policyConstraints),
-    EXTENSION(KetraObjectSgetPolicyConstraints, PolicyConstraints, "PolicyConstraints", &s.policyConstraints),
-    EXTENSION(KetraObjectSsetExtKeyUsage, ExtKeyUsage, "ExtKeyUsage", 1, s.sampleChains.purposes),
-    EXTENSION(KetraObjectSgetExtKeyUsage, ExtKeyUsage, "ExtKeyUsage", s.preparedChains.purposes),
-    EXTENSION(KetraObjectSgetExtKeyUsageCalKeyPurposeId, ExtKeyUsage, "ExtKeyUsage", &s.number),
-    EXTENSION(KetraObjectSsetPrivateKeyUsagePeriod, PrivateKeyUsagePeriod, "PrivateKeyUsagePeriod", &s.period),
-    EXTENSION(KetraObjectSgetPrivateKeyUsagePeriod, PrivateKeyUsagePeriod, "PrivateKeyUsagePeriod", &s.period),
-    EXTENSION(KetraObjectSsetCRLNumber, CRLNumber, "CRLNumber", &s.integer),
-    EXTENSION(KetraObjectSgetCRLNumber, CRLNumber, "CRLNumber", &s.integer),
-    EXTENSION(KetraObjectSsetDeltaCRLIndicator, DeltaCRLIndicator, "BaseCRLNumber", &s.integer),
-    EXTENSION(KetraObjectSgetDeltaCRLIndicator, DeltaCRLIndicator, "BaseCRLNumber", &s.integer),
-    EXTENSION(KetraObjectSsetReasonCode, ReasonCode, "CRLReason", &s.integer),
-    EXTENSION(KetraObjectSgetReasonCode, ReasonCode, "CRLReason", &s.integer),
-    EXTENSION(KetraObjectSsetInstructionCode, InstructionCode, "HoldInstruction", &s.objid),
-    EXTENSION(KetraObjectSgetInstructionCode, InstructionCode, "HoldInstruction", &s.objid),
-    EXTENSION(KetraObjectSsetInvalidityDate, InvalidityDate, "InvalidityDate", &s.time),
-    EXTENSION(KetraObjectSgetInvalidityDate, InvalidityDate, "InvalidityDate", &s.time),
-    EXTENSION(KetraObjectSsetSubjectDirectoryAttributes, SubjectDirectoryAttributes, "", s.attributes),
-    EXTENSION(KetraObjectSgetSubjectDirectoryAttributes, SubjectDirectoryAttributes, "", s.attributes),
+    SET(AuthorityKeyId, "AuthorityKeyIdentifier", &s.sampleChains.keyId),
+    GET(AuthorityKeyId, , "AuthorityKeyIdentifier", &s.preparedChains.keyId),
+    GET(AuthorityKeyId, CalGenName, "AuthorityKeyIdentifier", &s.number),
+    SET(CertPolicies, "CertificatePoliciesSyntax", 1, &s.sampleChains.head),
+    GET(CertPolicies, , "CertificatePoliciesSyntax", 0, s.preparedChains.policies),
+    GET(CertPolicies, CalInformation, "CertificatePoliciesSyntax", &s.number),
+    GET(CertPolicies, CalQualifier, "CertificatePoliciesSyntax", 0, &s.number),
+    SET(PolicyMappings, "PolicyMappings", s.sampleChains.mappings),
+    GET(PolicyMappings, , "PolicyMappings", s.preparedChains.mappings),
+    GET(PolicyMappings, CalPolicyMapping, "PolicyMappings", &s.number),
+    SET(PolicyConstraints, "PolicyConstraints", 1, &s.policyConstraints),
+    GET(PolicyConstraints, , "PolicyConstraints", &s.policyConstraints),
+    SET(ExtKeyUsage, "ExtKeyUsage", 1, s.sampleChains.purposes),
+    GET(ExtKeyUsage, , "ExtKeyUsage", s.preparedChains.purposes),
+    GET(ExtKeyUsage, CalKeyPurposeId, "ExtKeyUsage", &s.number),
+    BOTH(PrivateKeyUsagePeriod, "PrivateKeyUsagePeriod", &s.period),
+    BOTH(CRLNumber, "CRLNumber", &s.integer),
+    BOTH(DeltaCRLIndicator, "BaseCRLNumber", &s.integer),
+    BOTH(ReasonCode, "CRLReason", &s.integer),
+    BOTH(InstructionCode, "HoldInstruction", &s.objid),
+    BOTH(InvalidityDate, "InvalidityDate", &s.time),
+    BOTH(SubjectDirectoryAttributes, "", s.attributes),
 };
 
 }  // namespace

@@ -62,10 +62,11 @@ struct Stage {
   // What gets fill, chain by chain: the words of each node, and of each of its objects whether it holds a name.
   using Node = std::vector<uint32_t>;
   std::vector<std::vector<Node>> nodes() const;
-  bool holdsOldNameOrNone() { return *object.handle() == nullptr || object.der() == held || object.der() == "empty"; }
+  bool holdsOldNameOrNone() { return object.handle == nullptr || object.der() == held || object.der() == "empty"; }
   bool isFirst() const { return input.starts_with("first-"); }
 
   // Values to set, and places for results.
+  X509GenNameParam param{};  // the source's
   AsnEncodedData encoding;
   KetraBasicConstraints basicConstraints{{1, 1}, {3, 1}};
   AsnBit bits;

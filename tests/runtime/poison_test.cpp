@@ -6,7 +6,6 @@
 
 #include "runtime/asn1/node.h"
 #include "runtime/schema_rows.h"
-#include "support/support.h"
 
 namespace ketra::test {
 namespace {

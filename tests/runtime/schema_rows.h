@@ -1,7 +1,11 @@
 // A module with one type of each kind, for the tests of the runtime.
 #pragma once
 
-#include "contracts/asn1_schema.hpp"
+#include <algorithm>
+#include <map>
+#include <string>
+
+#include "support/support.h"
 
 namespace ketra::test {
 
@@ -64,6 +68,25 @@ inline constexpr auto kTestRecords = schema::compile(kTestRows);
 template <std::size_t N>
 consteval const AsnType *type(const char (&name)[N]) {
   return &kTestRecords[schema::indexOf(kTestRows, name)];
+}
+
+inline const AsnType *typeNamed(const std::string &name) {
+  const auto *found = std::find_if(kTestRecords.begin(), kTestRecords.end() - 1, [&](const AsnType &record) {
+    return record.name != nullptr && record.name == name;
+  });
+  EXPECT_NE(found, kTestRecords.end() - 1) << name;
+  return found;
+}
+
+// By the name that it has in the contracts.
+inline uint32_t codeNamed(const std::string &name) {
+  static const std::map<std::string, uint32_t> codes = {
+#define NAMED(name, code, meaning) {#name, code},
+      ASN_RUNTIME_ERROR_LIST(NAMED) X509_ATTRIBUTES_ERROR_LIST(NAMED) KETRA_CERTIFICATE_ERROR_LIST(NAMED)
+          X509_NAME_ERROR_LIST(NAMED)
+#undef NAMED
+  };
+  return codes.at(name);
 }
 
 }  // namespace ketra::test

@@ -1,72 +1,16 @@
 // Setting, making and finding elements, and what is encoded.
 
 #include "runtime/schema_rows.h"
-#include "support/support.h"
 
 namespace ketra::test {
 namespace {
 
 TEST(Setters, WriteGoldenOctets) {
-  const auto integer = [](const AsnType *schema, int32_t number) {
-    Work work(schema);
-    EXPECT_EQ(AsnSetIntDER(work.object, work.value, "/", number, nullptr), 0);
-    return work.encode();
-  };
-  for (const int32_t number : {0, 127, 128, -128, -129, INT32_MIN}) {
-    const std::string name = number == INT32_MIN ? "least" : std::to_string(number);
-    EXPECT_EQ(integer(type("Int"), number), golden("integer/" + name));
-  }
-  EXPECT_EQ(integer(type("Enum"), 8), golden("enumerated/8"));
-
-  // clang-format off
-  const std::tuple<const AsnType *, const char *, const char *> strings[] = {
-      {type("Utf8"), "61 C3 A4", "string/utf8"}, {type("Printable"), "41 42", "string/printable"},
-      {type("Ia5"), "61 40", "string/ia5"}, {type("Bmp"), "00 41", "string/bmp"},
-      {type("Universal"), "00 00 00 41", "string/universal"}, {type("Teletex"), "41", "string/teletex"},
-      {type("IntString"), "00 FF EE DD CC BB AA 99 88", "integer/9-octets"}, {type("Oct"), "AA*128", "octets/128"}};
-  // clang-format on
-  for (const auto &[schema, hex, row] : strings) {
-    Work work(schema);
-    const Octets content = fromHex(hex);
-    const AsnOct value{content.data(), static_cast<uint32_t>(content.size())};
-    EXPECT_EQ(AsnSetOctBER(work.object, work.value, "", &value, nullptr), 0);
-    EXPECT_EQ(work.encode(false), golden(row));
-  }
-
-  const auto bits = [](const char *hex, uint32_t count) {
-    Work work(type("Bits"));
-    const Octets content = fromHex(hex);
-    const AsnBit value{content.data(), count};
-    EXPECT_EQ(AsnSetBitDER(work.object, work.value, nullptr, &value, nullptr), 0);
-    return work.encode();
-  };
-  EXPECT_EQ(bits("00 00", 16), golden("keyUsage/none"));
-  EXPECT_EQ(bits("80 7F", 9), golden("keyUsage/digitalSignature")) << "bits beyond the length do not count";
-  EXPECT_EQ(bits("FF FF", 9), golden("keyUsage/all"));
-
-  for (const std::string name : {"2.5.29.37.0", "2.999.4294967295", "1.2.840.113549", "2.4294967295", "0.39"}) {
-    const Pool pool;
-    Objid objid{};
-    ASSERT_EQ(ObjidFromText(pool, name.c_str(), &objid, nullptr), 0);
-    Work work(type("Oid"));
-    EXPECT_EQ(AsnSetObjidDER(work.object, work.value, "/", &objid, nullptr), 0);
-    EXPECT_EQ(work.encode(), golden("objid/" + name));
-    Objid read{};
-    EXPECT_EQ(AsnGetObjidBER(work.object, work.value, "/", &read, nullptr), 0);
-    char text[64];
-    EXPECT_EQ(ObjidToText(&read, text, sizeof text, nullptr, nullptr), 0);
-    EXPECT_EQ(text, name);
-  }
-
-  for (const auto &[text, row] :
-       {std::pair{"2026-01-31T23:59:59Z", "time/plain"}, std::pair{"2026-02-01T01:59:59.500+02:00", "time/fraction"}}) {
-    Gtime time{};
-    ASSERT_EQ(GtimeFromText(text, &time, nullptr), 0);
-    Work work(type("Time"));
-    EXPECT_EQ(AsnSetGtimeDER(work.object, work.value, "/", &time, nullptr), 0);
-    EXPECT_EQ(work.encode(), golden(row));
-  }
-
+  Work bits(type("Bits"));
+  const uint8_t octets[] = {0x80, 0x7F};
+  const AsnBit value{octets, 9};
+  EXPECT_EQ(AsnSetBitDER(bits.object, bits.value, nullptr, &value, nullptr), 0);
+  EXPECT_EQ(bits.encode(), golden("keyUsage/digitalSignature")) << "bits beyond the length do not count";
   Work wrapped(type("Wrapped"));  // in schema order, whatever the order of the calls
   EXPECT_EQ(AsnSetBoolDER(wrapped.object, wrapped.value, "flag", 1, nullptr), 0);
   EXPECT_EQ(AsnSetIntDER(wrapped.object, wrapped.value, "number", 7, nullptr), 0);
@@ -79,37 +23,19 @@ TEST(Setters, EncodedData) {
     const Exact input(fromHex(hex));
     const AsnEncodedData data = input.data();
     const auto function = der ? AsnSetEncodedDataDER : AsnSetEncodedDataBER;
-    return codeOf(function, work.object, work.value, "/", &data) == 0 ? work.encode(false) : "refused";
+    return codeOf(function, work.object, work.value, "/", &data) == 0 ? work.encode(false) : "";
   };
-  struct Row {
-    const char *hex;
-    const char *ber;
-    const char *der;
-  };
-  for (const Row &row :
-       {Row{"30 80 24 80 04 81 01 AA 00 00 00 00", "30 80 24 80 04 81 01 AA 00 00 00 00", "30 05 24 03 04 01 AA"},
-        Row{"30 80 30 00 30 80 00 00 BF 81 02 80 00 00 00 00", "30 80 30 00 30 80 00 00 BF 81 02 80 00 00 00 00",
-            "30 08 30 00 30 00 BF 81 02 00"},
-        Row{"30 80 04 81 C8+BB*200+00 00", "30 80 04 81 C8+BB*200+00 00", "30 81 CB 04 81 C8+BB*200"},
-        Row{"04 82 00 C8+BB*200", "04 82 00 C8+BB*200", "04 81 C8+BB*200"},  // no leading zeros
-        Row{"30 03 30 02 05", "30 03 30 02 05", nullptr}}) {                 // DER looks inside
-    EXPECT_EQ(set(row.hex, false), toHex(fromHex(row.ber)));
-    EXPECT_EQ(set(row.hex, true), row.der == nullptr ? "refused" : toHex(fromHex(row.der)));
+  for (const auto &[ber, der] : {std::pair{"30 80 24 80 04 81 01 AA 00 00 00 00", "30 05 24 03 04 01 AA"},
+                                 {"30 80 30 00 30 80 00 00 BF 81 02 80 00 00 00 00", "30 08 30 00 30 00 BF 81 02 00"},
+                                 {"30 80 04 81 C8+BB*200+00 00", "30 81 CB 04 81 C8+BB*200"},
+                                 {"04 82 00 C8+BB*200", "04 81 C8+BB*200"},  // no leading zeros
+                                 {"30 03 30 02 05", ""}}) {                  // refused: DER looks inside
+    EXPECT_EQ(set(ber, false), toHex(fromHex(ber)));
+    EXPECT_EQ(set(ber, true), toHex(fromHex(der)));
   }
   for (const char *bad : {"", "30", "05 00 05 00", "30 80", "00 00", "30 03 02 01"}) {
-    EXPECT_EQ(set(bad, false), "refused") << bad;
+    EXPECT_EQ(set(bad, false), "") << bad;
   }
-
-  // What went in as BER comes out as DER when DER is asked for, also over a value that was DER.
-  Work work(type("Any"));
-  const Octets der = fromHex("05 00");
-  const Octets ber = fromHex("30 80 04 81 01 AA 00 00");
-  const AsnEncodedData first{der.data(), 2};
-  const AsnEncodedData second{ber.data(), static_cast<uint32_t>(ber.size())};
-  ASSERT_EQ(AsnSetEncodedDataDER(work.object, work.value, "/", &first, nullptr), 0);
-  EXPECT_EQ(work.encode(), "05 00");
-  ASSERT_EQ(AsnSetEncodedDataBER(work.object, work.value, "/", &second, nullptr), 0);
-  EXPECT_EQ(work.encode(), "30 03 04 01 AA");
 }
 
 TEST(Setters, SetOfIsSortedInDerOnly) {

@@ -38,23 +38,22 @@ GenName::GenName(const std::string &kind) : GenName() {
 int32_t GenName::setPdu(const Octets &octets, bool ber, AsnErrorBlock *err) {
   const Exact exact(octets);
   const AsnEncodedData encoding = exact.data();
-  return ber ? X509GenNameObjectSetPduBER(object_, &encoding, err)
-             : X509GenNameObjectSetPduDER(object_, &encoding, err);
+  return ber ? set(octets, err) : X509GenNameObjectSetPduDER(handle, &encoding, err);
 }
 
 bool GenName::hasName() const {
   X509GenNameParam view{};
-  return X509GenNameObjectGetName(object_, &view, nullptr) == 0;
+  return X509GenNameObjectGetName(handle, &view, nullptr) == 0;
 }
 
 X509GenNameParam GenName::param() const {
   X509GenNameParam view{};
-  EXPECT_EQ(X509GenNameObjectGetName(object_, &view, nullptr), 0);
+  EXPECT_EQ(X509GenNameObjectGetName(handle, &view, nullptr), 0);
   return view;
 }
 
-std::string GenName::der() const { return hexOf(X509GenNameObjectGetPduDER, object_); }
-std::string GenName::ber() const { return hexOf(X509GenNameObjectGetPduBER, object_); }
+std::string GenName::der() const { return hexOf(X509GenNameObjectGetPduDER, handle); }
+std::string GenName::ber() const { return hexOf(X509GenNameObjectGetPduBER, handle); }
 
 Names::Names(const std::vector<std::string> &kinds) : nodes_(kinds.size()) {
   for (std::size_t i = 0; i < kinds.size(); ++i) {

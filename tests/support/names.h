@@ -16,24 +16,17 @@ inline constexpr std::array<const char *, 9> kKinds = {
 // DER of a sample with all its optional parts.
 std::string sampleOf(const std::string &kind);
 
-class GenName {
+class GenName : public Holder<X509GenNameObject, X509GenNameObjectCreate, X509GenNameObjectDestroy,
+                              X509GenNameObjectSetPduBER, X509GenNameObjectGetPduDER> {
  public:
-  GenName() { EXPECT_EQ(X509GenNameObjectCreate(&object_, nullptr), 0); }
+  GenName() = default;
   explicit GenName(const std::string &kind);  // a sample, set as DER; "": without a name
-  ~GenName() { EXPECT_EQ(X509GenNameObjectDestroy(object_, nullptr), 0); }
-  GenName(const GenName &) = delete;
-  GenName &operator=(const GenName &) = delete;
-  operator X509GenNameObject() const { return object_; }
-  X509GenNameObject *handle() { return &object_; }
 
   int32_t setPdu(const Octets &octets, bool ber = true, AsnErrorBlock *err = nullptr);
   bool hasName() const;
   X509GenNameParam param() const;
   std::string der() const;  // hex, or "empty"
   std::string ber() const;
-
- private:
-  X509GenNameObject object_ = nullptr;
 };
 
 // A chain with an object per kind.

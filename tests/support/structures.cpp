@@ -93,13 +93,6 @@ Chains::Chains(Structures::Content content)
   keyId.authorityCertSerialNumber.option = 1;
 }
 
-Attributes::Attributes() {
-  const AsnEncodedData value{kValueA, 3};
-  const Objid type = objid(0);
-  EXPECT_EQ(X509AttributesObjectCreate(&object_, nullptr), 0);
-  EXPECT_EQ(X509AttributesObjectAppend(object_, &type, &value, 1, nullptr), 0);
-}
-
 std::string textOf(const Objid &objid) {
   std::string text;
   for (uint32_t i = 0; i < objid.count; ++i) text += (i > 0 ? "." : "") + std::to_string(objid.arcs[i]);

@@ -56,20 +56,8 @@ class Chains {
   static constexpr char kKeyId[] = "30 10 80 02 AA BB A1 06 87 04 C0 00 02 01 82 02 01 02";
 };
 
-// An Attributes object with one attribute.
-class Attributes {
- public:
-  Attributes();
-  ~Attributes() { EXPECT_EQ(X509AttributesObjectDestroy(object_, nullptr), 0); }
-  Attributes(const Attributes &) = delete;
-  Attributes &operator=(const Attributes &) = delete;
-  operator X509AttributesObject() const { return object_; }
-
-  static constexpr char kDer[] = "30 0C 30 0A 06 03 2A 03 01 31 03 13 01 41";
-
- private:
-  X509AttributesObject object_ = nullptr;
-};
+// One attribute.
+inline constexpr char kAttributes[] = "30 0C 30 0A 06 03 2A 03 01 31 03 13 01 41";
 
 // "1.2.3.4"; "" for none.
 std::string textOf(const Objid &objid);

@@ -134,12 +134,12 @@ std::string Work::encode(bool der, const char *path) {
 
 void Extensions::store(const Objid &objid, const Octets &value, int32_t critical) {
   const KetraExtension extension{objid, critical, critical, {value.data(), static_cast<uint32_t>(value.size())}};
-  EXPECT_EQ(KetraObjectSetExt(object_, &extension, nullptr), 0);
+  EXPECT_EQ(KetraObjectSetExt(handle, &extension, nullptr), 0);
 }
 
 const KetraExtension *Extensions::find(const Objid &objid) const {
   const KetraExtension *extension = nullptr;
-  EXPECT_EQ(KetraObjectSearchExtpByObjid(object_, &objid, &extension, nullptr), 0);
+  EXPECT_EQ(KetraObjectSearchExtpByObjid(handle, &objid, &extension, nullptr), 0);
   return extension;
 }
 
@@ -149,10 +149,9 @@ std::string Extensions::stored(const Objid &objid) const {
 }
 
 std::string Extensions::pdu() const {
-  AsnEncodedData encoding{};
-  EXPECT_EQ(KetraObjectGetPduDER(object_, &encoding, nullptr), 0);
-  const std::string hex = toHex(encoding);
-  EXPECT_EQ(AsnMemObjectFree(pool(), encoding.octets, nullptr), 0);
+  const AsnEncodedData whole = encoding();
+  const std::string hex = toHex(whole);
+  EXPECT_EQ(AsnMemObjectFree(pool(), whole.octets, nullptr), 0);
   return hex;
 }
 

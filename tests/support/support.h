@@ -110,20 +110,47 @@ class Work {
   uint32_t scratch_ = 0;
 };
 
-class Extensions {
+// A handle to what has an encoding.
+template <class Handle, auto kCreate, auto kDestroy, auto kSetPdu, auto kGetPdu>
+class Holder {
  public:
-  Extensions() { EXPECT_EQ(KetraObjectCreate(&object_, nullptr), 0); }
-  ~Extensions() { EXPECT_EQ(KetraObjectDestroy(object_, nullptr), 0); }
-  operator KetraObject() const { return object_; }
+  Holder() { EXPECT_EQ(kCreate(&handle, nullptr), 0); }
+  ~Holder() { EXPECT_EQ(kDestroy(handle, nullptr), 0); }
+  Holder(const Holder &) = delete;
+  Holder &operator=(const Holder &) = delete;
+  operator Handle() const { return handle; }
 
+  int32_t set(const Octets &octets, AsnErrorBlock *err = nullptr) const {
+    const Exact exact(octets);
+    const AsnEncodedData encoding = exact.data();
+    return kSetPdu(handle, &encoding, err);
+  }
+  int32_t setFromItself() const {
+    const AsnEncodedData own = encoding();
+    return kSetPdu(handle, &own, nullptr);
+  }
+  AsnEncodedData encoding() const {
+    AsnEncodedData read{};
+    EXPECT_EQ(kGetPdu(handle, &read, nullptr), 0);
+    return read;
+  }
+  std::string der() const { return toHex(encoding()); }
+
+  Handle handle = nullptr;
+};
+
+class Extensions
+    : public Holder<KetraObject, KetraObjectCreate, KetraObjectDestroy, KetraObjectSetPduBER, KetraObjectGetPduDER> {
+ public:
   void store(const Objid &objid, const Octets &value, int32_t critical = 0);
   const KetraExtension *find(const Objid &objid) const;
   std::string stored(const Objid &objid) const;  // hex, or "absent"
   std::string pdu() const;                       // all of it, hex
-  AsnMemObject pool() const { return object_->pool; }
-
- private:
-  KetraObject object_ = nullptr;
+  AsnMemObject pool() const { return handle->pool; }
 };
+using Attributes = Holder<X509AttributesObject, X509AttributesObjectCreate, X509AttributesObjectDestroy,
+                          X509AttributesObjectSetPduBER, X509AttributesObjectGetPduDER>;
+using NameObject = Holder<X509NameObject, X509NameObjectCreate, X509NameObjectDestroy, X509NameObjectSetPduBER,
+                          X509NameObjectGetPduDER>;
 
 }  // namespace ketra::test
