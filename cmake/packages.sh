@@ -3,6 +3,9 @@
 KETRA_PACKAGES=(cmake ninja-build g++ libgtest-dev libcli11-dev nlohmann-json3-dev libbenchmark-dev)
 # What the benchmarks compare with; they leave out what is absent.
 KETRA_PEERS=(libssl-dev libgnutls28-dev libbotan-2-dev ca-certificates)
+# What the presets for other platforms take besides.
+KETRA_I386=(g++-multilib googletest)
+KETRA_WINDOWS=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest wine64)
 
 # need_packages PACKAGE...: installs what is missing when it may, otherwise names it and fails. Where there is no dpkg,
 # the configure step tells what is missing. Says nothing on standard output.

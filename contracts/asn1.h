@@ -27,7 +27,7 @@
 
 #if defined(_WIN32) && !defined(KETRA_STATIC)
 #ifdef KETRA_RUNTIME_BUILD
-#define KETRA_RUNTIME_API __declspec(dllexport)
+#define KETRA_RUNTIME_API /* by the module definition file: compilers would export parts of functions too */
 #else
 #define KETRA_RUNTIME_API __declspec(dllimport)
 #endif

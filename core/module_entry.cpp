@@ -1,7 +1,7 @@
 // What happens when the library is loaded: nothing but, on Windows, to decline notices of threads. There is no state to
 // set up or tear down; on other platforms there is no entry at all.
 
-#ifdef _WIN32
+#if defined(_WIN32) && !defined(KETRA_STATIC)
 
 #include <windows.h>
 

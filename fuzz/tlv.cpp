@@ -61,7 +61,7 @@ class Reader {
     if (first == 0xFF || count > left()) return false;
     if (*p_ == 0) tlv.length = Tlv::Length::notShortest;
     for (std::size_t i = 0; i < count; ++i) {
-      if (size >> 32 != 0) return false;
+      if (size > SIZE_MAX >> 8) return false;
       size = size << 8 | *p_++;
     }
     if (size < 0x80) tlv.length = Tlv::Length::notShortest;

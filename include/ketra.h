@@ -31,7 +31,7 @@
 
 #if defined(_WIN32) && !defined(KETRA_STATIC)
 #ifdef KETRA_BUILD
-#define KETRA_API __declspec(dllexport)
+#define KETRA_API /* by the module definition file: compilers would export parts of functions too */
 #else
 #define KETRA_API __declspec(dllimport)
 #endif

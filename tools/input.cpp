@@ -15,7 +15,7 @@ std::string reason(int code) { return std::generic_category().message(code); }
 
 }  // namespace
 
-Input::Input(const std::string &name) : file_(name == "-" ? standardInput() : openFile(name)) {
+Input::Input(const std::string &name) : file_(name == "-" ? stdin : openFile(name)) {
   if (file_ == nullptr) {
     failure_ = reason(errno);
   } else if (name != "-") {

@@ -45,6 +45,7 @@ int run(int argc, char **argv) {
 }  // namespace
 
 int main(int argc, char **argv) {
+  tool::makeStreamsBinary();
   std::set_new_handler(outOfMemory);
   try {
     return run(argc, argv);

@@ -17,9 +17,9 @@ namespace tool {
 
 std::FILE *openFile(const std::filesystem::path &path) { return _wfopen(path.c_str(), L"rb"); }
 
-std::FILE *standardInput() {
+void makeStreamsBinary() {
   _setmode(_fileno(stdin), _O_BINARY);
-  return stdin;
+  _setmode(_fileno(stdout), _O_BINARY);
 }
 
 bool isTerminal(std::FILE *stream) { return _isatty(_fileno(stream)) != 0; }
@@ -36,7 +36,7 @@ bool hasColours(std::FILE *stream) {
 
 std::FILE *openFile(const std::filesystem::path &path) { return std::fopen(path.c_str(), "rbe"); }
 
-std::FILE *standardInput() { return stdin; }
+void makeStreamsBinary() {}
 
 bool isTerminal(std::FILE *stream) { return isatty(fileno(stream)) != 0; }
 

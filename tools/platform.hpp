@@ -8,8 +8,8 @@ namespace tool {
 
 // For reading octets; null, and errno, when it cannot be opened.
 std::FILE *openFile(const std::filesystem::path &path);
-// Standard input, read as octets too.
-std::FILE *standardInput();
+// Standard input and output are octets, also where text would have its lines ended otherwise.
+void makeStreamsBinary();
 
 bool isTerminal(std::FILE *stream);
 // Whether it is a terminal that takes colours.
