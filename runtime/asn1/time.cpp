@@ -136,7 +136,7 @@ bool readZone(TimeReader &reader, bool isIso, int64_t *microseconds) {
   if (!reader.number(2, 0, 23, "offset", hour)) return false;
   const bool needsMinutes = isIso && reader.accept(':');
   if ((needsMinutes || !reader.atEnd()) && !reader.number(2, 0, 59, "offset", minute)) return false;
-  const int64_t offset = int64_t{(hour * 60 + minute) * 60} * kMicrosecondsPerSecond;
+  const int64_t offset = int64_t{60} * (hour * 60 + minute) * kMicrosecondsPerSecond;
   *microseconds += east ? -offset : offset;
   return reader.atEnd() || reader.malformed("octets after the end");
 }
