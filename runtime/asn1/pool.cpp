@@ -58,6 +58,14 @@ constexpr std::size_t roomFor(std::size_t size) {
 static_assert(classOf(1) == 0 && classOf(128) == 15 && classOf(129) == 16 && classOf(kLargestSmall) == kClasses - 1);
 static_assert(sizeOf(16) == 160 && sizeOf(kClasses - 1) == kLargestSmall && classOf(sizeOf(30)) == 30);
 
+// The large blocks, in a power of two of buckets.
+struct LargeTable {
+  uint32_t bits;
+  uint32_t blocks;
+  LargeBlock **buckets() { return reinterpret_cast<LargeBlock **>(this + 1); }
+  std::size_t size() const { return std::size_t{1} << bits; }
+};
+
 struct FreeLists {
   FreeBlock *heads[kClasses];
 };
@@ -71,14 +79,11 @@ struct alignas(kAlignment) AsnMemObjectRecord {
   Chunk *chunks;         // newest first; the last one lies in the pool's own request
   std::byte *next;       // unused memory of the newest chunk
   FreeLists *freeLists;  // made by the first free that needs them
-  LargeBlock **large;    // table of buckets, a power of two of them; null while there is no large block
+  LargeTable *large;     // null while there is no large block
   uint64_t held;         // from the system
-  uint64_t inChunks;     // of that, in chunks
   uint64_t limit;        // 0 = none
   uint64_t liveOctets;
   uint32_t liveBlocks;
-  uint32_t largeCount;
-  uint32_t bucketBits;
 };
 
 namespace ketra::asn1 {
@@ -91,9 +96,9 @@ uint32_t liveMark(AsnMemObject pool, const void *memory) {
   return static_cast<uint32_t>(mixed >> 32) | 1;
 }
 
-std::size_t bucketOf(AsnMemObject pool, const void *memory) {
+LargeBlock **bucketOf(LargeTable *table, const void *memory) {
   const uint64_t mixed = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(memory)) * 0x9E3779B97F4A7C15u;
-  return pool->bucketBits == 0 ? 0 : static_cast<std::size_t>(mixed >> (64 - pool->bucketBits));
+  return &table->buckets()[static_cast<std::size_t>(mixed >> (64 - table->bits))];
 }
 
 // What may still be had under the limit.
@@ -116,14 +121,14 @@ void *fromSystem(AsnMemObject pool, uint64_t size, Call call) {
   return memory;
 }
 
-// A new chunk as large as all chunks so far, or half of what a limit leaves: so their number stays logarithmic.
+// A new chunk twice as large as the last, or half of what a limit leaves: so their number stays logarithmic.
 [[gnu::noinline]] bool grow(AsnMemObject pool, std::size_t needed, Call call) {
   const uint64_t least = sizeof(Chunk) + needed;
-  const uint64_t wanted = std::max<uint64_t>(kFirstGrowth, pool->inChunks);
+  const auto last = static_cast<uint64_t>(pool->chunks->end - reinterpret_cast<std::byte *>(pool->chunks));
+  const uint64_t wanted = std::max<uint64_t>(kFirstGrowth, 2 * last);
   const uint64_t size = std::max(least, std::min(wanted, roomLeft(pool) / 2) / kAlignment * kAlignment);
   auto *chunk = static_cast<Chunk *>(fromSystem(pool, size, call));
   if (chunk == nullptr) return false;
-  pool->inChunks += size;
   chunk->next = pool->chunks;
   chunk->end = reinterpret_cast<std::byte *>(chunk) + size;
   pool->chunks = chunk;
@@ -145,41 +150,43 @@ inline void *start(AsnMemObject pool, std::byte *memory, uint32_t size) {
 
 // More buckets once the lists grow; without memory for them the old ones serve on, only slower.
 void growTable(AsnMemObject pool, Call call) {
-  const uint32_t bits = pool->large == nullptr ? 4 : pool->bucketBits + 2;
-  auto **table = static_cast<LargeBlock **>(fromSystem(pool, sizeof(LargeBlock *) << bits, call));
+  LargeTable *const old = pool->large;
+  const uint32_t bits = old == nullptr ? 4 : old->bits + 2;
+  const auto sizeOfTable = [](uint32_t itsBits) { return sizeof(LargeTable) + (sizeof(LargeBlock *) << itsBits); };
+  auto *table = static_cast<LargeTable *>(fromSystem(pool, sizeOfTable(bits), call));
   if (table == nullptr) return;
-  std::fill_n(table, std::size_t{1} << bits, nullptr);
-  const std::size_t oldSize = pool->large == nullptr ? 0 : std::size_t{1} << pool->bucketBits;
-  pool->bucketBits = bits;
-  for (std::size_t i = 0; i < oldSize; ++i) {
-    for (LargeBlock *block = pool->large[i]; block != nullptr;) {
+  *table = {bits, old == nullptr ? 0 : old->blocks};
+  std::fill_n(table->buckets(), table->size(), nullptr);
+  pool->large = table;
+  if (old == nullptr) return;
+  for (std::size_t i = 0; i < old->size(); ++i) {
+    for (LargeBlock *block = old->buckets()[i]; block != nullptr;) {
       LargeBlock *const next = block->next;
-      LargeBlock *&bucket = table[bucketOf(pool, block->memory())];
-      block->next = bucket;
-      bucket = block;
+      LargeBlock **const bucket = bucketOf(table, block->memory());
+      block->next = *bucket;
+      *bucket = block;
       block = next;
     }
   }
-  std::free(pool->large);
-  pool->held -= oldSize * sizeof(LargeBlock *);
-  pool->large = table;
+  pool->held -= sizeOfTable(old->bits);
+  std::free(old);
 }
 
 [[gnu::noinline]] void *allocateLarge(AsnMemObject pool, uint32_t size, Call call) {
   if (pool->large == nullptr) {
     growTable(pool, call);
     if (pool->large == nullptr) return nullptr;
-  } else if (pool->largeCount >= std::size_t{2} << pool->bucketBits) {
+  } else if (pool->large->blocks >= 2 * pool->large->size()) {
     growTable(pool, Call{"", nullptr});
   }
   auto *block = static_cast<LargeBlock *>(fromSystem(pool, sizeof(LargeBlock) + uint64_t{size}, call));
   if (block == nullptr) return nullptr;
-  LargeBlock *&bucket = pool->large[bucketOf(pool, block->memory())];
-  block->next = bucket;
-  bucket = block;
+  LargeBlock **const bucket = bucketOf(pool->large, block->memory());
+  block->next = *bucket;
+  *bucket = block;
   block->header = {size, 0};
   poison(&block->header, sizeof block->header);
-  ++pool->largeCount;
+  ++pool->large->blocks;
   pool->liveOctets += size;
   ++pool->liveBlocks;
   return block->memory();
@@ -205,13 +212,13 @@ inline void *allocateSmall(AsnMemObject pool, uint32_t size, Call call) {
 // Frees a large block; false when the pool has none at this address.
 bool freeLarge(AsnMemObject pool, const void *memory) {
   if (pool->large == nullptr) return false;
-  LargeBlock **link = &pool->large[bucketOf(pool, memory)];
+  LargeBlock **link = bucketOf(pool->large, memory);
   while (*link != nullptr && (*link)->memory() != memory) link = &(*link)->next;
   LargeBlock *block = *link;
   if (block == nullptr) return false;
   *link = block->next;
   unpoison(&block->header, sizeof block->header);
-  --pool->largeCount;
+  --pool->large->blocks;
   --pool->liveBlocks;
   pool->liveOctets -= block->header.size;
   pool->held -= sizeof(LargeBlock) + uint64_t{block->header.size};
@@ -271,7 +278,7 @@ int32_t createPool(std::size_t size, AsnMemObject *pool, Call call) {
   chunk->end = static_cast<std::byte *>(memory) + size;
   record->chunks = chunk;
   record->next = chunk->begin();
-  record->held = record->inChunks = size;
+  record->held = size;
   poison(record->next, static_cast<std::size_t>(chunk->end - record->next));
   *pool = record;
   return 0;
@@ -315,9 +322,9 @@ int32_t AsnMemObjectFree(AsnMemObject pool, const void *memory, AsnErrorBlock *e
 int32_t AsnMemObjectDestroy(AsnMemObject pool, AsnErrorBlock *err) {
   if (pool == nullptr) return Call{__func__, err}.fail(AsnMemError_NullParameter, "no pool");
   if (pool->large != nullptr) {
-    for (std::size_t i = 0; i < std::size_t{1} << pool->bucketBits; ++i) {
-      while (LargeBlock *block = pool->large[i]) {
-        pool->large[i] = block->next;
+    for (std::size_t i = 0; i < pool->large->size(); ++i) {
+      while (LargeBlock *block = pool->large->buckets()[i]) {
+        pool->large->buckets()[i] = block->next;
         std::free(block);
       }
     }

@@ -14,7 +14,7 @@ namespace ketra::asn1 {
 
 // Octets of one system request that holds a pool and its first chunk. A pool with a GeneralName object and a name of
 // typical length in it needs no more.
-inline constexpr std::size_t kSmallPool = 320;
+inline constexpr std::size_t kSmallPool = 280;
 
 // Makes a pool whose record and first chunk take `size` octets from the system.
 int32_t createPool(std::size_t size, AsnMemObject *pool, Call call);

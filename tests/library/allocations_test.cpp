@@ -52,7 +52,7 @@ TEST(Allocations, OnePerGeneralName) {
               return X509GenNameObjectCreate(&object, nullptr) + X509GenNameObjectSetName(object, &param, nullptr);
             }),
             1);
-  EXPECT_LE(requests.octets, 320u);
+  EXPECT_LE(requests.octets, 280u);
   AsnEncodedData encoding{};
   EXPECT_EQ(count([&] { return X509GenNameObjectGetPduDER(object, &encoding, nullptr); }), 1) << "the work object";
   X509GenNameObject read = nullptr;
