@@ -145,8 +145,9 @@ int32_t createAndDestroy(Stage &, AsnErrorBlock *err) {
 }
 
 int32_t setNameOf(Stage &s, AsnErrorBlock *err) {
-  if (s.input.starts_with("its-own") && s.object.hasName()) s.param = s.object.param();
-  return X509GenNameObjectSetName(s.object, &s.param, err);
+  const bool isOwn = s.input.starts_with("its-own") && s.object.hasName();
+  const X509GenNameParam own = isOwn ? s.object.param() : X509GenNameParam{};  // ends with the name
+  return X509GenNameObjectSetName(s.object, isOwn ? &own : &s.param, err);
 }
 
 int32_t prepareParameter(Stage &s, AsnErrorBlock *err) { return setName(s.object, s.source, err); }

@@ -106,7 +106,7 @@ TEST(Poison, ReadsBesideMemory) {
       {"block", [](Owners &o) { return block(o, 5); }, {-1, 5, 7}},
       {"block of whole words", [](Owners &o) { return block(o, 16); }, {-1, 16}},
       {"block in a coarse size class", [](Owners &o) { return block(o, 257); }, {-1, 257, 319}},
-      {"rest of a chunk", [](Owners &o) { return block(o, 40); }, {100, 160}},
+      {"rest of a chunk", [](Owners &o) { return block(o, 40); }, {100, 136}},
       {"large block", [](Owners &o) { return block(o, 20001); }, {-1}},
       {"large block, its end", [](Owners &o) { return block(o, 20001); }, {20001}, "heap-buffer-overflow"},
       {"freed block", [](Owners &o) { return freed(o, 13); }, {0, 8, 12}, "use-after-poison", true},
