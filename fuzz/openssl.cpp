@@ -290,10 +290,11 @@ constexpr Settled kWeRefuse[] = {
        return isOneOf(c.ours.code, {X509DirStrError_Length, X509DirStrError_Characters}) &&
               says(c.ours.text, "EDIPartyName");
      }},
-    {"X.690 8.10.1: lists are constructed",
+    {"X.690 8.9.1, 8.10.1, 8.12.1: lists and sets are constructed",
      [](const Case &c) {
        return c.ours.code == AsnError_Component && c.value && any(*c.value, [](const Tlv &tlv) {
-                return !tlv.isConstructed() && (tlv.tag[0] >= 0x80 || tlv.tag[0] == 0x10) && parse(tlv.content);
+                const bool isList = tlv.tag[0] >= 0x80 || tlv.tag[0] == 0x10 || tlv.tag[0] == 0x11;
+                return isList && !tlv.isConstructed() && parse(tlv.content);
               });
      }},
 };
