@@ -44,7 +44,9 @@ std::string version() {
 class CommandLine {
  public:
   explicit CommandLine(Request &request) : request_(request) {
-    app_.allow_windows_style_options(false);  // "/" begins a path everywhere
+    for (CLI::App *each : {&app_, show_, check_}) {
+      each->allow_windows_style_options(false);  // "/" begins a path everywhere
+    }
     app_.set_version_flag("--version", version, "Print the version and exit");
     app_.set_help_flag("-h,--help", "Print this help and exit");
     app_.require_subcommand(1);
