@@ -6,17 +6,40 @@
 
 namespace ketra::asn1 {
 
-// Checks primitive content against the rules of its type; what is well formed but does not fit the interface passes.
-bool checkContent(const AsnType *type, const uint8_t *content, uint32_t length, Fault &fault);
-
-[[gnu::cold]] bool failInteger(const uint8_t *content, uint32_t length, Fault &fault, const char *name);
-
 // X.690 8.3: at least one octet, and not the first nine bits the same.
-inline bool checkInteger(const uint8_t *content, uint32_t length, Fault &fault, const char *name = "INTEGER") {
-  if (length == 1 || (length > 1 && content[0] != (content[1] < 0x80 ? 0x00 : 0xFF))) [[likely]]
-    return true;
-  return failInteger(content, length, fault, name);
+inline bool isIntegerContent(const uint8_t *content, uint32_t length) {
+  return length == 1 || (length > 1 && content[0] != (content[1] < 0x80 ? 0x00 : 0xFF));
 }
+
+// X.690 8.6: a count of unused bits, then the bits.
+inline bool isBitStringContent(const uint8_t *content, uint32_t length) {
+  return length > 0 && content[0] <= 7 && (content[0] == 0 || length > 1);
+}
+
+bool isObjidContent(const uint8_t *content, uint32_t length);  // X.690 8.19
+bool isTimeContent(const uint8_t *content, uint32_t length);   // X.680 46
+
+// Whether primitive content follows the rules of its type; what is well formed but does not fit the interface does.
+inline bool isContentOf(const AsnType *type, const uint8_t *content, uint32_t length) {
+  switch (kindOf(type)) {
+    case Kind::Boolean: return length == 1;
+    case Kind::Integer:
+    case Kind::Enumerated: return isIntegerContent(content, length);
+    case Kind::Objid: return isObjidContent(content, length);
+    case Kind::BitString: return isBitStringContent(content, length);
+    case Kind::Octets: break;
+    default: return true;
+  }
+  switch (contentOf(type)) {
+    case Content::IntegerString: return isIntegerContent(content, length);
+    case Content::Time: return isTimeContent(content, length);
+    default: return true;
+  }
+}
+
+// Says what is wrong with content that does not.
+[[gnu::cold]] void explainContent(const AsnType *type, const uint8_t *content, uint32_t length, Fault &fault);
+[[gnu::cold]] void explainInteger(const uint8_t *content, uint32_t length, Fault &fault, const char *name);
 
 // Two's complement in 1 to 4 octets.
 int32_t readInteger(const uint8_t *content, uint32_t length);
@@ -24,19 +47,17 @@ int32_t readInteger(const uint8_t *content, uint32_t length);
 uint32_t writeInteger(int32_t integer, uint8_t *content);
 
 // ---- OBJECT IDENTIFIER (X.690 8.19) ----
-bool checkObjid(const uint8_t *content, uint32_t length, Fault &fault);
+void explainObjid(const uint8_t *content, uint32_t length, Fault &fault);
 // Number of arcs in well formed content.
 uint32_t countArcs(const uint8_t *content, uint32_t length);
-// Writes that many arcs; false when one exceeds 32 bits.
-bool readArcs(const uint8_t *content, uint32_t length, uint32_t *arcs);
+// Writes the arcs, `count` of them; false when one exceeds 32 bits.
+bool readArcs(const uint8_t *content, uint32_t length, uint32_t count, uint32_t *arcs);
 bool checkArcs(const Objid &objid, Text &reason);  // X.660 7.6
 uint64_t measureArcs(const Objid &objid);
 void writeArcs(const Objid &objid, uint8_t *content);
 
 // ---- GeneralizedTime (X.680 46, X.690 11.7) ----
 enum class TimeForm { Valid, OutOfRange, Malformed };
-// Valid in the form that nearly every time has; others need to be read.
-bool isPlainTime(const uint8_t *content, uint32_t length);
 TimeForm readTime(const uint8_t *content, uint32_t length, int64_t *microseconds, Text &reason);
 inline constexpr uint32_t kTimeLength = 22;  // "YYYYMMDDHHMMSS.ffffffZ"
 // DER form; returns the length, at most kTimeLength.

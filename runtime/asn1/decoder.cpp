@@ -45,6 +45,7 @@ class Decoder {
  public:
   Decoder(Arena &arena, OpenValue *root)
       : arena_(arena), root_(root), begin_(root->bound.octets), pos_(begin_), end_(begin_ + root->bound.length) {
+    frames_[0].role = Role::Wrapper;
     frames_[0].end = end_;
   }
 
@@ -72,6 +73,10 @@ class Decoder {
     Header header;
   };
 
+  bool readPlain();
+  void readPlainMembers(Frame &frame);
+  void readPlainComponents(Frame &frame);
+  bool readPlainValue(Node **place, const AsnType *type);
   bool readValue(Next &next);
   bool readScalar(const Next &next);
   bool readSegments(Node *node, Kind kind, Header header, const uint8_t **end);
@@ -104,6 +109,7 @@ bool Decoder::run() {
   if (next.match == nullptr) return failTag(next.header.identifier, next.type);
   for (;;) {
     if (!readValue(next)) return false;
+    if (!readPlain()) return false;
     while (isOpen() && atEnd(*top_)) {
       if (!leave(*top_)) return false;
     }
@@ -113,6 +119,98 @@ bool Decoder::run() {
   if (pos_ == end_) return true;
   fault_.set(AsnError_Trailing, pos_) << uint64_t(end_ - pos_) << " octets after the end of the value";
   return false;
+}
+
+// Nearly all that is open are components and members, and nearly all of those have a short definite length and the very
+// tag of their type. Such are read here; whatever is another, or not right, is left to the steps below as it was found. False
+// without memory.
+inline bool Decoder::readPlain() {
+  for (;;) {
+    Frame &frame = *top_;
+    if (frame.indefinite || (frame.role != Role::Components && frame.role != Role::Members)) return true;
+    if (frame.role == Role::Members) {
+      readPlainMembers(frame);
+    } else {
+      readPlainComponents(frame);
+    }
+    if (&frame != top_) continue;  // one was entered
+    if (pos_ != frame.end) return fault_.code == 0;
+    if (frame.role == Role::Components) {
+      const AsnType *const definition = definitionOf(frame.node->record);
+      for (; frame.next < definition->count; ++frame.next) {
+        if (!isOptional(definition + 1 + frame.next)) return true;
+      }
+    }
+    frame.node->encodingLength = static_cast<uint32_t>(pos_ - frame.node->encoding);
+    --top_;
+  }
+}
+
+inline void Decoder::readPlainMembers(Frame &frame) {
+  Node *const list = frame.node;
+  const AsnType *const type = frame.current = definitionOf(list->record) + 1;
+  while (pos_ != frame.end && top_ == &frame) {
+    if (list->length == list->capacity && !growList(arena_, list)) {
+      failMemory();
+      return;
+    }
+    if (!readPlainValue(&list->children[list->length], type)) return;
+    ++list->length;
+  }
+}
+
+inline void Decoder::readPlainComponents(Frame &frame) {
+  Node **const children = frame.node->children;
+  const AsnType *const definition = definitionOf(frame.node->record);
+  while (pos_ != frame.end && top_ == &frame) {
+    uint32_t next = frame.next;
+    const AsnType *type = nullptr;
+    for (;; ++next) {
+      if (next == definition->count) return;
+      type = definition + 1 + next;
+      if (tagOf(type) == *pos_) break;
+      if (tagOf(type) == 0 || hasTag(type, *pos_) || !isOptional(type)) return;
+    }
+    const AsnType *const before = frame.current;
+    frame.current = type;
+    if (!readPlainValue(&children[next], type)) {
+      frame.current = before;
+      return;
+    }
+    frame.next = next + 1;
+  }
+}
+
+// Reads the value at pos_, or enters it. False when it is no plain one.
+inline bool Decoder::readPlainValue(Node **place, const AsnType *type) {
+  const uint8_t *const p = pos_;
+  const std::ptrdiff_t rest = top_->end - p;
+  if (rest < 2 || p[1] >= 0x80 || p[1] > rest - 2 || isExplicit(type)) return false;
+  const uint32_t length = p[1];
+  const Kind kind = kindOf(type);
+  if (kind == Kind::Open) {
+    if ((p[0] & 0x1F) == 0x1F || (p[0] & ~0x20) == 0) return false;
+  } else if (p[0] != tagOf(type) || kind == Kind::Choice || (!hasChildren(kind) && !isContentOf(type, p + 2, length))) {
+    return false;
+  }
+  if (hasChildren(kind) && top_ == frames_ + ASN_MAX_NESTING) return false;
+  Node *const node = newNode(arena_, type);
+  if (node == nullptr) return failMemory();
+  *place = node;
+  node->encoding = p;
+  if (hasChildren(kind)) {
+    const Role role = kind == Kind::Sequence ? Role::Components : Role::Members;
+    pos_ = p + 2;
+    return push(role, node, nullptr, pos_ + length, false);
+  }
+  node->encodingLength = 2 + length;
+  const bool isScalar = kind != Kind::Open;
+  node->content = isScalar ? p + 2 : p;
+  node->length = isScalar ? length : 2 + length;
+  node->isSet = node->inPlace = true;
+  node->derLength = isScalar;
+  pos_ = p + 2 + length;
+  return true;
 }
 
 // A scalar is read, a constructed value entered.
@@ -162,7 +260,8 @@ inline bool Decoder::readScalar(const Next &next) {
   node->inPlace = true;
   node->derLength = next.header.der;
   if (next.header.constructed() && !readSegments(node, kindOf(next.type), next.header, &end)) return false;
-  if (!checkContent(next.type, node->content, node->length, fault_)) {
+  if (!isContentOf(next.type, node->content, node->length)) {
+    explainContent(next.type, node->content, node->length, fault_);
     if (!node->inPlace) fault_.at = pos_;  // joined segments have no place in the input
     return false;
   }
@@ -319,8 +418,7 @@ void Decoder::describe(Text &message) const {
   if (octets[1] != length - 2) return false;
   const AsnType *type = match(root->record, octets[0]);
   if (type == nullptr || isExplicit(type) || kindOf(type) == Kind::Open || hasChildren(kindOf(type))) return false;
-  Fault fault;
-  if (!checkContent(type, octets + 2, length - 2, fault)) return false;
+  if (!isContentOf(type, octets + 2, length - 2)) return false;
   Node *node = root;
   if (type != root->record) {
     node = newNode(arena, type);

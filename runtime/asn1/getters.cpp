@@ -88,7 +88,7 @@ int32_t AsnGetObjidBER(AsnObject object, AsnValue value, const char *path, Objid
   if (count > kMaxArcs) {
     return call.fail(AsnError_Range, Text() << nameOf(element->record) << " has " << count << " arcs, more than 128");
   }
-  if (!readArcs(element->content, element->length, arcs)) {
+  if (!readArcs(element->content, element->length, count, arcs)) {
     return call.fail(AsnError_Range, Text() << nameOf(element->record) << " has an arc of more than 32 bits");
   }
   *objid = {arcs, count};

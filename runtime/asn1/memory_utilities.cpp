@@ -40,7 +40,7 @@ int32_t getObjid(Call call, AsnMemObject pool, AsnObject object, AsnValue value,
   if (count > UINT32_MAX / sizeof(uint32_t)) return call.fail(AsnError_Range, "an identifier of too many arcs");
   void *arcs = allocate(pool, static_cast<uint32_t>(count * sizeof(uint32_t)), call.err);
   if (arcs == nullptr) return -1;
-  if (!readArcs(element->content, element->length, static_cast<uint32_t *>(arcs))) {
+  if (!readArcs(element->content, element->length, count, static_cast<uint32_t *>(arcs))) {
     AsnMemObjectFree(pool, arcs, nullptr);
     return call.fail(AsnError_Range, Text() << nameOf(element->record) << " has an arc of more than 32 bits");
   }

@@ -12,54 +12,68 @@ namespace {
 constexpr uint64_t kOnes = 0x0101010101010101;
 constexpr uint64_t kHighBits = 0x8080808080808080;
 
-uint64_t eightAt(const uint8_t *octets) {
-  uint64_t word = 0;
+template <class Word>
+uint64_t wordAt(const uint8_t *octets) {
+  Word word = 0;
   std::memcpy(&word, octets, sizeof word);
   return word;
 }
 
+// Takes the octets by eights, a four and ones: what `take(word)` gives, zeros in front of fewer than eight, is added up.
+template <class Take>
+inline uint32_t sumOfWords(const uint8_t *octets, uint32_t length, Take &&take) {
+  uint32_t sum = 0;
+  for (; length >= 8; octets += 8, length -= 8) sum += take(wordAt<uint64_t>(octets));
+  if (length >= 4) {
+    sum += take(wordAt<uint32_t>(octets));
+    octets += 4;
+    length -= 4;
+  }
+  for (; length > 0; --length) sum += take(*octets++);
+  return sum;
+}
+
 // Whether an octet is 0x80; the only ones that can pad an arc are.
-bool hasPadding(const uint8_t *octets, uint32_t length) {
-  for (; length >= 8; octets += 8, length -= 8) {
-    const uint64_t word = eightAt(octets) ^ kHighBits;
-    if (((word - kOnes) & ~word & kHighBits) != 0) return true;
+inline bool hasPadding(const uint8_t *octets, uint32_t length) {
+  return sumOfWords(octets, length, [](uint64_t word) {
+    word ^= kHighBits;
+    return ((word - kOnes) & ~word & kHighBits) != 0 ? 1u : 0u;
+  }) != 0;
+}
+
+// The first octet that pads an arc, or null.
+const uint8_t *findPadding(const uint8_t *octets, uint32_t length) {
+  for (uint32_t i = 0; i < length; ++i) {
+    if (octets[i] == 0x80 && (i == 0 || octets[i - 1] < 0x80)) return octets + i;
   }
-  for (; length > 0; --length) {
-    if (*octets++ == 0x80) return true;
-  }
-  return false;
+  return nullptr;
 }
 
 }  // namespace
 
-bool checkObjid(const uint8_t *content, uint32_t length, Fault &fault) {
+bool isObjidContent(const uint8_t *content, uint32_t length) {
+  return length > 0 && content[length - 1] < 0x80 &&
+         (!hasPadding(content, length) || findPadding(content, length) == nullptr);
+}
+
+void explainObjid(const uint8_t *content, uint32_t length, Fault &fault) {
   if (length == 0) {
     fault.set(AsnError_Objid, content) << "OBJECT IDENTIFIER content is 0 octets";
-    return false;
-  }
-  if ((content[length - 1] & 0x80) != 0) {
+  } else if (content[length - 1] >= 0x80) {
     fault.set(AsnError_Objid, content) << "OBJECT IDENTIFIER ends inside an arc";
-    return false;
+  } else {
+    fault.set(AsnError_Objid, findPadding(content, length)) << "OBJECT IDENTIFIER with a padded arc";
   }
-  if (!hasPadding(content, length)) return true;
-  for (uint32_t i = 0; i < length; ++i) {
-    if (content[i] != 0x80 || (i > 0 && content[i - 1] >= 0x80)) continue;
-    fault.set(AsnError_Objid, content + i) << "OBJECT IDENTIFIER with a padded arc";
-    return false;
-  }
-  return true;
 }
 
 uint32_t countArcs(const uint8_t *content, uint32_t length) {
-  uint32_t count = 1;  // the first two arcs share a number
-  for (; length >= 8; content += 8, length -= 8) {
-    count += static_cast<uint32_t>(((~eightAt(content) & kHighBits) >> 7) * kOnes >> 56);  // the sum of eight octets
-  }
-  for (; length > 0; --length) count += *content++ >> 7 ^ 1u;
-  return count;
+  const uint32_t continued = sumOfWords(content, length, [](uint64_t word) {
+    return static_cast<uint32_t>(((word & kHighBits) >> 7) * kOnes >> 56);  // the sum of eight octets
+  });
+  return length - continued + 1;  // the first two arcs share a number
 }
 
-bool readArcs(const uint8_t *content, uint32_t length, uint32_t *arcs) {
+bool readArcs(const uint8_t *content, uint32_t length, uint32_t count, uint32_t *arcs) {
   const uint8_t *const end = content + length;
   uint64_t first = 0;  // two arcs in one number, up to 80 more than 32 bits hold
   uint8_t octet = 0;
@@ -72,6 +86,10 @@ bool readArcs(const uint8_t *content, uint32_t length, uint32_t *arcs) {
   first -= uint64_t{*arcs++} * 40;
   if (first > UINT32_MAX) return false;
   *arcs++ = static_cast<uint32_t>(first);
+  if (count == length + 1) {  // each arc is one octet
+    while (content != end) *arcs++ = *content++;
+    return true;
+  }
   while (content != end) {
     uint32_t arc = *content++;
     if (arc >= 0x80) {

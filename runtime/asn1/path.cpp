@@ -80,11 +80,38 @@ inline const char *matchName(const char *path, const char *name) {
   return end;
 }
 
+// Most paths have one step at most, and that is a component's name, the very text that its record points to (equal ones
+// are stored once), or a member number. No type when the path is another; then the steps below tell.
+[[gnu::always_inline]] inline Found takeOneStep(Node *base, const char *path, uint32_t *number) {
+  const AsnType *const definition = definitionOf(base->record);
+  switch (kindOf(definition)) {
+    case Kind::Sequence:
+      for (uint32_t i = 0; i < definition->count; ++i) {
+        if (definition[1 + i].name == path) return {base->children[i], definition + 1 + i};
+      }
+      return {};
+    case Kind::Choice: {
+      Node *const chosen = base->chosen;
+      return chosen != nullptr && chosen->record->name == path ? Found{chosen, chosen->record} : Found{};
+    }
+    case Kind::SequenceOf:
+    case Kind::SetOf: {
+      constexpr uint32_t kMost = 100'000'000;  // one digit more has room as well
+      uint32_t digit = 0;
+      for (*number = 0; (digit = static_cast<uint32_t>(*path - '0')) <= 9 && *number < kMost; ++path) {
+        *number = *number * 10 + digit;
+      }
+      if (*path != '\0' || *number == 0) return {};
+      return {*number <= base->length ? base->children[*number - 1] : nullptr, definition + 1};
+    }
+    default: return {};
+  }
+}
+
 // The same where the elements are there, all but the last perhaps, which is nearly always: matched with as little work
 // as possible. `from` becomes the parent of the last. No type when the path is another one, or none; then the steps
 // above tell.
 [[gnu::always_inline]] inline Found takeKnownSteps(Node *&from, const char *path, uint32_t *number) {
-  if (path == nullptr) return {};
   for (;; ++path) {
     const AsnType *const definition = definitionOf(from->record);
     const Kind kind = kindOf(definition);
@@ -98,16 +125,13 @@ inline const char *matchName(const char *path, const char *name) {
       if (path == digits || *number == 0) return {};
       place = {*number <= from->length ? from->children[*number - 1] : nullptr, definition + 1};
     } else if (hasComponents(kind)) {
-      // The alternative that is there is the one that will be asked for.
       const bool isThere = kind == Kind::Choice && from->chosen != nullptr;
-      if (isThere && std::strcmp(path, from->chosen->record->name) == 0) return {from->chosen, from->chosen->record};
       for (uint32_t i = 0; !place && i < definition->count; ++i) {
         const AsnType *const type = definition + 1 + i;
         if (*path != *type->name) continue;
         Node *const child = kind == Kind::Sequence                    ? from->children[i]
                             : isThere && from->chosen->record == type ? from->chosen
                                                                       : nullptr;
-        if (std::strcmp(path, type->name) == 0) return {child, type};
         const std::size_t length = std::strlen(type->name);
         if (std::strncmp(path, type->name, length) != 0 || !isEnd(path[length])) continue;
         place = {child, type};
@@ -191,6 +215,25 @@ Node *makeChild(Arena &arena, Node *parent, const AsnType *record) {
   }
 }
 
+// A scalar that was made but never set is absent.
+Found present(const Found &found) {
+  const Node *element = found.element;
+  if (element == nullptr || element->isSet || hasChildren(kindOf(element->record))) [[likely]]
+    return found;
+  return {nullptr, found.type};
+}
+
+[[gnu::noinline]] Found walkPath(Call call, Node *base, const char *path) {
+  Found found;
+  if (isUsable(base)) [[likely]] {
+    uint32_t number = 0;
+    Node *parent = base;
+    found = takeKnownSteps(parent, begin(path), &number);
+  }
+  if (!found) found = takeSteps(call, base, path);
+  return present(found);
+}
+
 [[gnu::noinline]] Node *makeSteps(const Call &call, Arena &arena, Node *base, const char *path,
                                   bool (*fits)(const AsnType *)) {
   if (!isUsable(call, base)) return nullptr;
@@ -212,22 +255,24 @@ Node *makeChild(Arena &arena, Node *parent, const AsnType *record) {
 
 }  // namespace
 
-Found walkPath(Call call, Node *base, const char *path) {
-  uint32_t number = 0;
+Found findElement(Call call, Node *base, const char *path) {
   if (isUsable(base)) [[likely]] {
-    Node *parent = base;
-    const Found found = takeKnownSteps(parent, path, &number);
+    uint32_t number = 0;
+    const bool isWhole = path == nullptr || *path == '\0' || (path[0] == '/' && path[1] == '\0');
+    const Found found = isWhole ? Found{base, base->record} : takeOneStep(base, path, &number);
     if (found) [[likely]]
-      return found;
+      return present(found);
   }
-  return takeSteps(call, base, path);
+  return walkPath(call, base, path);
 }
 
 Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *)) {
   uint32_t number = 0;
   if (isUsable(base) && base->encoding == nullptr) [[likely]] {
     Node *parent = base;
-    const Found found = takeKnownSteps(parent, path, &number);
+    Found found;
+    if (path != nullptr) found = takeOneStep(base, path, &number);
+    if (!found) found = takeKnownSteps(parent, begin(path), &number);
     const bool isNext = !isList(kindOf(parent->record)) || number - 1 == parent->length;
     if (found && (found.element != nullptr || isNext) && (fits == nullptr || fits(found.type))) [[likely]] {
       Node *node = found.element != nullptr ? found.element : makeChild(arena, parent, found.type);

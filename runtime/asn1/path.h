@@ -14,18 +14,8 @@ struct Found {
   explicit operator bool() const { return type != nullptr; }
 };
 
-Found walkPath(Call call, Node *base, const char *path);
-
-// A scalar that was made but never set is absent.
-inline Found findElement(Call call, Node *base, const char *path) {
-  const bool isWhole = path == nullptr || path[path[0] == '/' ? 1 : 0] == '\0';
-  const bool isHere = isWhole && base != nullptr && base->state <= State::Decoded;
-  const Found found = isHere ? Found{base, base->record} : walkPath(call, base, path);
-  const Node *element = found.element;
-  if (element == nullptr || element->isSet || hasChildren(kindOf(element->record))) [[likely]]
-    return found;
-  return {nullptr, found.type};
-}
+// A scalar that was made but never set is absent here.
+Found findElement(Call call, Node *base, const char *path);
 
 // The element at the path, made with everything that is missing on the way; null after a failure, which has made
 // nothing unless memory ran out. `fits` (may be null) judges the element's type first. Values that were decoded cannot

@@ -84,16 +84,20 @@ struct alignas(kAlignment) AsnMemObjectRecord {
   uint64_t limit;        // 0 = none
   uint64_t liveOctets;
   uint32_t liveBlocks;
+  uint32_t key;  // of its own, in the marks of its blocks
 };
 
 namespace ketra::asn1 {
 namespace {
 
-// Differs from block to block and pool to pool, so that stale or foreign memory does not pass for a live block.
-uint32_t liveMark(AsnMemObject pool, const void *memory) {
-  const auto mixed = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(memory)) * 0x9E3779B97F4A7C15u ^
-                     static_cast<uint64_t>(reinterpret_cast<uintptr_t>(pool)) * 0xC2B2AE3D27D4EB4Fu;
-  return static_cast<uint32_t>(mixed >> 32) | 1;
+// Differs from block to block and pool to pool, so that stale or foreign memory does not pass for a live block; never 0.
+inline uint32_t liveMark(AsnMemObject pool, const void *memory) {
+  return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(memory)) ^ pool->key;
+}
+
+uint32_t keyOf(const void *pool) {
+  const uint64_t mixed = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(pool)) * 0xC2B2AE3D27D4EB4Fu;
+  return static_cast<uint32_t>(mixed >> 32) | 1;  // blocks are aligned: their marks are odd
 }
 
 LargeBlock **bucketOf(LargeTable *table, const void *memory) {
@@ -122,7 +126,7 @@ void *fromSystem(AsnMemObject pool, uint64_t size, Call call) {
 }
 
 // A new chunk twice as large as the last, or half of what a limit leaves: so their number stays logarithmic.
-[[gnu::noinline]] bool grow(AsnMemObject pool, std::size_t needed, Call call) {
+bool grow(AsnMemObject pool, std::size_t needed, Call call) {
   const uint64_t least = sizeof(Chunk) + needed;
   const auto last = static_cast<uint64_t>(pool->chunks->end - reinterpret_cast<std::byte *>(pool->chunks));
   const uint64_t wanted = std::max<uint64_t>(kFirstGrowth, 2 * last);
@@ -146,6 +150,14 @@ inline void *start(AsnMemObject pool, std::byte *memory, uint32_t size) {
   pool->liveOctets += size;
   ++pool->liveBlocks;
   return memory;
+}
+
+[[gnu::noinline]] void *allocateInNewChunk(AsnMemObject pool, uint32_t size, std::size_t room, Call call) {
+  const std::size_t needed = sizeof(Header) + room;
+  if (!grow(pool, needed, call)) return nullptr;
+  std::byte *memory = pool->next + sizeof(Header);
+  pool->next += needed;
+  return start(pool, memory, size);
 }
 
 // More buckets once the lists grow; without memory for them the old ones serve on, only slower.
@@ -192,9 +204,10 @@ void growTable(AsnMemObject pool, Call call) {
   return block->memory();
 }
 
-inline void *allocateSmall(AsnMemObject pool, uint32_t size, Call call) {
+// A block of a size class that takes `room` octets, of a request for `size`.
+inline void *allocateSmall(AsnMemObject pool, uint32_t size, std::size_t sizeClass, std::size_t room, Call call) {
   if (pool->freeLists != nullptr) {
-    FreeBlock *&head = pool->freeLists->heads[classOf(size)];
+    FreeBlock *&head = pool->freeLists->heads[sizeClass];
     if (FreeBlock *block = head; block != nullptr) {
       unpoison(block, sizeof *block);
       head = block->next;
@@ -202,11 +215,16 @@ inline void *allocateSmall(AsnMemObject pool, uint32_t size, Call call) {
       return start(pool, reinterpret_cast<std::byte *>(block), size);
     }
   }
-  const std::size_t needed = sizeof(Header) + roomFor(size);
-  if (static_cast<std::size_t>(pool->chunks->end - pool->next) < needed && !grow(pool, needed, call)) return nullptr;
+  const std::size_t needed = sizeof(Header) + room;
+  if (static_cast<std::size_t>(pool->chunks->end - pool->next) < needed) return allocateInNewChunk(pool, size, room, call);
   std::byte *memory = pool->next + sizeof(Header);
   pool->next += needed;
   return start(pool, memory, size);
+}
+
+[[gnu::noinline]] void *allocateOther(AsnMemObject pool, uint32_t size, Call call) {
+  if (size > kLargestSmall) return allocateLarge(pool, size, call);
+  return allocateSmall(pool, size, classOf(size), roomFor(size), call);
 }
 
 // Frees a large block; false when the pool has none at this address.
@@ -279,6 +297,7 @@ int32_t createPool(std::size_t size, AsnMemObject *pool, Call call) {
   record->chunks = chunk;
   record->next = chunk->begin();
   record->held = size;
+  record->key = keyOf(record);
   poison(record->next, static_cast<std::size_t>(chunk->end - record->next));
   *pool = record;
   return 0;
@@ -286,7 +305,10 @@ int32_t createPool(std::size_t size, AsnMemObject *pool, Call call) {
 
 void *allocate(AsnMemObject pool, uint32_t size, AsnErrorBlock *err) {
   const Call call{"AsnMemObjectMalloc", err};
-  return size > kLargestSmall ? allocateLarge(pool, size, call) : allocateSmall(pool, size, call);
+  if (size - 1 >= 8 * kFineClasses) [[unlikely]]
+    return allocateOther(pool, size, call);
+  const std::size_t sizeClass = (size - 1) / 8;
+  return allocateSmall(pool, size, sizeClass, 8 * (sizeClass + 1), call);
 }
 
 }  // namespace ketra::asn1

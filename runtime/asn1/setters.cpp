@@ -86,8 +86,9 @@ int32_t setOctets(Setter &&setter, AsnValue value, const char *path, const AsnOc
   if (!isGiven(setter.call, octets, octets == nullptr ? nullptr : octets->octets,
                octets == nullptr ? 0 : octets->length))
     return -1;
-  Fault fault;
-  if (!checkInteger(octets->octets, octets->length, fault) && setter.isIntegerString(value, path)) {
+  if (!isIntegerContent(octets->octets, octets->length) && setter.isIntegerString(value, path)) {
+    Fault fault;
+    explainInteger(octets->octets, octets->length, fault, "INTEGER");
     return setter.call.fail(AsnError_Value, fault.text);
   }
   if (!setter.make(value, path, [](const AsnType *type) { return isOctets(type) && !isTimeType(type); })) return -1;

@@ -226,7 +226,12 @@ TimeForm readTime(const uint8_t *content, uint32_t length, int64_t *microseconds
   return finish(reader, wellFormed, time, microseconds);
 }
 
-bool isPlainTime(const uint8_t *content, uint32_t length) { return readPlainTime(content, length, nullptr); }
+bool isTimeContent(const uint8_t *content, uint32_t length) {
+  if (readPlainTime(content, length, nullptr)) return true;
+  int64_t ignored = 0;
+  Text reason;
+  return readTime(content, length, &ignored, reason) != TimeForm::Malformed;
+}
 
 uint32_t writeTime(int64_t microseconds, uint8_t *content) {
   const Clock clock = clockOf(microseconds);

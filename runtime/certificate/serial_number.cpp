@@ -15,8 +15,9 @@ int32_t checkContent(Call call, const uint8_t *octets, uint32_t length) {
   if (octets == nullptr && length > 0) {
     return call.fail(X509SerialError_Integer, Text() << "a null pointer with a length of " << length);
   }
+  if (asn1::isIntegerContent(octets, length)) return 0;
   asn1::Fault fault;
-  if (asn1::checkInteger(octets, length, fault, "serial number")) return 0;
+  asn1::explainInteger(octets, length, fault, "serial number");
   return call.fail(X509SerialError_Integer, fault.text);
 }
 
