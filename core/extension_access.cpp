@@ -1,6 +1,7 @@
 #include "core/extension_access.h"
 
 #include "core/operation.h"
+#include "core/shapes.h"
 
 namespace ketra {
 namespace {
@@ -19,7 +20,7 @@ int32_t ketraObjectSsetExt(KetraObject extensions, const Objid *objid, const Asn
                            AsnErrorBlock *err) {
   const Operation op(__func__, err);
   const int32_t mark = critical == 1 ? 1 : 0;
-  const KetraExtension extension{*objid, mark, mark, *value};
+  const KetraExtension extension{*objid, mark, mark, byMember(*value)};
   const int32_t result = KetraObjectSetExt(extensions, &extension, err);
   if (op.failed(result, "Call KetraObjectSetExt")) return result;
   return op.failed(AsnMemObjectFree(extensions->pool, value->octets, err), "Call AsnMemObjectFree") ? -1 : 0;

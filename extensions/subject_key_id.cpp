@@ -2,6 +2,7 @@
 // KeyIdentifier ::= OCTET STRING
 
 #include "core/frames.h"
+#include "core/shapes.h"
 #include "ketra.h"
 
 using namespace ketra;
@@ -31,7 +32,7 @@ int32_t KetraObjectSgetSubjectKeyId(KetraObject extensions, AsnOct *value, AsnEr
     }
     const int32_t read = AsnMUtilGetOctBER(extensions->pool, work, root, "/", &cached->subjectKeyId, err);
     if (op.failed(read, "Call AsnMUtilGetOctetBER")) return -1;
-    *value = cached->subjectKeyId;
+    *value = byMember(cached->subjectKeyId);
     return 0;
   });
 }

@@ -7,6 +7,7 @@
 
 #include "core/frames.h"
 #include "core/scratch.h"
+#include "core/shapes.h"
 
 namespace ketra {
 namespace {
@@ -52,7 +53,7 @@ int32_t setPdu(const Operation &op, bool ber, X509GenNameObject object, const As
     const int32_t copied = AsnMUtilCopyEncodedDataDER(object->pool, &copy, encoding, op.err());
     if (op.failed(copied, "Call AsnMUtilCopyEncodedDataDER")) return -1;
   }
-  object->pdu = {copy.octets, copy.length};
+  object->pdu = byMember(copy);
   const int32_t result = x509GenNameObjectDecode(ber, object, op.err());
   if (op.failed(result, "Call x509GenNameObjectDecode")) {
     abandonName(object);
@@ -73,7 +74,7 @@ int32_t getPdu(const Operation &op, bool ber, X509GenNameObject object, AsnEncod
     if (op.failed(result, "Call x509GenNameObjectEncode")) return result;
     object->pduState = ber ? kBerPdu : kDerPdu;
   }
-  *encoding = object->pdu;
+  *encoding = byMember(object->pdu);
   return 0;
 }
 
@@ -92,15 +93,15 @@ int32_t x509GenNameObjectEncode(bool ber, X509GenNameObject object, AsnErrorBloc
     return abandon(work, value, -1);
   }
   if (closeAndDestroy(op, work, value) != 0) return -1;
-  object->pdu = encoding;
+  object->pdu = byMember(encoding);
   return 0;
 }
 
 int32_t x509GenNameObjectDecode(bool ber, X509GenNameObject object, AsnErrorBlock *err) {
   const Operation op(__func__, err);
-  const AsnEncodedData encoding{object->pdu.octets, object->pdu.length};
+  const AsnEncodedData encoding = byMember(object->pdu);
   if (const int32_t result = releaseName(op, object); result != 0) return result;
-  object->pdu = {encoding.octets, encoding.length};
+  object->pdu = byMember(encoding);
   AsnObject work = nullptr;
   AsnValue value = nullptr;
   if (openEncoded(op, schema::Entry::GeneralName, encoding, &work, &value) != 0) return -1;

@@ -20,7 +20,7 @@ bool isObjidContent(const uint8_t *content, uint32_t length);  // X.690 8.19
 bool isTimeContent(const uint8_t *content, uint32_t length);   // X.680 46
 
 // Whether primitive content follows the rules of its type; what is well formed but does not fit the interface does.
-inline bool isContentOf(const AsnType *type, const uint8_t *content, uint32_t length) {
+[[gnu::always_inline]] inline bool isContentOf(const AsnType *type, const uint8_t *content, uint32_t length) {
   switch (kindOf(type)) {
     case Kind::Boolean: return length == 1;
     case Kind::Integer:

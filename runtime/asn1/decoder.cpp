@@ -410,19 +410,32 @@ void Decoder::describe(Text &message) const {
   message << ")";
 }
 
+// What a value with this primitive identifier octet is read as, where that is told by its tag: a scalar then.
+inline const AsnType *scalarOf(const AsnType *type, uint8_t identifier) {
+  if (tagOf(type) == 0 && kindOf(type) == Kind::Choice) {
+    const AsnType *const definition = definitionOf(type);
+    const AsnType *const last = definition + definition->count;
+    for (type = definition + 1; tagOf(type) != identifier; ++type) {
+      if (type == last) return nullptr;
+    }
+    return type;
+  }
+  return tagOf(type) == identifier ? type : nullptr;
+}
+
 // Most values are one primitive encoding, of a scalar or of an alternative that is one: those need no frames. False
 // when the value is another, or not right, which has to be told with all that the decoder knows.
 [[gnu::always_inline]] inline bool decodeScalar(Arena &arena, OpenValue *root) {
   const auto [octets, length] = root->bound;
-  if (length < 2 || (octets[0] & 0x20) != 0 || (octets[0] & 0x1F) == 0x1F || octets[1] >= 0x80) return false;
-  if (octets[1] != length - 2) return false;
-  const AsnType *type = match(root->record, octets[0]);
-  if (type == nullptr || isExplicit(type) || kindOf(type) == Kind::Open || hasChildren(kindOf(type))) return false;
-  if (!isContentOf(type, octets + 2, length - 2)) return false;
+  if (length < 2 || octets[1] != length - 2 || octets[1] >= 0x80) return false;
+  if (octets[0] == 0 || (octets[0] & 0x20) != 0 || (octets[0] & 0x1F) == 0x1F) return false;
+  const AsnType *const type = scalarOf(root->record, octets[0]);
+  if (type == nullptr || !isContentOf(type, octets + 2, length - 2)) return false;
   Node *node = root;
   if (type != root->record) {
-    node = newNode(arena, type);
+    node = arena.make<Node>();
     if (node == nullptr) return false;
+    node->record = type;
     root->encoding = octets;
     root->encodingLength = length;
     root->chosen = node;

@@ -258,8 +258,8 @@ Found present(const Found &found) {
 Found findElement(Call call, Node *base, const char *path) {
   if (isUsable(base)) [[likely]] {
     uint32_t number = 0;
-    const bool isWhole = path == nullptr || *path == '\0' || (path[0] == '/' && path[1] == '\0');
-    const Found found = isWhole ? Found{base, base->record} : takeOneStep(base, path, &number);
+    const char *const at = begin(path);
+    const Found found = *at == '\0' ? Found{base, base->record} : takeOneStep(base, at, &number);
     if (found) [[likely]]
       return present(found);
   }
@@ -270,9 +270,9 @@ Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, 
   uint32_t number = 0;
   if (isUsable(base) && base->encoding == nullptr) [[likely]] {
     Node *parent = base;
-    Found found;
-    if (path != nullptr) found = takeOneStep(base, path, &number);
-    if (!found) found = takeKnownSteps(parent, begin(path), &number);
+    const char *const at = begin(path);
+    Found found = *at == '\0' ? Found{base, base->record} : takeOneStep(base, at, &number);
+    if (!found) found = takeKnownSteps(parent, at, &number);
     const bool isNext = !isList(kindOf(parent->record)) || number - 1 == parent->length;
     if (found && (found.element != nullptr || isNext) && (fits == nullptr || fits(found.type))) [[likely]] {
       Node *node = found.element != nullptr ? found.element : makeChild(arena, parent, found.type);

@@ -244,43 +244,57 @@ bool freeLarge(AsnMemObject pool, const void *memory) {
   return true;
 }
 
-// The header of a live block in one of the chunks, or null. Reads only memory that the pool holds, poisoned or not: for
-// a stray pointer what lies before it may be anything.
-KETRA_READS_POISONED Header *liveHeader(AsnMemObject pool, const void *memory) {
+// The header of a live block in the chunk up to `used`, or null. Reads only memory that the pool holds, poisoned or not:
+// for a stray pointer what lies before it may be anything.
+KETRA_READS_POISONED inline Header *headerIn(AsnMemObject pool, Chunk *chunk, const std::byte *used,
+                                             const void *memory) {
   const auto *at = static_cast<const std::byte *>(memory);
-  for (Chunk *chunk = pool->chunks; chunk != nullptr; chunk = chunk->next) {
-    const std::byte *used = chunk == pool->chunks ? pool->next : chunk->end;
-    if (at < chunk->begin() + sizeof(Header) || at >= used) continue;
-    if ((at - chunk->begin()) % static_cast<std::ptrdiff_t>(kAlignment) != 0) return nullptr;
-    auto *header = reinterpret_cast<Header *>(const_cast<std::byte *>(at)) - 1;
-    return header->mark == liveMark(pool, memory) ? header : nullptr;
-  }
-  return nullptr;
+  if (at < chunk->begin() + sizeof(Header) || at >= used) return nullptr;
+  if (reinterpret_cast<uintptr_t>(at) % kAlignment != 0) return nullptr;
+  auto *header = reinterpret_cast<Header *>(const_cast<std::byte *>(at)) - 1;
+  return header->mark == liveMark(pool, memory) ? header : nullptr;
 }
 
-void freeSmall(AsnMemObject pool, Header *header, std::byte *memory) {
+// False without memory.
+[[gnu::noinline]] bool makeFreeLists(AsnMemObject pool) {
+  // Not charged to a limit, which would keep a full pool from taking anything back.
+  pool->freeLists = static_cast<FreeLists *>(std::calloc(1, sizeof(FreeLists)));
+  return pool->freeLists != nullptr;
+}
+
+inline void freeSmall(AsnMemObject pool, Header *header) {
   unpoison(header, sizeof *header);
-  const std::size_t sizeClass = classOf(header->size);
-  const std::size_t size = roomFor(header->size);
+  auto *const memory = reinterpret_cast<std::byte *>(header + 1);
+  const std::size_t size = header->size;
+  const bool isFine = size - 1 < 8 * kFineClasses;
+  const std::size_t sizeClass = isFine ? (size - 1) / 8 : classOf(size);
+  const std::size_t room = isFine ? 8 * (sizeClass + 1) : roomFor(size);
   --pool->liveBlocks;
-  pool->liveOctets -= header->size;
+  pool->liveOctets -= size;
   header->mark = 0;
-  poison(header, sizeof *header + size);
-  if (memory + size == pool->next) {  // the newest block: take it back whole
+  poison(header, sizeof *header + room);
+  if (memory + room == pool->next) {  // the newest block: take it back whole
     pool->next = reinterpret_cast<std::byte *>(header);
     return;
   }
-  if (pool->freeLists == nullptr) {
-    // Not charged to a limit, which would keep a full pool from taking anything back. Without memory for the lists, the
-    // block waits for the pool's end.
-    pool->freeLists = static_cast<FreeLists *>(std::calloc(1, sizeof(FreeLists)));
-    if (pool->freeLists == nullptr) return;
-  }
+  if (pool->freeLists == nullptr && !makeFreeLists(pool)) return;  // the block waits for the pool's end
   auto *block = reinterpret_cast<FreeBlock *>(memory);
   unpoison(block, sizeof *block);
   block->next = pool->freeLists->heads[sizeClass];
   pool->freeLists->heads[sizeClass] = block;
   poison(block, sizeof *block);
+}
+
+// Frees a block that is not in the newest chunk.
+[[gnu::noinline]] int32_t freeOther(AsnMemObject pool, const void *memory, Call call) {
+  for (Chunk *chunk = pool->chunks->next; chunk != nullptr; chunk = chunk->next) {
+    if (Header *header = headerIn(pool, chunk, chunk->end, memory)) {
+      freeSmall(pool, header);
+      return 0;
+    }
+  }
+  if (freeLarge(pool, memory)) return 0;
+  return call.fail(AsnMemError_NotOwned, "the pointer is no live allocation of this pool");
 }
 
 }  // namespace
@@ -333,12 +347,11 @@ int32_t AsnMemObjectFree(AsnMemObject pool, const void *memory, AsnErrorBlock *e
   const Call call{__func__, err};
   if (pool == nullptr) return call.fail(AsnMemError_NullParameter, "no pool");
   if (memory == nullptr) return 0;
-  if (Header *header = liveHeader(pool, memory)) {
-    freeSmall(pool, header, static_cast<std::byte *>(const_cast<void *>(memory)));
+  if (Header *header = headerIn(pool, pool->chunks, pool->next, memory)) [[likely]] {
+    freeSmall(pool, header);
     return 0;
   }
-  if (freeLarge(pool, memory)) return 0;
-  return call.fail(AsnMemError_NotOwned, "the pointer is no live allocation of this pool");
+  return freeOther(pool, memory, call);
 }
 
 int32_t AsnMemObjectDestroy(AsnMemObject pool, AsnErrorBlock *err) {
