@@ -4,9 +4,27 @@
 #include <cstring>
 
 #include "runtime/asn1/content.h"
+#include "runtime/asn1/pool.h"
 
 namespace ketra::asn1 {
 namespace {
+
+// What a scalar takes whose content was set, and so is in DER form, and is short, and an open value whose encoding is
+// taken as it is; 0 for everything else.
+inline uint64_t plainSize(const Node *node, Rules rules) {
+  if (!node->isSet || node->encoding != nullptr || isExplicit(node->record)) return 0;
+  if (kindOf(node->record) == Kind::Open) return rules == Rules::Ber || node->derLength ? node->length : 0;
+  return node->length < 0x80 ? 2 + node->length : 0;
+}
+
+inline uint8_t *writePlain(const Node *node, uint8_t *to) {
+  if (kindOf(node->record) != Kind::Open) {
+    *to++ = tagOf(node->record);
+    *to++ = static_cast<uint8_t>(node->length);
+  }
+  if (node->length > 0) std::memcpy(to, node->content, node->length);
+  return to + node->length;
+}
 
 // Octets that grow towards lower addresses: contents come before the lengths that count them.
 class BackwardBuffer {
@@ -57,6 +75,7 @@ class Encoder {
   };
 
   bool begin(const Node *node);
+  bool writePlainChildren(Frame &frame);
   bool findChild(Frame &frame, const Node **child);
   bool finish(const Frame &frame);
   bool writeScalar(const Node *node);
@@ -86,6 +105,7 @@ bool Encoder::run(const Node *root) {
     if (depth_ == 0) break;
     Frame &frame = frames_[depth_ - 1];
     node = nullptr;
+    if (!writePlainChildren(frame)) return false;
     if (frame.next > 0) {
       if (!findChild(frame, &node)) return false;
     } else {
@@ -106,6 +126,22 @@ inline bool Encoder::begin(const Node *node) {
     return false;
   }
   frames_[depth_++] = {node, childPlaces(node), buffer_.size()};
+  return true;
+}
+
+// Children that are absent or plain, up to one that is neither.
+inline bool Encoder::writePlainChildren(Frame &frame) {
+  const AsnType *const definition = definitionOf(frame.node->record);
+  if (kindOf(definition) == Kind::Choice) return true;
+  for (; frame.next > 0; --frame.next) {
+    const Node *const child = frame.node->children[frame.next - 1];
+    if (child == nullptr && isOptional(definition + frame.next)) continue;
+    const uint64_t size = child == nullptr ? 0 : plainSize(child, rules_);
+    if (size == 0) return true;
+    uint8_t *const to = buffer_.prepend(size);
+    if (to == nullptr) return failMemory();
+    writePlain(child, to);
+  }
   return true;
 }
 
@@ -280,11 +316,80 @@ inline bool Encoder::put(const uint8_t *octets, uint32_t count) {
   return true;
 }
 
+// Values without nested parts, which most are: those are measured, and then written to where they stay.
+struct Flat {
+  const Node *node;  // plain, or a SEQUENCE or list of what is
+  uint32_t size;
+  uint32_t content;  // of it, behind tag and length; not used for what is plain
+};
+
+bool measureParts(const Node *node, Rules rules, uint64_t *content) {
+  const AsnType *const definition = definitionOf(node->record);
+  const uint32_t count = childPlaces(node);
+  *content = 0;
+  for (uint32_t i = 0; i < count; ++i) {
+    const Node *const child = node->children[i];
+    if (child == nullptr && isOptional(definition + 1 + i)) continue;
+    const uint64_t size = child == nullptr ? 0 : plainSize(child, rules);
+    if (size == 0) return false;
+    *content += size;
+  }
+  return *content <= UINT32_MAX - 6;
+}
+
+// False for what is nested, incomplete, to be sorted, or explicitly tagged.
+bool measure(const Node *node, Rules rules, Flat *flat) {
+  if (kindOf(node->record) == Kind::Choice && !isExplicit(node->record)) node = node->chosen;
+  if (node == nullptr) return false;
+  *flat = {node, static_cast<uint32_t>(plainSize(node, rules)), 0};
+  if (flat->size > 0) return true;
+  const Kind kind = kindOf(node->record);
+  const bool isTaken = kind == Kind::Sequence || kind == Kind::SequenceOf || (kind == Kind::SetOf && rules == Rules::Ber);
+  uint64_t content = 0;
+  if (!isTaken || isExplicit(node->record) || !measureParts(node, rules, &content)) return false;
+  uint8_t length[5];
+  flat->content = static_cast<uint32_t>(content);
+  flat->size = 1 + writeLength(length + sizeof length, flat->content) + flat->content;
+  return true;
+}
+
+void write(const Flat &flat, uint8_t *to) {
+  if (!hasChildren(kindOf(flat.node->record))) {
+    writePlain(flat.node, to);
+    return;
+  }
+  *to = tagOf(flat.node->record);
+  to += flat.size - flat.content;
+  writeLength(to, flat.content);
+  const uint32_t count = childPlaces(flat.node);
+  for (uint32_t i = 0; i < count; ++i) {
+    if (const Node *const child = flat.node->children[i]; child != nullptr) to = writePlain(child, to);
+  }
+}
+
 }  // namespace
 
 AsnOct encode(const Call &call, Arena &arena, const Node *node, Rules rules) {
   Encoder encoder(call, arena, rules);
   return encoder.run(node) ? encoder.encoding() : AsnOct{};
+}
+
+int32_t encode(const Call &call, AsnMemObject pool, Arena &arena, const Node *node, Rules rules,
+               AsnEncodedData *encoding) {
+  Flat flat;
+  uint8_t *octets = nullptr;
+  if (measure(node, rules, &flat)) {
+    octets = static_cast<uint8_t *>(allocate(pool, flat.size, call.err));
+    if (octets != nullptr) write(flat, octets);
+  } else {
+    const AsnOct made = encode(call, arena, node, rules);
+    if (made.octets == nullptr) return -1;
+    octets = static_cast<uint8_t *>(duplicate(pool, made.octets, made.length, call.err));
+    flat.size = made.length;
+  }
+  if (octets == nullptr) return -1;
+  *encoding = {octets, flat.size};
+  return 0;
 }
 
 }  // namespace ketra::asn1

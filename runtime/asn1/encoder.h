@@ -10,4 +10,8 @@ enum class Rules : uint8_t { Der, Ber };
 // octets after a failure.
 AsnOct encode(const Call &call, Arena &arena, const Node *node, Rules rules);
 
+// The same into a block of the pool.
+int32_t encode(const Call &call, AsnMemObject pool, Arena &arena, const Node *node, Rules rules,
+               AsnEncodedData *encoding);
+
 }  // namespace ketra::asn1

@@ -16,39 +16,12 @@ bool isGiven(Call call, AsnMemObject pool, AsnObject object, const void *out) {
   return false;
 }
 
-// A scalar that was set has its content in DER form: when that is short, only two octets are missing.
-bool isPlainScalar(const Node *element) {
-  const Kind kind = kindOf(element->record);
-  return element->encoding == nullptr && element->isSet && element->length < 0x80 && !hasChildren(kind) &&
-         kind != Kind::Open && !isExplicit(element->record);
-}
-
-uint8_t *encodePlainScalar(AsnMemObject pool, const Node *element, AsnErrorBlock *err) {
-  auto *octets = static_cast<uint8_t *>(allocate(pool, 2 + element->length, err));
-  if (octets == nullptr) return nullptr;
-  octets[0] = tagOf(element->record);
-  octets[1] = static_cast<uint8_t>(element->length);
-  if (element->length > 0) std::memcpy(octets + 2, element->content, element->length);
-  return octets;
-}
-
 int32_t encodeInto(Call call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                    AsnEncodedData *encoding, Rules rules) {
   if (!isGiven(call, pool, object, encoding)) return -1;
   const Found found = findScalar(call, value, path, Need::Mandatory, [](const AsnType *) { return true; });
   if (!found) return -1;
-  if (isPlainScalar(found.element)) {
-    uint8_t *octets = encodePlainScalar(pool, found.element, call.err);
-    if (octets == nullptr) return -1;
-    *encoding = {octets, 2 + found.element->length};
-    return 0;
-  }
-  const AsnOct made = encode(call, object->arena, found.element, rules);
-  if (made.octets == nullptr) return -1;
-  void *copy = duplicate(pool, made.octets, made.length, call.err);
-  if (copy == nullptr) return -1;
-  *encoding = {static_cast<uint8_t *>(copy), made.length};
-  return 0;
+  return encode(call, pool, object->arena, found.element, rules, encoding);
 }
 
 int32_t getObjid(Call call, AsnMemObject pool, AsnObject object, AsnValue value, const char *path, Objid *objid,

@@ -127,10 +127,14 @@ uint32_t groupsOf(uint64_t number) {
   return groups;
 }
 
-uint8_t *writeNumber(uint64_t number, uint8_t *out) {
-  for (uint32_t group = groupsOf(number); group-- > 0;) {
-    *out++ = static_cast<uint8_t>((number >> 7 * group & 0x7F) | (group > 0 ? 0x80 : 0));
+// Most numbers need one octet.
+inline uint8_t *writeNumber(uint64_t number, uint8_t *out) {
+  if (number >= 0x80) {
+    for (uint32_t group = groupsOf(number) - 1; group > 0; --group) {
+      *out++ = static_cast<uint8_t>((number >> 7 * group & 0x7F) | 0x80);
+    }
   }
+  *out++ = static_cast<uint8_t>(number & 0x7F);
   return out;
 }
 
@@ -138,7 +142,7 @@ uint8_t *writeNumber(uint64_t number, uint8_t *out) {
 
 uint64_t measureArcs(const Objid &objid) {
   uint64_t length = groupsOf(firstNumber(objid));
-  for (uint32_t i = 2; i < objid.count; ++i) length += groupsOf(objid.arcs[i]);
+  for (uint32_t i = 2; i < objid.count; ++i) length += objid.arcs[i] < 0x80 ? 1 : groupsOf(objid.arcs[i]);
   return length;
 }
 

@@ -50,8 +50,9 @@ inline const char *readNumber(const char *path, uint32_t *number) {
 
 // Where the name ends at the start of the path, null when the path's first step is another.
 inline const char *matchName(const char *path, const char *name) {
-  for (; *name != '\0' && *path == *name; ++name) ++path;
-  return *name == '\0' && isEnd(*path) ? path : nullptr;
+  if (*path != *name) return nullptr;
+  const std::size_t length = std::strlen(name);
+  return std::strncmp(path, name, length) == 0 && isEnd(path[length]) ? path + length : nullptr;
 }
 
 // Moves `place` one step along the path: by type, and along the elements as far as they are there. `number` is that of
@@ -92,7 +93,11 @@ inline const char *matchName(const char *path, const char *name) {
       return {};
     case Kind::Choice: {
       Node *const chosen = base->chosen;
-      return chosen != nullptr && chosen->record->name == path ? Found{chosen, chosen->record} : Found{};
+      if (chosen != nullptr && chosen->record->name == path) return {chosen, chosen->record};
+      for (uint32_t i = 1; i <= definition->count; ++i) {
+        if (definition[i].name == path) return {nullptr, definition + i};
+      }
+      return {};
     }
     case Kind::SequenceOf:
     case Kind::SetOf: {
@@ -128,14 +133,13 @@ inline const char *matchName(const char *path, const char *name) {
       const bool isThere = kind == Kind::Choice && from->chosen != nullptr;
       for (uint32_t i = 0; !place && i < definition->count; ++i) {
         const AsnType *const type = definition + 1 + i;
-        if (*path != *type->name) continue;
+        const char *const end = matchName(path, type->name);
+        if (end == nullptr) continue;
         Node *const child = kind == Kind::Sequence                    ? from->children[i]
                             : isThere && from->chosen->record == type ? from->chosen
                                                                       : nullptr;
-        const std::size_t length = std::strlen(type->name);
-        if (std::strncmp(path, type->name, length) != 0 || !isEnd(path[length])) continue;
         place = {child, type};
-        path += length;
+        path = end;
       }
     }
     if (!place || *path == '\0') return place;
