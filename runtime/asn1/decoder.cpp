@@ -45,7 +45,8 @@ class Decoder {
  public:
   Decoder(Arena &arena, OpenValue *root)
       : arena_(arena), root_(root), begin_(root->bound.octets), pos_(begin_), end_(begin_ + root->bound.length) {
-    frames_[0].role = Role::Wrapper;
+    frames_[0].definition = nullptr;
+    frames_[0].indefinite = false;
     frames_[0].end = end_;
   }
 
@@ -60,7 +61,8 @@ class Decoder {
     Role role;
     bool indefinite;
     Node *node;
-    const AsnType *current;  // the record of the child that is being read; Wrapper: of the EXPLICIT tag
+    const AsnType *definition;  // Components, Members: the records of those follow it; else null
+    const AsnType *current;     // the record of the child that is being read; Wrapper: of the EXPLICIT tag
     const uint8_t *end;      // of the content, or of what surrounds it when the length is indefinite
     uint32_t next;           // Components: index of the next one that may come. Wrapper: values read
   };
@@ -73,10 +75,13 @@ class Decoder {
     Header header;
   };
 
+  enum class Progress : uint8_t { Read, Entered, Stuck };
+
   bool readPlain();
-  void readPlainMembers(Frame &frame);
-  void readPlainComponents(Frame &frame);
-  bool readPlainValue(Node **place, const AsnType *type);
+  Progress readPlainMembers(Frame &frame);
+  Progress readPlainComponents(Frame &frame);
+  Progress readPlainValue(const AsnType *type, const uint8_t *end, Node **place);
+  bool enterPlain(const AsnType *type, const uint8_t *p, Node **place);
   bool readValue(Next &next);
   bool readScalar(const Next &next);
   bool readSegments(Node *node, Kind kind, Header header, const uint8_t **end);
@@ -111,7 +116,7 @@ bool Decoder::run() {
     if (!readValue(next)) return false;
     if (!readPlain()) return false;
     while (isOpen() && atEnd(*top_)) {
-      if (!leave(*top_)) return false;
+      if (!leave(*top_) || !readPlain()) return false;
     }
     if (!isOpen()) break;
     if (!findNext(next)) return false;
@@ -122,23 +127,18 @@ bool Decoder::run() {
 }
 
 // Nearly all that is open are components and members, and nearly all of those have a short definite length and the very
-// tag of their type. Such are read here; whatever is another, or not right, is left to the steps below as it was found. False
-// without memory.
+// tag of their type. Such are read here; whatever is another, or not right, is left to the steps below as it was found.
+// False without memory.
 inline bool Decoder::readPlain() {
   for (;;) {
     Frame &frame = *top_;
-    if (frame.indefinite || (frame.role != Role::Components && frame.role != Role::Members)) return true;
-    if (frame.role == Role::Members) {
-      readPlainMembers(frame);
-    } else {
-      readPlainComponents(frame);
-    }
-    if (&frame != top_) continue;  // one was entered
+    if (frame.indefinite || frame.definition == nullptr) return true;
+    const Progress progress = frame.role == Role::Members ? readPlainMembers(frame) : readPlainComponents(frame);
+    if (progress == Progress::Entered) continue;
     if (pos_ != frame.end) return fault_.code == 0;
     if (frame.role == Role::Components) {
-      const AsnType *const definition = definitionOf(frame.node->record);
-      for (; frame.next < definition->count; ++frame.next) {
-        if (!isOptional(definition + 1 + frame.next)) return true;
+      for (; frame.next < frame.definition->count; ++frame.next) {
+        if (!isOptional(frame.definition + 1 + frame.next)) return true;
       }
     }
     frame.node->encodingLength = static_cast<uint32_t>(pos_ - frame.node->encoding);
@@ -146,71 +146,78 @@ inline bool Decoder::readPlain() {
   }
 }
 
-inline void Decoder::readPlainMembers(Frame &frame) {
+inline Decoder::Progress Decoder::readPlainMembers(Frame &frame) {
   Node *const list = frame.node;
-  const AsnType *const type = frame.current = definitionOf(list->record) + 1;
-  while (pos_ != frame.end && top_ == &frame) {
+  const AsnType *const type = frame.current = frame.definition + 1;
+  Progress progress = Progress::Read;
+  while (progress == Progress::Read && pos_ != frame.end) {
     if (list->length == list->capacity && !growList(arena_, list)) {
       failMemory();
-      return;
+      return Progress::Stuck;
     }
-    if (!readPlainValue(&list->children[list->length], type)) return;
-    ++list->length;
+    progress = readPlainValue(type, frame.end, &list->children[list->length]);
+    if (progress != Progress::Stuck) ++list->length;
   }
+  return progress;
 }
 
-inline void Decoder::readPlainComponents(Frame &frame) {
-  Node **const children = frame.node->children;
-  const AsnType *const definition = definitionOf(frame.node->record);
-  while (pos_ != frame.end && top_ == &frame) {
-    uint32_t next = frame.next;
+inline Decoder::Progress Decoder::readPlainComponents(Frame &frame) {
+  const AsnType *const definition = frame.definition;
+  Progress progress = Progress::Read;
+  while (progress == Progress::Read && pos_ != frame.end) {
+    const uint8_t identifier = *pos_;
     const AsnType *type = nullptr;
-    for (;; ++next) {
-      if (next == definition->count) return;
-      type = definition + 1 + next;
-      if (tagOf(type) == *pos_) break;
-      if (tagOf(type) == 0 || hasTag(type, *pos_) || !isOptional(type)) return;
-    }
-    const AsnType *const before = frame.current;
+    uint32_t next = frame.next;
+    do {
+      if (next == definition->count) return Progress::Stuck;
+      type = definition + ++next;
+    } while (tagOf(type) != identifier && tagOf(type) != 0 && isOptional(type) && !hasTag(type, identifier));
+    progress = readPlainValue(type, frame.end, &frame.node->children[next - 1]);
+    if (progress == Progress::Stuck) return progress;
     frame.current = type;
-    if (!readPlainValue(&children[next], type)) {
-      frame.current = before;
-      return;
-    }
-    frame.next = next + 1;
+    frame.next = next;
   }
+  return progress;
 }
 
-// Reads the value at pos_, or enters it. False when it is no plain one.
-inline bool Decoder::readPlainValue(Node **place, const AsnType *type) {
+// Reads or enters the value at pos_. Stuck when it is no plain one of the type, or without memory.
+[[gnu::always_inline]] inline Decoder::Progress Decoder::readPlainValue(const AsnType *type, const uint8_t *end,
+                                                                        Node **place) {
   const uint8_t *const p = pos_;
-  const std::ptrdiff_t rest = top_->end - p;
-  if (rest < 2 || p[1] >= 0x80 || p[1] > rest - 2 || isExplicit(type)) return false;
+  if (end - p < 2 || p[1] >= 0x80 || p[1] > end - p - 2 || isExplicit(type)) return Progress::Stuck;
   const uint32_t length = p[1];
   const Kind kind = kindOf(type);
   if (kind == Kind::Open) {
-    if ((p[0] & 0x1F) == 0x1F || (p[0] & ~0x20) == 0) return false;
-  } else if (p[0] != tagOf(type) || kind == Kind::Choice || (!hasChildren(kind) && !isContentOf(type, p + 2, length))) {
-    return false;
+    if ((p[0] & 0x1F) == 0x1F || (p[0] & ~0x20) == 0) return Progress::Stuck;
+  } else if (p[0] != tagOf(type)) {
+    return Progress::Stuck;
+  } else if (hasChildren(kind)) {
+    return enterPlain(type, p, place) ? Progress::Entered : Progress::Stuck;
+  } else if (!isContentOf(type, p + 2, length)) {
+    return Progress::Stuck;
   }
-  if (hasChildren(kind) && top_ == frames_ + ASN_MAX_NESTING) return false;
+  auto *const node = static_cast<Node *>(arena_.allocate(sizeof(Node)));
+  if (node == nullptr) {
+    failMemory();
+    return Progress::Stuck;
+  }
+  const bool isScalar = kind != Kind::Open;
+  const uint32_t headerLength = isScalar ? 2 : 0;
+  *place = new (node)
+      Node{type, {p + headerLength}, p, 2 + length, 2 + length - headerLength, 0, true, State::Element, true, isScalar};
+  pos_ = p + 2 + length;
+  return Progress::Read;
+}
+
+// Enters a SEQUENCE or list with a header of two octets.
+inline bool Decoder::enterPlain(const AsnType *type, const uint8_t *p, Node **place) {
+  if (kindOf(type) == Kind::Choice || top_ == frames_ + ASN_MAX_NESTING) return false;
   Node *const node = newNode(arena_, type);
   if (node == nullptr) return failMemory();
   *place = node;
   node->encoding = p;
-  if (hasChildren(kind)) {
-    const Role role = kind == Kind::Sequence ? Role::Components : Role::Members;
-    pos_ = p + 2;
-    return push(role, node, nullptr, pos_ + length, false);
-  }
-  node->encodingLength = 2 + length;
-  const bool isScalar = kind != Kind::Open;
-  node->content = isScalar ? p + 2 : p;
-  node->length = isScalar ? length : 2 + length;
-  node->isSet = node->inPlace = true;
-  node->derLength = isScalar;
-  pos_ = p + 2 + length;
-  return true;
+  pos_ = p + 2;
+  return push(isList(kindOf(type)) ? Role::Members : Role::Components, node, nullptr, pos_ + p[1], false);
 }
 
 // A scalar is read, a constructed value entered.
@@ -292,6 +299,7 @@ inline bool Decoder::push(Role role, Node *node, const AsnType *current, const u
   }
   Frame &frame = *++top_;
   frame.node = node;
+  frame.definition = role == Role::Components || role == Role::Members ? definitionOf(node->record) : nullptr;
   frame.current = current;
   frame.end = end;
   frame.next = 0;
@@ -308,7 +316,7 @@ bool Decoder::atEnd(const Frame &frame) const {
 bool Decoder::leave(Frame &frame) {
   if (frame.role == Role::Components) {
     frame.current = nullptr;
-    const AsnType *definition = definitionOf(frame.node->record);
+    const AsnType *definition = frame.definition;
     for (uint32_t i = frame.next; i < definition->count; ++i) {
       if (isOptional(definition + 1 + i)) continue;
       fault_.set(AsnError_Component, pos_) << "component " << nameOf(definition + 1 + i) << " is missing";
@@ -346,7 +354,7 @@ inline bool Decoder::findNext(Next &next) {
       next.node = frame.node->children[frame.next - 1] = newNode(arena_, next.type);
       break;
     case Role::Members:
-      next.type = frame.current = definitionOf(frame.node->record) + 1;
+      next.type = frame.current = frame.definition + 1;
       next.node = appendMember(arena_, frame.node);
       break;
     default:
@@ -363,7 +371,7 @@ inline bool Decoder::findNext(Next &next) {
 }
 
 bool Decoder::nextComponent(Frame &frame, uint8_t identifier) {
-  const AsnType *definition = definitionOf(frame.node->record);
+  const AsnType *definition = frame.definition;
   for (; frame.next < definition->count; ++frame.next) {
     frame.current = definition + 1 + frame.next;
     if (match(frame.current, identifier) != nullptr) {
@@ -428,7 +436,7 @@ inline const AsnType *scalarOf(const AsnType *type, uint8_t identifier) {
 [[gnu::always_inline]] inline bool decodeScalar(Arena &arena, OpenValue *root) {
   const auto [octets, length] = root->bound;
   if (length < 2 || octets[1] != length - 2 || octets[1] >= 0x80) return false;
-  if (octets[0] == 0 || (octets[0] & 0x20) != 0 || (octets[0] & 0x1F) == 0x1F) return false;
+  if (octets[0] == 0 || (octets[0] & 0x20) != 0) return false;
   const AsnType *const type = scalarOf(root->record, octets[0]);
   if (type == nullptr || !isContentOf(type, octets + 2, length - 2)) return false;
   Node *node = root;

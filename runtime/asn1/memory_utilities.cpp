@@ -177,8 +177,7 @@ int32_t AsnMUtilGetBitConstBER(AsnMemObject pool, AsnObject object, AsnValue val
   const uint32_t size = bits->bits / 8 + (bits->bits % 8 == 0 ? 0 : 1);
   auto *octets = static_cast<uint8_t *>(allocate(pool, size, err));
   if (octets == nullptr) return -1;
-  if (size > 0) std::memset(octets, 0, size);
-  std::memcpy(octets, element->content + 1, shared / 8);
+  for (uint32_t i = 0; i < size; ++i) octets[i] = i < shared / 8 ? element->content[1 + i] : 0;
   if (shared % 8 != 0) {
     octets[shared / 8] = static_cast<uint8_t>(element->content[1 + shared / 8] & (0xFF00u >> shared % 8));
   }

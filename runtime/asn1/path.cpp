@@ -81,35 +81,42 @@ inline const char *matchName(const char *path, const char *name) {
   return end;
 }
 
-// Most paths have one step at most, and that is a component's name, the very text that its record points to (equal ones
-// are stored once), or a member number. No type when the path is another; then the steps below tell.
-[[gnu::always_inline]] inline Found takeOneStep(Node *base, const char *path, uint32_t *number) {
-  const AsnType *const definition = definitionOf(base->record);
-  switch (kindOf(definition)) {
-    case Kind::Sequence:
-      for (uint32_t i = 0; i < definition->count; ++i) {
-        if (definition[1 + i].name == path) return {base->children[i], definition + 1 + i};
+// Most paths are member numbers, a component's name, or one behind the other; and most names are the very text that the
+// component's record points to (equal ones are stored once). Where the path goes on in another way, there is no type, and
+// the steps below go on from `from` and `path`.
+[[gnu::always_inline]] inline Found takeEasySteps(Node *&from, const char *&path, uint32_t *number) {
+  for (;;) {
+    const AsnType *const definition = definitionOf(from->record);
+    switch (kindOf(definition)) {
+      case Kind::Sequence:
+        for (uint32_t i = 0; i < definition->count; ++i) {
+          if (definition[1 + i].name == path) return {from->children[i], definition + 1 + i};
+        }
+        return {};
+      case Kind::Choice: {
+        Node *const chosen = from->chosen;
+        if (chosen != nullptr && chosen->record->name == path) return {chosen, chosen->record};
+        for (uint32_t i = 1; i <= definition->count; ++i) {
+          if (definition[i].name == path) return {nullptr, definition + i};
+        }
+        return {};
       }
-      return {};
-    case Kind::Choice: {
-      Node *const chosen = base->chosen;
-      if (chosen != nullptr && chosen->record->name == path) return {chosen, chosen->record};
-      for (uint32_t i = 1; i <= definition->count; ++i) {
-        if (definition[i].name == path) return {nullptr, definition + i};
-      }
-      return {};
+      case Kind::SequenceOf:
+      case Kind::SetOf: break;
+      default: return {};
     }
-    case Kind::SequenceOf:
-    case Kind::SetOf: {
-      constexpr uint32_t kMost = 100'000'000;  // one digit more has room as well
-      uint32_t digit = 0;
-      for (*number = 0; (digit = static_cast<uint32_t>(*path - '0')) <= 9 && *number < kMost; ++path) {
-        *number = *number * 10 + digit;
-      }
-      if (*path != '\0' || *number == 0) return {};
-      return {*number <= base->length ? base->children[*number - 1] : nullptr, definition + 1};
+    constexpr uint32_t kMost = 100'000'000;  // one digit more has room as well
+    const char *at = path;
+    uint32_t digit = 0;
+    for (*number = 0; (digit = static_cast<uint32_t>(*at - '0')) <= 9 && *number < kMost; ++at) {
+      *number = *number * 10 + digit;
     }
-    default: return {};
+    if (*number == 0) return {};
+    Node *const member = *number <= from->length ? from->children[*number - 1] : nullptr;
+    if (*at == '\0') return {member, definition + 1};
+    if (*at != '/' || member == nullptr) return {};
+    from = member;
+    path = at + 1;
   }
 }
 
@@ -206,12 +213,10 @@ Node *makeChild(Arena &arena, Node *parent, const AsnType *record) {
   return child;
 }
 
-[[gnu::noinline]] Found takeSteps(Call call, Node *base, const char *path) {
+[[gnu::noinline]] Found takeSteps(Call call, Node *base, const char *at) {
   if (!isUsable(call, base)) return {};
   Found place{base, base->record};
   uint32_t number = 0;
-  const char *at = begin(path);
-  if (*at == '\0') return place;
   for (;; ++at) {
     at = takeStep(call, at, &place, &number);
     if (at == nullptr) return {};
@@ -232,7 +237,7 @@ Found present(const Found &found) {
   if (isUsable(base)) [[likely]] {
     uint32_t number = 0;
     Node *parent = base;
-    found = takeKnownSteps(parent, begin(path), &number);
+    found = takeKnownSteps(parent, path, &number);
   }
   if (!found) found = takeSteps(call, base, path);
   return present(found);
@@ -260,22 +265,22 @@ Found present(const Found &found) {
 }  // namespace
 
 Found findElement(Call call, Node *base, const char *path) {
+  const char *at = begin(path);
   if (isUsable(base)) [[likely]] {
     uint32_t number = 0;
-    const char *const at = begin(path);
-    const Found found = *at == '\0' ? Found{base, base->record} : takeOneStep(base, at, &number);
+    const Found found = *at == '\0' ? Found{base, base->record} : takeEasySteps(base, at, &number);
     if (found) [[likely]]
       return present(found);
   }
-  return walkPath(call, base, path);
+  return walkPath(call, base, at);
 }
 
 Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *)) {
   uint32_t number = 0;
   if (isUsable(base) && base->encoding == nullptr) [[likely]] {
     Node *parent = base;
-    const char *const at = begin(path);
-    Found found = *at == '\0' ? Found{base, base->record} : takeOneStep(base, at, &number);
+    const char *at = begin(path);
+    Found found = *at == '\0' ? Found{base, base->record} : takeEasySteps(parent, at, &number);
     if (!found) found = takeKnownSteps(parent, at, &number);
     const bool isNext = !isList(kindOf(parent->record)) || number - 1 == parent->length;
     if (found && (found.element != nullptr || isNext) && (fits == nullptr || fits(found.type))) [[likely]] {

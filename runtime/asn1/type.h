@@ -24,7 +24,7 @@ inline const AsnType *definitionOf(const AsnType *type) {
 // Kinds that the records call "octets" but that have rules of their own.
 enum class Content : uint8_t { Other, String, IntegerString, Time };
 
-inline Content contentOf(const AsnType *type) {
+[[gnu::always_inline]] inline Content contentOf(const AsnType *type) {
   if (kindOf(type) != Kind::Octets) return Content::Other;
   while ((tagOf(type) & 0xC0) != 0 && type->link != 0) type += type->link;  // behind context tags: the universal one
   if (tagOf(type) == 0x02) return Content::IntegerString;
