@@ -262,6 +262,23 @@ Found present(const Found &found) {
   return node;
 }
 
+// Makes the last element where those before it are there, which is nearly always.
+[[gnu::noinline]] Node *makeKnown(const Call &call, Arena &arena, Node *base, const char *path,
+                                  bool (*fits)(const AsnType *)) {
+  uint32_t number = 0;
+  Node *parent = base;
+  const char *at = begin(path);
+  Found found = takeEasySteps(parent, at, &number);
+  if (!found) found = takeKnownSteps(parent, at, &number);
+  const bool isNext = !isList(kindOf(parent->record)) || number - 1 == parent->length;
+  if (!found || (found.element == nullptr && !isNext) || (fits != nullptr && !fits(found.type))) [[unlikely]] {
+    return makeSteps(call, arena, base, path, fits);
+  }
+  Node *node = found.element != nullptr ? found.element : makeChild(arena, parent, found.type);
+  if (node == nullptr) failMemory(call);
+  return node;
+}
+
 }  // namespace
 
 Found findElement(Call call, Node *base, const char *path) {
@@ -276,18 +293,10 @@ Found findElement(Call call, Node *base, const char *path) {
 }
 
 Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *)) {
-  uint32_t number = 0;
+  const char *const at = begin(path);
   if (isUsable(base) && base->encoding == nullptr) [[likely]] {
-    Node *parent = base;
-    const char *at = begin(path);
-    Found found = *at == '\0' ? Found{base, base->record} : takeEasySteps(parent, at, &number);
-    if (!found) found = takeKnownSteps(parent, at, &number);
-    const bool isNext = !isList(kindOf(parent->record)) || number - 1 == parent->length;
-    if (found && (found.element != nullptr || isNext) && (fits == nullptr || fits(found.type))) [[likely]] {
-      Node *node = found.element != nullptr ? found.element : makeChild(arena, parent, found.type);
-      if (node == nullptr) failMemory(call);
-      return node;
-    }
+    if (*at != '\0') return makeKnown(call, arena, base, path, fits);
+    if (fits == nullptr || fits(base->record)) return base;
   }
   return makeSteps(call, arena, base, path, fits);
 }
