@@ -32,9 +32,7 @@ void explainInteger(const uint8_t *content, uint32_t length, Fault &fault, const
 
 void explainContent(const AsnType *type, const uint8_t *content, uint32_t length, Fault &fault) {
   switch (kindOf(type)) {
-    case Kind::Boolean:
-      fault.set(AsnError_Boolean, content) << "BOOLEAN content is " << length << " octets";
-      return;
+    case Kind::Boolean: fault.set(AsnError_Boolean, content) << "BOOLEAN content is " << length << " octets"; return;
     case Kind::Enumerated: return explainInteger(content, length, fault, "ENUMERATED");
     case Kind::Objid: return explainObjid(content, length, fault);
     case Kind::BitString: return explainBitString(content, length, fault);

@@ -63,8 +63,8 @@ class Decoder {
     Node *node;
     const AsnType *definition;  // Components, Members: the records of those follow it; else null
     const AsnType *current;     // the record of the child that is being read; Wrapper: of the EXPLICIT tag
-    const uint8_t *end;      // of the content, or of what surrounds it when the length is indefinite
-    uint32_t next;           // Components: index of the next one that may come. Wrapper: values read
+    const uint8_t *end;         // of the content, or of what surrounds it when the length is indefinite
+    uint32_t next;              // Components: index of the next one that may come. Wrapper: values read
   };
 
   // A value whose header is at pos_: where it goes, its type, and what it is read as.
@@ -187,15 +187,11 @@ inline Decoder::Progress Decoder::readPlainComponents(Frame &frame) {
   if (end - p < 2 || p[1] >= 0x80 || p[1] > end - p - 2 || isExplicit(type)) return Progress::Stuck;
   const uint32_t length = p[1];
   const Kind kind = kindOf(type);
-  if (kind == Kind::Open) {
-    if ((p[0] & 0x1F) == 0x1F || (p[0] & ~0x20) == 0) return Progress::Stuck;
-  } else if (p[0] != tagOf(type)) {
-    return Progress::Stuck;
-  } else if (hasChildren(kind)) {
-    return enterPlain(type, p, place) ? Progress::Entered : Progress::Stuck;
-  } else if (!isContentOf(type, p + 2, length)) {
-    return Progress::Stuck;
-  }
+  // Any tag of one octet suits an open type, but that of end-of-contents.
+  const bool fits = kind == Kind::Open ? (p[0] & 0x1F) != 0x1F && (p[0] & ~0x20) != 0 : p[0] == tagOf(type);
+  if (!fits) return Progress::Stuck;
+  if (hasChildren(kind)) return enterPlain(type, p, place) ? Progress::Entered : Progress::Stuck;
+  if (!isContentOf(type, p + 2, length)) return Progress::Stuck;
   auto *const node = static_cast<Node *>(arena_.allocate(sizeof(Node)));
   if (node == nullptr) {
     failMemory();

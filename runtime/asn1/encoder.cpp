@@ -344,7 +344,8 @@ bool measure(const Node *node, Rules rules, Flat *flat) {
   *flat = {node, static_cast<uint32_t>(plainSize(node, rules)), 0};
   if (flat->size > 0) return true;
   const Kind kind = kindOf(node->record);
-  const bool isTaken = kind == Kind::Sequence || kind == Kind::SequenceOf || (kind == Kind::SetOf && rules == Rules::Ber);
+  const bool isTaken =
+      kind == Kind::Sequence || kind == Kind::SequenceOf || (kind == Kind::SetOf && rules == Rules::Ber);
   uint64_t content = 0;
   if (!isTaken || isExplicit(node->record) || !measureParts(node, rules, &content)) return false;
   uint8_t length[5];

@@ -19,7 +19,8 @@ uint64_t wordAt(const uint8_t *octets) {
   return word;
 }
 
-// Takes the octets by eights, a four and ones: what `take(word)` gives, zeros in front of fewer than eight, is added up.
+// Takes the octets by eights, a four and ones: what `take(word)` gives, zeros in front of fewer than eight, is added
+// up.
 template <class Take>
 inline uint32_t sumOfWords(const uint8_t *octets, uint32_t length, Take &&take) {
   uint32_t sum = 0;
@@ -36,9 +37,9 @@ inline uint32_t sumOfWords(const uint8_t *octets, uint32_t length, Take &&take) 
 // Whether an octet is 0x80; the only ones that can pad an arc are.
 inline bool hasPadding(const uint8_t *octets, uint32_t length) {
   return sumOfWords(octets, length, [](uint64_t word) {
-    word ^= kHighBits;
-    return ((word - kOnes) & ~word & kHighBits) != 0 ? 1u : 0u;
-  }) != 0;
+           word ^= kHighBits;
+           return ((word - kOnes) & ~word & kHighBits) != 0 ? 1u : 0u;
+         }) != 0;
 }
 
 // The first octet that pads an arc, or null.

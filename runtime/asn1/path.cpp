@@ -82,8 +82,8 @@ inline const char *matchName(const char *path, const char *name) {
 }
 
 // Most paths are member numbers, a component's name, or one behind the other; and most names are the very text that the
-// component's record points to (equal ones are stored once). Where the path goes on in another way, there is no type, and
-// the steps below go on from `from` and `path`.
+// component's record points to (equal ones are stored once). Where the path goes on in another way, there is no type,
+// and the steps below go on from `from` and `path`.
 [[gnu::always_inline]] inline Found takeEasySteps(Node *&from, const char *&path, uint32_t *number) {
   for (;;) {
     const AsnType *const definition = definitionOf(from->record);

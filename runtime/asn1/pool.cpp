@@ -90,7 +90,8 @@ struct alignas(kAlignment) AsnMemObjectRecord {
 namespace ketra::asn1 {
 namespace {
 
-// Differs from block to block and pool to pool, so that stale or foreign memory does not pass for a live block; never 0.
+// Differs from block to block and pool to pool, so that stale or foreign memory does not pass for a live block; never
+// 0.
 inline uint32_t liveMark(AsnMemObject pool, const void *memory) {
   return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(memory)) ^ pool->key;
 }
@@ -216,7 +217,8 @@ inline void *allocateSmall(AsnMemObject pool, uint32_t size, std::size_t sizeCla
     }
   }
   const std::size_t needed = sizeof(Header) + room;
-  if (static_cast<std::size_t>(pool->chunks->end - pool->next) < needed) return allocateInNewChunk(pool, size, room, call);
+  if (static_cast<std::size_t>(pool->chunks->end - pool->next) < needed)
+    return allocateInNewChunk(pool, size, room, call);
   std::byte *memory = pool->next + sizeof(Header);
   pool->next += needed;
   return start(pool, memory, size);
@@ -244,8 +246,8 @@ bool freeLarge(AsnMemObject pool, const void *memory) {
   return true;
 }
 
-// The header of a live block in the chunk up to `used`, or null. Reads only memory that the pool holds, poisoned or not:
-// for a stray pointer what lies before it may be anything.
+// The header of a live block in the chunk up to `used`, or null. Reads only memory that the pool holds, poisoned or
+// not: for a stray pointer what lies before it may be anything.
 KETRA_READS_POISONED inline Header *headerIn(AsnMemObject pool, Chunk *chunk, const std::byte *used,
                                              const void *memory) {
   const auto *at = static_cast<const std::byte *>(memory);
