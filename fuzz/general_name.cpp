@@ -35,7 +35,11 @@ X509GenNameParam parameterOf(const GeneralNameObject &name) {
   return parameter;
 }
 
-GeneralName nameOf(const GeneralNameObject &name) { return ketra::detail::nameIn(name.get()); }
+GeneralName nameOf(const GeneralNameObject &object) {
+  GeneralName name;
+  ketra::detail::copyName(object.get(), name);
+  return name;
+}
 
 // ---- As text --------------------------------------------------------------------------------------------------------
 

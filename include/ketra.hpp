@@ -88,13 +88,16 @@ class Extensions {
   /// end. A value beyond the limits is AsnError_TooLong and costs nothing.
   template <class T>
   std::optional<T> get(const ReadLimits &limits = {}) const {
-    const KetraExtension *const extension = search(ExtensionTraits<T>::objid());
-    if (extension == nullptr) return std::nullopt;
-    if (extension->value.length > limits.octets) {
-      detail::fail(AsnError_TooLong, "ketra::Extensions::get", "a value longer than the limit");
-    }
-    T value;
-    detail::run([&](AsnErrorBlock *err) { return ExtensionTraits<T>::get(handle(), value, err); });
+    std::optional<T> value;
+    detail::run([&](AsnErrorBlock *err) {
+      const KetraExtension *extension = nullptr;
+      const int32_t result = KetraObjectSearchExtpByObjid(handle(), &ExtensionTraits<T>::objid(), &extension, err);
+      if (result != 0 || extension == nullptr) return result;
+      if (extension->value.length > limits.octets) {
+        detail::fail(AsnError_TooLong, "ketra::Extensions::get", "a value longer than the limit");
+      }
+      return ExtensionTraits<T>::get(handle(), value.emplace(), err);
+    });
     return value;
   }
 

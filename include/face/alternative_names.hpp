@@ -15,6 +15,7 @@
 
 #include "face/asn1.hpp"
 #include "face/base.hpp"
+#include "face/encodings.hpp"
 #include "face/general_name.hpp"
 #include "face/general_names.hpp"
 
@@ -63,7 +64,7 @@ using TolerantCertificateIssuer = BasicCertificateIssuer<NameOrError>;
 
 namespace detail {
 
-// What the three have in common. Calls: objid(), and the C operations count, get and set.
+// What the three have in common. Calls: objid() and the C get.
 template <class List, class Calls>
 struct NameListTraits {
   static constexpr bool kIsStrict = std::is_same_v<decltype(List::names), std::vector<GeneralName>>;
@@ -72,12 +73,11 @@ struct NameListTraits {
 
   static int32_t get(KetraObject object, List &value, AsnErrorBlock *err) {
     if constexpr (kIsStrict) {
-      uint32_t count = 0;
-      if (const int32_t result = Calls::count(object, &count, err); result != 0) return result;
+      const uint32_t count = countOf(contentOf(storedValue(object, objid())));
       NameNodes nodes(count);
       const X509GenNames c{nodes.chain(count)};
       if (const int32_t result = Calls::get(object, &c, err); result != 0) return result;
-      value.names = namesIn(c.genNames);
+      copyNames(c.genNames, value.names);
       return 0;
     } else {
       const WorkValue list(AsnType_SequenceOfAny, storedValue(object, objid()));
@@ -98,9 +98,6 @@ struct NameListTraits {
 
 struct SubjectAltNameCalls {
   static const Objid &objid() { return X509Objid_SubjectAltName; }
-  static int32_t count(KetraObject object, uint32_t *count, AsnErrorBlock *err) {
-    return KetraObjectSgetSubjectAltNameCalGenName(object, count, err);
-  }
   static int32_t get(KetraObject object, const X509GenNames *names, AsnErrorBlock *err) {
     return KetraObjectSgetSubjectAltName(object, names, err);
   }
@@ -108,9 +105,6 @@ struct SubjectAltNameCalls {
 
 struct IssuerAltNameCalls {
   static const Objid &objid() { return X509Objid_IssuerAltName; }
-  static int32_t count(KetraObject object, uint32_t *count, AsnErrorBlock *err) {
-    return KetraObjectSgetIssuerAltNameCalGenName(object, count, err);
-  }
   static int32_t get(KetraObject object, const X509GenNames *names, AsnErrorBlock *err) {
     return KetraObjectSgetIssuerAltName(object, names, err);
   }
@@ -118,9 +112,6 @@ struct IssuerAltNameCalls {
 
 struct CertificateIssuerCalls {
   static const Objid &objid() { return X509Objid_CertIssuer; }
-  static int32_t count(KetraObject object, uint32_t *count, AsnErrorBlock *err) {
-    return KetraObjectSgetCertIssuerCalGenName(object, count, err);
-  }
   static int32_t get(KetraObject object, const X509GenNames *names, AsnErrorBlock *err) {
     return KetraObjectSgetCertIssuer(object, names, err);
   }

@@ -59,8 +59,6 @@ inline constexpr Row kRows[] = {
         Component("ia5String", Octets(0x16)),
         Component("visibleString", Octets(0x1A)),
 
-    SequenceOf("CRLDistributionPoints"),
-        Element("DistributionPoint"),
     Sequence("DistributionPoint"),
         Component("distributionPoint", Explicit(0), "DistributionPointName", Optional),
         Component("reasons", Context(1), BitString, Optional),
@@ -99,7 +97,6 @@ inline constexpr const AsnType *kCrlNumber = &kRecords[indexOf(kRows, "CRLNumber
 inline constexpr const AsnType *kCpsUri = &kRecords[indexOf(kRows, "CPSuri")];
 inline constexpr const AsnType *kUserNotice = &kRecords[indexOf(kRows, "UserNotice")];
 inline constexpr const AsnType *kCharacterString = &kRecords[indexOf(kRows, "CharacterString")];
-inline constexpr const AsnType *kPoints = &kRecords[indexOf(kRows, "CRLDistributionPoints")];
 inline constexpr const AsnType *kPoint = &kRecords[indexOf(kRows, "DistributionPoint")];
 inline constexpr const AsnType *kIssuingPoint = &kRecords[indexOf(kRows, "IssuingDistributionPoint")];
 inline constexpr const AsnType *kNameConstraints = &kRecords[indexOf(kRows, "NameConstraints")];
@@ -215,15 +212,6 @@ inline View storedValue(KetraObject object, const Objid &objid) {
 
 inline bool isOutOfMemory(uint32_t code) {
   return code == AsnError_OutOfMemory || code == AsnMemError_OutOfMemory || code == X509NameError_OutOfMemory;
-}
-
-// Whether to go on to the get when its count has this result. What the count could not decode the get cannot either,
-// and says so in its own trace.
-inline bool canGet(int32_t counted, AsnErrorBlock *err) {
-  if (counted == 0) return true;
-  if (isOutOfMemory(err->code)) return false;
-  AsnErrorReset(err);
-  return true;
 }
 
 }  // namespace detail

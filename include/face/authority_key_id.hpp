@@ -10,6 +10,7 @@
 
 #include "face/asn1.hpp"
 #include "face/base.hpp"
+#include "face/encodings.hpp"
 #include "face/general_names.hpp"
 #include "face/integer.hpp"
 
@@ -50,9 +51,7 @@ inline std::optional<SerialNumber> serialNumber(const X509CertSerialNumberOpt &c
 }
 
 inline int32_t getAuthorityKeyId(KetraObject object, AuthorityKeyId &value, AsnErrorBlock *err) {
-  uint32_t count = 0;
-  const int32_t counted = KetraObjectSgetAuthorityKeyIdCalGenName(object, &count, err);
-  if (!canGet(counted, err)) return counted;
+  const uint32_t count = countOf(contentOf(contentOf(storedValue(object, X509Objid_AuthorityKeyId)), 1));
   NameNodes nodes(count);
   KetraAuthorityKeyId c{};
   c.authorityCertIssuer.genNames = nodes.chain(count);
@@ -62,7 +61,7 @@ inline int32_t getAuthorityKeyId(KetraObject object, AuthorityKeyId &value, AsnE
   if (c.keyIdentifier.option == 1) {
     value.keyIdentifier = View(c.keyIdentifier.value.octets, c.keyIdentifier.value.length).copy();
   }
-  if (c.authorityCertIssuer.option == 1) value.authorityCertIssuer = namesIn(c.authorityCertIssuer.genNames);
+  if (c.authorityCertIssuer.option == 1) copyNames(c.authorityCertIssuer.genNames, value.authorityCertIssuer.emplace());
   value.authorityCertSerialNumber = serialNumber(c.authorityCertSerialNumber);
   return 0;
 }

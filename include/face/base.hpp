@@ -139,20 +139,22 @@ inline Octets encoding(uint8_t tag, View content) {
   return encoding;
 }
 
+inline AsnMemObject poolOf(KetraObject object) {
+  AsnMemObject pool = nullptr;
+  KetraObjectGetMemObject(object, &pool, nullptr);
+  return pool;
+}
+
 // Memory that a get has left in the pool of an Extensions object; given back at the end of the scope.
 class PoolMemory {
  public:
-  PoolMemory(KetraObject object, const void *memory) : memory_(memory) {
-    if (KetraObjectGetMemObject(object, &pool_, nullptr) != 0) memory_ = nullptr;
-  }
+  PoolMemory(KetraObject object, const void *memory) : pool_(poolOf(object)), memory_(memory) {}
   PoolMemory(const PoolMemory &) = delete;
   PoolMemory &operator=(const PoolMemory &) = delete;
-  ~PoolMemory() {
-    if (memory_ != nullptr) AsnMemObjectFree(pool_, memory_, nullptr);
-  }
+  ~PoolMemory() { AsnMemObjectFree(pool_, memory_, nullptr); }
 
  private:
-  AsnMemObject pool_ = nullptr;
+  AsnMemObject pool_;
   const void *memory_;
 };
 

@@ -6,9 +6,9 @@
 /// @endcode
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
@@ -17,6 +17,7 @@
 #include "face/asn1.hpp"
 #include "face/base.hpp"
 #include "face/chain.hpp"
+#include "face/encodings.hpp"
 #include "face/policy_qualifier.hpp"
 
 namespace ketra {
@@ -47,21 +48,26 @@ struct CertificatePolicies {
 
 namespace detail {
 
-using QualifierChain = Chain<KetraPolicyQualifierInfo, &KetraPolicyQualifierInfo::policyQualifierId>;
+using ReadPolicies = ReadChain<KetraPolicyInformation, &KetraPolicyInformation::policyIdentifier>;
+using ReadQualifiers = ReadChain<KetraPolicyQualifierInfo, &KetraPolicyQualifierInfo::policyQualifierId>;
 
-inline int32_t getPolicy(KetraObject object, uint32_t index, PolicyInformation &policy, AsnErrorBlock *err) {
-  uint32_t count = 0;
-  const int32_t counted = KetraObjectSgetCertPoliciesCalQualifier(object, index, &count, err);
-  if (!canGet(counted, err)) return counted;
-  QualifierChain qualifiers(count, object);
-  KetraPolicyInformation c{};
+// Of the policy with this content.
+inline uint32_t countOfQualifiers(View content) {
+  Encodings parts(content);
+  return parts.next() && parts.next() ? countOf(parts.content()) : 0;  // behind the identifier
+}
+
+// Gets the policy at an index, which has this content.
+inline int32_t getPolicy(KetraObject object, uint32_t index, View content, PolicyInformation &policy,
+                         AsnErrorBlock *err) {
+  ReadPolicies policies(1, object);
+  ReadQualifiers qualifiers(countOfQualifiers(content), object);
+  KetraPolicyInformation &c = policies[0];
   c.policyQualifiers.policyQualifiers = qualifiers.head();
-  const int32_t result = KetraObjectSgetCertPolicies(object, index, &c, err);
-  const PoolMemory arcs(object, c.policyIdentifier.arcs);
-  if (result != 0) return result;
+  if (const int32_t result = KetraObjectSgetCertPolicies(object, index, &c, err); result != 0) return result;
   policy.policy = ObjectIdentifier(c.policyIdentifier);
-  policy.qualifiers.reserve(count);
-  for (const KetraPolicyQualifierInfo &node : qualifiers.nodes()) {
+  policy.qualifiers.reserve(qualifiers.size());
+  for (const KetraPolicyQualifierInfo &node : qualifiers) {
     PolicyQualifier &qualifier = policy.qualifiers.emplace_back();
     qualifier.id = ObjectIdentifier(node.policyQualifierId);
     if (node.qualifier.option == 1) qualifier.value = view(node.qualifier.value).copy();
@@ -69,22 +75,22 @@ inline int32_t getPolicy(KetraObject object, uint32_t index, PolicyInformation &
   return 0;
 }
 
-// One policy after the other, each as the only one of an Extensions object: the C operation decodes the whole extension
-// for each policy, which would take the square of the time.
-inline int32_t getPolicies(View list, std::vector<PolicyInformation> &policies, AsnErrorBlock *err) {
+// The policies from an index on, which `members` goes on with. Each is read as the only one of an Extensions object:
+// the C operation decodes the whole extension for each policy, which would take the square of the time.
+inline int32_t getRest(Encodings members, std::size_t index, std::vector<PolicyInformation> &policies,
+                       AsnErrorBlock *err) {
   constexpr uint8_t kSequence = 0x30;
+  if (index == policies.size()) return 0;
   KetraObject object = nullptr;
   run([&](AsnErrorBlock *e) { return KetraObjectCreate(&object, e); });
   const std::unique_ptr<KetraObjectRecord, void (*)(KetraObject)> owner(
       object, [](KetraObject o) { KetraObjectDestroy(o, nullptr); });
-  const WorkValue members(AsnType_SequenceOfAny, list);
-  uint32_t number = 0;
-  for (PolicyInformation &policy : policies) {
-    const Octets one = encoding(kSequence, members.octets(members.get(), MemberPath(++number).get()));
+  for (; members.next(); ++index) {
+    const Octets one = encoding(kSequence, members.encoding());
     const KetraExtension extension{X509Objid_CertPolicies, 0, 0, encoded(one)};
     run([&](AsnErrorBlock *e) { return KetraObjectSetExt(object, &extension, e); });
-    if (const int32_t result = getPolicy(object, 0, policy, err); result != 0) {
-      const std::string place = "policy " + std::to_string(number) + ", read by itself";
+    if (const int32_t result = getPolicy(object, 0, members.content(), policies[index], err); result != 0) {
+      const std::string place = "policy " + std::to_string(index + 1) + ", read by itself";
       AsnErrorInfo("ketra.hpp", "ketra::CertificatePolicies", place.c_str(), err, nullptr, 0);
       return result;
     }
@@ -97,18 +103,18 @@ class PolicyChain {
  public:
   explicit PolicyChain(const std::vector<PolicyInformation> &policies)
       : policies_(policies.size()), qualifiers_(countOf(policies)) {
-    auto node = qualifiers_.nodes().begin();
+    KetraPolicyQualifierInfo *node = qualifiers_.begin();
     for (std::size_t i = 0; i < policies.size(); ++i) {
-      KetraPolicyInformation &c = policies_.nodes()[i];
+      KetraPolicyInformation &c = policies_[i];
       c.policyIdentifier = policies[i].policy.objid();
       if (policies[i].qualifiers.empty()) continue;
-      c.policyQualifiers = {&*node, 1};
+      c.policyQualifiers = {node, 1};
       for (const PolicyQualifier &qualifier : policies[i].qualifiers) {
         node->policyQualifierId = qualifier.id.objid();
         if (qualifier.value) node->qualifier = {encoded(*qualifier.value), 1};
         ++node;
       }
-      std::prev(node)->next = nullptr;
+      (node - 1)->next = nullptr;
     }
   }
 
@@ -121,8 +127,8 @@ class PolicyChain {
     return count;
   }
 
-  Chain<KetraPolicyInformation> policies_;
-  QualifierChain qualifiers_;
+  Nodes<KetraPolicyInformation> policies_;
+  Nodes<KetraPolicyQualifierInfo> qualifiers_;
 };
 
 }  // namespace detail
@@ -138,20 +144,22 @@ struct ExtensionTraits<CertificatePolicies> {
     return KetraObjectSsetCertPolicies(object, critical, &head, err);
   }
   static int32_t get(KetraObject object, CertificatePolicies &value, AsnErrorBlock *err) {
-    constexpr uint32_t kFew = 2;  // decoding them again and again is faster than taking them apart
-    uint32_t count = 0;
-    const int32_t counted = KetraObjectSgetCertPoliciesCalInformation(object, &count, err);
-    if (!detail::canGet(counted, err)) return counted;
-    if (counted != 0) count = 1;  // its get tells why
-    std::vector<PolicyInformation> policies(count);
-    if (count > kFew) {
-      const int32_t result = detail::getPolicies(detail::storedValue(object, objid()), policies, err);
-      if (result != 0) return result;
-    } else {
-      for (uint32_t i = 0; i < count; ++i) {
-        if (const int32_t result = detail::getPolicy(object, i, policies[i], err); result != 0) return result;
-      }
+    constexpr uint32_t kFew = 2;  // to decode the whole list for each is faster than to take it apart
+    const View list = detail::contentOf(detail::storedValue(object, objid()));
+    const uint32_t count = detail::countOf(list);
+    detail::Encodings members(list);
+    // Of none the first is read too: its get decodes the list and tells whether it is empty.
+    std::vector<PolicyInformation> policies(std::max(count, 1u));
+    uint32_t index = 0;
+    for (; index < policies.size() && index < kFew; ++index) {
+      members.next();
+      const int32_t result = detail::getPolicy(object, index, members.content(), policies[index], err);
+      if (result == 0) continue;
+      if (count > 0 || err->code != KetraError_GetCertPoliciesIndex) return result;
+      AsnErrorReset(err);
+      return 0;
     }
+    if (const int32_t result = detail::getRest(members, index, policies, err); result != 0) return result;
     value.policies = std::move(policies);
     return 0;
   }

@@ -17,7 +17,9 @@
 
 #include "face/asn1.hpp"
 #include "face/base.hpp"
+#include "face/chain.hpp"
 #include "face/distribution_point_name.hpp"
+#include "face/encodings.hpp"
 #include "face/general_names.hpp"
 #include "face/point_nodes.hpp"
 
@@ -59,43 +61,26 @@ namespace detail {
 
 // What one point needs of nodes.
 struct PointShape {
-  int32_t choice = 0;
-  uint32_t count = 0;
-  uint32_t issuers = 0;
-};
+  // Of the point with this content.
+  explicit PointShape(View content) : name(contentOf(content, 0)), issuers(countOf(contentOf(content, 2))) {}
 
-// Of every point. The count operations of the C interface decode the whole extension for each point, which would take
-// the square of the time; this decodes it once. Empty when it cannot be decoded: why, the get tells.
-inline std::vector<PointShape> pointShapes(KetraObject object) try {
-  const WorkValue list(asn1::kPoints, storedValue(object, X509Objid_CRLDistributionPoints));
-  std::vector<PointShape> shapes(list.count(list.get()));
-  uint32_t number = 0;
-  for (PointShape &shape : shapes) {
-    AsnValue point = list.element(list.get(), MemberPath(++number).get());
-    run([&](AsnErrorBlock *err) {
-      return X509MUtilCalDistributionPointName(list.object(), point, "distributionPoint", &shape.choice, &shape.count,
-                                               err);
-    });
-    AsnValue issuer = list.element(point, "cRLIssuer");
-    if (issuer != nullptr) shape.issuers = list.count(issuer);
-  }
-  return shapes;
-} catch (const Error &error) {
-  if (isOutOfMemory(error.code())) throw;
-  return {};
-}
+  PointNameShape name;
+  uint32_t issuers;
+};
 
 // The points as the C interface wants them.
 class PointChain {
  public:
-  // For a get to fill, which leaves memory in the pool of `object`; given back with the chain.
-  PointChain(KetraObject object, const std::vector<PointShape> &shapes)
-      : object_(object), nodes_(countsOf(shapes)), points_(shapes.size()) {
-    for (std::size_t i = 0; i < shapes.size(); ++i) {
-      points_[i].distributionPoint = nodes_.name(shapes[i].choice, shapes[i].count);
-      points_[i].cRLIssuer.genNames = nodes_.names.chain(shapes[i].issuers);
+  // For a get to fill with the points of a list, which leaves memory in the pool of `object`; given back with the
+  // chain.
+  PointChain(KetraObject object, View list) : object_(object), nodes_(countsOf(list)), points_(countOf(list)) {
+    Encodings points(list);
+    for (KetraDistributionPoint &c : points_) {
+      points.next();
+      const PointShape shape(points.content());
+      nodes_.prepare(shape.name, c.distributionPoint);
+      c.cRLIssuer.genNames = nodes_.names.chain(shape.issuers);
     }
-    link();
   }
   explicit PointChain(const std::vector<DistributionPoint> &points)
       : nodes_(countsOf(points)), points_(points.size()), reasons_(points.size()) {
@@ -104,7 +89,6 @@ class PointChain {
       points_[i].reasons = reasonBits(points[i].reasons, &reasons_[i]);
       if (points[i].cRLIssuer) points_[i].cRLIssuer = {nodes_.names.chain(*points[i].cRLIssuer), 1};
     }
-    link();
   }
   PointChain(const PointChain &) = delete;
   PointChain &operator=(const PointChain &) = delete;
@@ -113,23 +97,26 @@ class PointChain {
     for (const KetraDistributionPoint &point : points_) giveBack(object_, point.distributionPoint, point.reasons);
   }
 
-  KetraDistributionPoint *head() { return points_.empty() ? nullptr : points_.data(); }
+  KetraDistributionPoint *head() { return points_.head(); }
 
   std::vector<DistributionPoint> points() const {
-    std::vector<DistributionPoint> points(points_.size());
-    for (std::size_t i = 0; i < points.size(); ++i) {
-      points[i].distributionPoint = pointNameIn(points_[i].distributionPoint);
-      points[i].reasons = reasonsIn(points_[i].reasons);
-      if (points_[i].cRLIssuer.option == 1) points[i].cRLIssuer = namesIn(points_[i].cRLIssuer.genNames);
+    std::vector<DistributionPoint> points;
+    points.reserve(points_.size());
+    for (const KetraDistributionPoint &c : points_) {
+      DistributionPoint &point = points.emplace_back();
+      copyPointName(c.distributionPoint, point.distributionPoint);
+      copyReasons(c.reasons, point.reasons);
+      if (c.cRLIssuer.option == 1) copyNames(c.cRLIssuer.genNames, point.cRLIssuer.emplace());
     }
     return points;
   }
 
  private:
-  static NodeCounts countsOf(const std::vector<PointShape> &shapes) {
+  static NodeCounts countsOf(View list) {
     NodeCounts counts;
-    for (const PointShape &shape : shapes) {
-      counts.add(shape.choice, shape.count);
+    for (Encodings points(list); points.next();) {
+      const PointShape shape(points.content());
+      counts.add(shape.name);
       counts.names += shape.issuers;
     }
     return counts;
@@ -142,13 +129,10 @@ class PointChain {
     }
     return counts;
   }
-  void link() {
-    for (std::size_t i = 1; i < points_.size(); ++i) points_[i - 1].next = &points_[i];
-  }
 
   KetraObject object_ = nullptr;
   PointNodes nodes_;
-  std::vector<KetraDistributionPoint> points_;
+  Nodes<KetraDistributionPoint> points_;
   std::vector<uint8_t> reasons_;  // an octet for each
 };
 
@@ -192,7 +176,7 @@ struct ExtensionTraits<BasicCrlDistributionPoints<N>> {
 
   static int32_t get(KetraObject object, Points &value, AsnErrorBlock *err) {
     if constexpr (kIsStrict) {
-      detail::PointChain chain(object, detail::pointShapes(object));
+      detail::PointChain chain(object, detail::contentOf(detail::storedValue(object, objid())));
       if (const int32_t result = KetraObjectSgetCRLDistributionPoints(object, chain.head(), err); result != 0) {
         return result;
       }

@@ -166,27 +166,29 @@ class NameParameter {
 inline std::string text(const AsnOct &c) { return {reinterpret_cast<const char *>(c.octets), c.length}; }
 inline DirectoryString directoryString(const X509DirStr &c) { return {c.choice, View(c.octets, c.length).copy()}; }
 
-inline GeneralName generalName(const X509OtherName &c) {
-  if (c.value.option != 1) return otherName(ObjectIdentifier(c.type));
-  return otherName(ObjectIdentifier(c.type), view(c.value.value).copy());
+inline OtherName otherNameIn(const X509OtherName &c) {
+  if (c.value.option != 1) return {ObjectIdentifier(c.type), std::nullopt};
+  return {ObjectIdentifier(c.type), view(c.value.value).copy()};
 }
-inline GeneralName generalName(const X509EdiPartyName &c) {
-  if (c.nameAssigner.option != 1) return edi(directoryString(c.partyName));
-  return edi(directoryString(c.partyName), directoryString(c.nameAssigner.value));
+inline EdiPartyName ediPartyNameIn(const X509EdiPartyName &c) {
+  if (c.nameAssigner.option != 1) return {std::nullopt, directoryString(c.partyName)};
+  return {directoryString(c.nameAssigner.value), directoryString(c.partyName)};
 }
 
-// A name from the C interface, copied.
-inline GeneralName generalName(const X509GenNameParam &c) {
+// Makes `name` a copy of one from the C interface: in its place, because moving a variant costs more than a short copy.
+inline void copyName(const X509GenNameParam &c, GeneralName &name) {
   switch (c.type) {
-    case X509GenName_OtherName: return generalName(c.otherName);
-    case X509GenName_Rfc822Name: return Rfc822Name{text(c.rfc822Name)};
-    case X509GenName_DNSName: return DnsName{text(c.dNSName)};
-    case X509GenName_X400Address: return X400Address{view(c.x400Address).copy()};
-    case X509GenName_DirectoryName: return DirectoryName{Name::copyOf(c.directoryName)};
-    case X509GenName_EdiPartyName: return generalName(c.ediPartyName);
-    case X509GenName_UniformResourceIdentifier: return Uri{text(c.uniformResourceIdentifier)};
-    case X509GenName_IPAddress: return IpAddress{View(c.iPAddress.octets, c.iPAddress.length).copy()};
-    case X509GenName_RegisteredID: return RegisteredId{ObjectIdentifier(c.registeredID)};
+    case X509GenName_OtherName: name = otherNameIn(c.otherName); return;
+    case X509GenName_Rfc822Name: name.emplace<Rfc822Name>().text = text(c.rfc822Name); return;
+    case X509GenName_DNSName: name.emplace<DnsName>().text = text(c.dNSName); return;
+    case X509GenName_X400Address: name.emplace<X400Address>().encoding = view(c.x400Address).copy(); return;
+    case X509GenName_DirectoryName: name.emplace<DirectoryName>().name = Name::copyOf(c.directoryName); return;
+    case X509GenName_EdiPartyName: name = ediPartyNameIn(c.ediPartyName); return;
+    case X509GenName_UniformResourceIdentifier: name.emplace<Uri>().text = text(c.uniformResourceIdentifier); return;
+    case X509GenName_IPAddress:
+      name.emplace<IpAddress>().octets = View(c.iPAddress.octets, c.iPAddress.length).copy();
+      return;
+    case X509GenName_RegisteredID: name.emplace<RegisteredId>().id = ObjectIdentifier(c.registeredID); return;
     default: fail(KetraError_GetParamType, "ketra::GeneralName", "no kind of GeneralName has this number");
   }
 }

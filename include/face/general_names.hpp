@@ -16,6 +16,7 @@
 
 #include "face/asn1.hpp"
 #include "face/base.hpp"
+#include "face/chain.hpp"
 #include "face/general_name.hpp"
 
 namespace ketra {
@@ -42,10 +43,10 @@ inline GeneralNameObject generalNameObject() {
   return GeneralNameObject(object);
 }
 
-inline GeneralName nameIn(X509GenNameObject object) {
-  X509GenNameParam c{};
+inline void copyName(X509GenNameObject object, GeneralName &name) {
+  X509GenNameParam c;
   run([&](AsnErrorBlock *err) { return X509GenNameObjectGetName(object, &c, err); });
-  return generalName(c);
+  copyName(c, name);
 }
 
 inline void setName(X509GenNameObject object, const GeneralName &name) {
@@ -53,19 +54,29 @@ inline void setName(X509GenNameObject object, const GeneralName &name) {
   run([&](AsnErrorBlock *err) { return X509GenNameObjectSetName(object, parameter.get(), err); });
 }
 
-// Nodes and objects as the C interface wants them; it owns both. Stays where it is. One serves any number of lists,
-// whose chains are cut off it one after the other.
+// Nodes with a GeneralName object each, which they own.
+template <class Node, X509GenNameObject Node::*kObject>
+class ObjectNodes : public Nodes<Node> {
+ public:
+  // Objects without names. When one fails, those before it are destroyed, because the other constructor is through.
+  explicit ObjectNodes(std::size_t count) : ObjectNodes(count, NoObjects{}) {
+    for (Node &node : *this) node.*kObject = generalNameObject().release();
+  }
+  ObjectNodes(const ObjectNodes &) = delete;
+  ObjectNodes &operator=(const ObjectNodes &) = delete;
+  ~ObjectNodes() {
+    for (const Node &node : *this) X509GenNameObjectDestroy(node.*kObject, nullptr);
+  }
+
+ private:
+  struct NoObjects {};
+  ObjectNodes(std::size_t count, NoObjects) : Nodes<Node>(count) {}
+};
+
+// The nodes of names. They serve any number of lists, whose chains are cut off one after the other.
 class NameNodes {
  public:
-  // Objects without names.
-  explicit NameNodes(std::size_t count) : objects_(count), nodes_(count) {
-    for (std::size_t i = 0; i < count; ++i) {
-      objects_[i] = generalNameObject();
-      nodes_[i] = {i + 1 < count ? &nodes_[i + 1] : nullptr, objects_[i].get()};
-    }
-  }
-  NameNodes(const NameNodes &) = delete;
-  NameNodes &operator=(const NameNodes &) = delete;
+  explicit NameNodes(std::size_t count) : nodes_(count) {}
 
   // A chain of `count` nodes for a get to fill. Null when that is 0.
   X509GenNameChain *chain(std::size_t count) {
@@ -87,18 +98,15 @@ class NameNodes {
   }
 
  private:
-  std::vector<GeneralNameObject> objects_;
-  std::vector<X509GenNameChain> nodes_;
+  ObjectNodes<X509GenNameChain, &X509GenNameChain::genName> nodes_;
   std::size_t used_ = 0;
 };
 
-inline std::vector<GeneralName> namesIn(const X509GenNameChain *chain) {
+inline void copyNames(const X509GenNameChain *chain, std::vector<GeneralName> &names) {
   std::size_t count = 0;
   for (const X509GenNameChain *node = chain; node != nullptr; node = node->next) ++count;
-  std::vector<GeneralName> names;
   names.reserve(count);
-  for (; chain != nullptr; chain = chain->next) names.push_back(nameIn(chain->genName));
-  return names;
+  for (; chain != nullptr; chain = chain->next) copyName(chain->genName, names.emplace_back());
 }
 
 // Lets members that fail alike share one Error: in a list of a million bad ones it would cost far more than they do.
@@ -141,7 +149,9 @@ inline NameOrError readName(View encoding, SharedErrors &errors) try {
   AsnErrorBlock err;
   AsnErrorReset(&err);
   if (X509GenNameObjectSetPduBER(object.get(), &data, &err) != 0) return errors.unreadable(encoding, err);
-  return nameIn(object.get());
+  NameOrError name;
+  copyName(object.get(), std::get<GeneralName>(name));
+  return name;
 } catch (const Error &error) {
   return errors.unreadable(encoding, error);
 }

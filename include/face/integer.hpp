@@ -38,6 +38,8 @@ class Integer {
   /// From any octets, read as a number without sign: random octets make a serial number so.
   static Integer ofUnsigned(View octets) {
     Integer integer;
+    integer.content_.reserve(octets.size() + 1);
+    integer.content_.push_back(0);
     integer.content_.insert(integer.content_.end(), octets.begin(), octets.end());
     integer.shorten();
     return integer;
@@ -58,9 +60,12 @@ class Integer {
   }
 
   /// The content octets.
-  const Octets &content() const { return content_; }
+  const Octets &content() const {
+    static const Octets kZero = {0};
+    return content_.empty() ? kZero : content_;
+  }
   /// Whether it is below 0.
-  bool isNegative() const { return content_.front() >= 0x80; }
+  bool isNegative() const { return content().front() >= 0x80; }
   /// Nothing when it is beyond 64 bits.
   std::optional<int64_t> number() const {
     if (content_.size() > sizeof(int64_t)) return std::nullopt;
@@ -74,10 +79,11 @@ class Integer {
     Integer amount = *this;
     if (isNegative()) amount.negate();
     std::string text = isNegative() ? "-" : "";
-    const bool skipsZero = amount.content_.size() > 1 && amount.content_.front() == 0;
-    for (std::size_t i = skipsZero ? 1 : 0; i < amount.content_.size(); ++i) {
-      text += kDigits[amount.content_[i] >> 4];
-      text += kDigits[amount.content_[i] & 15];
+    const Octets &octets = amount.content();
+    const bool skipsZero = octets.size() > 1 && octets.front() == 0;
+    for (std::size_t i = skipsZero ? 1 : 0; i < octets.size(); ++i) {
+      text += kDigits[octets[i] >> 4];
+      text += kDigits[octets[i] & 15];
     }
     return text;
   }
@@ -88,7 +94,7 @@ class Integer {
     return isNegative() ? "-0x" + digits.substr(1) : "0x" + digits;
   }
 
-  friend bool operator==(const Integer &a, const Integer &b) { return a.content_ == b.content_; }
+  friend bool operator==(const Integer &a, const Integer &b) { return a.content() == b.content(); }
   friend bool operator!=(const Integer &a, const Integer &b) { return !(a == b); }
 
  private:
@@ -125,7 +131,7 @@ class Integer {
     shorten();
   }
 
-  Octets content_ = {0};
+  Octets content_;  // none for 0: a default one, which is about to be replaced, takes no memory
 };
 
 /// Of a certificate: positive, and 20 octets at most (RFC 5280 4.1.2.2), which is not judged.

@@ -10,6 +10,7 @@
 #include "face/asn1.hpp"
 #include "face/base.hpp"
 #include "face/distribution_point_name.hpp"
+#include "face/encodings.hpp"
 #include "face/general_names.hpp"
 #include "face/point_nodes.hpp"
 
@@ -45,17 +46,17 @@ class IssuingPoint {
  public:
   KetraIssuingDistributionPoint c{};
 
-  IssuingPoint(KetraObject object, int32_t choice, uint32_t count) : object_(object), nodes_(countsOf(choice, count)) {
-    c.distributionPoint = nodes_.name(choice, count);
+  IssuingPoint(KetraObject object, const PointNameShape &shape) : object_(object), nodes_(countsOf(shape)) {
+    nodes_.prepare(shape, c.distributionPoint);
   }
   IssuingPoint(const IssuingPoint &) = delete;
   IssuingPoint &operator=(const IssuingPoint &) = delete;
   ~IssuingPoint() { giveBack(object_, c.distributionPoint, c.onlySomeReasons); }
 
  private:
-  static NodeCounts countsOf(int32_t choice, uint32_t count) {
+  static NodeCounts countsOf(const PointNameShape &shape) {
     NodeCounts counts;
-    counts.add(choice, count);
+    counts.add(shape);
     return counts;
   }
 
@@ -94,18 +95,16 @@ struct ExtensionTraits<BasicIssuingDistributionPoint<N>> {
 
   static int32_t get(KetraObject object, Point &value, AsnErrorBlock *err) {
     if constexpr (kIsStrict) {
-      int32_t choice = 0;
-      uint32_t count = 0;
-      const int32_t counted =
-          KetraObjectSgetIssuingDistributionPointCalDistributionPointName(object, &choice, &count, err);
-      if (!detail::canGet(counted, err)) return counted;
-      detail::IssuingPoint point(object, choice, count);
+      const View stored = detail::contentOf(detail::storedValue(object, objid()));
+      detail::IssuingPoint point(object, detail::PointNameShape(detail::contentOf(stored, 0)));
       if (const int32_t result = KetraObjectSgetIssuingDistributionPoint(object, &point.c, err); result != 0) {
         return result;
       }
-      value = {detail::pointNameIn(point.c.distributionPoint), detail::optional(point.c.onlyContainsUserCerts),
-               detail::optional(point.c.onlyContainsCACerts), detail::reasonsIn(point.c.onlySomeReasons),
-               detail::optional(point.c.indirectCRL)};
+      detail::copyPointName(point.c.distributionPoint, value.distributionPoint);
+      value.onlyContainsUserCerts = detail::optional(point.c.onlyContainsUserCerts);
+      value.onlyContainsCACerts = detail::optional(point.c.onlyContainsCACerts);
+      detail::copyReasons(point.c.onlySomeReasons, value.onlySomeReasons);
+      value.indirectCRL = detail::optional(point.c.indirectCRL);
     } else {
       const detail::WorkValue point(detail::asn1::kIssuingPoint, detail::storedValue(object, objid()));
       detail::SharedErrors errors;

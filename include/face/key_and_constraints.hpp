@@ -102,10 +102,10 @@ struct ExtensionTraits<KeyUsage> {
     AsnBit c{};
     if (const int32_t result = KetraObjectSgetKeyUsage(object, &c, err); result != 0) return result;
     const detail::PoolMemory memory(object, c.octets);
-    std::size_t n = 0;
+    unsigned bits = static_cast<unsigned>(c.octets[0]) << 8 | c.octets[1];
     for (const KeyUsage::Bit &bit : KeyUsage::bits()) {
-      value.*bit.member = (c.octets[n / 8] & 0x80u >> n % 8) != 0;
-      ++n;
+      value.*bit.member = (bits & 0x8000u) != 0;
+      bits <<= 1;
     }
     return 0;
   }

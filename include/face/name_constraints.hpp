@@ -16,6 +16,8 @@
 
 #include "face/asn1.hpp"
 #include "face/base.hpp"
+#include "face/chain.hpp"
+#include "face/encodings.hpp"
 #include "face/general_name.hpp"
 #include "face/general_names.hpp"
 
@@ -61,12 +63,7 @@ namespace detail {
 class SubtreeChain {
  public:
   // For a get to fill.
-  explicit SubtreeChain(std::size_t count) : objects_(count), nodes_(count) {
-    for (std::size_t i = 0; i < count; ++i) {
-      objects_[i] = generalNameObject();
-      nodes_[i] = {i + 1 < count ? &nodes_[i + 1] : nullptr, objects_[i].get(), {}, {}};
-    }
-  }
+  explicit SubtreeChain(std::size_t count) : nodes_(count) {}
   explicit SubtreeChain(const std::optional<std::vector<GeneralSubtree>> &subtrees)
       : SubtreeChain(subtrees ? subtrees->size() : 0) {
     for (std::size_t i = 0; i < nodes_.size(); ++i) {
@@ -76,23 +73,23 @@ class SubtreeChain {
       nodes_[i].maximum = optional(subtree.maximum);
     }
   }
-  SubtreeChain(const SubtreeChain &) = delete;
-  SubtreeChain &operator=(const SubtreeChain &) = delete;
 
-  X509GenSubtree *head() { return nodes_.empty() ? nullptr : nodes_.data(); }
+  X509GenSubtree *head() { return nodes_.head(); }
 
   std::vector<GeneralSubtree> subtrees() const {
     std::vector<GeneralSubtree> subtrees;
     subtrees.reserve(nodes_.size());
     for (const X509GenSubtree &node : nodes_) {
-      subtrees.push_back({nameIn(node.base), optional(node.minimum), optional(node.maximum)});
+      GeneralSubtree &subtree = subtrees.emplace_back();
+      copyName(node.base, subtree.base);
+      subtree.minimum = optional(node.minimum);
+      subtree.maximum = optional(node.maximum);
     }
     return subtrees;
   }
 
  private:
-  std::vector<GeneralNameObject> objects_;
-  std::vector<X509GenSubtree> nodes_;
+  ObjectNodes<X509GenSubtree, &X509GenSubtree::base> nodes_;
 };
 
 inline std::optional<int32_t> readDistance(const WorkValue &subtree, const char *path) {
@@ -146,12 +143,9 @@ struct ExtensionTraits<BasicNameConstraints<N>> {
 
   static int32_t get(KetraObject object, Constraints &value, AsnErrorBlock *err) {
     if constexpr (kIsStrict) {
-      uint32_t permittedCount = 0;
-      uint32_t excludedCount = 0;
-      const int32_t counted = KetraObjectSgetNameConstraintsCalGenSubtree(object, &permittedCount, &excludedCount, err);
-      if (!detail::canGet(counted, err)) return counted;
-      detail::SubtreeChain permitted(permittedCount);
-      detail::SubtreeChain excluded(excludedCount);
+      const View lists = detail::contentOf(detail::storedValue(object, objid()));
+      detail::SubtreeChain permitted(detail::countOf(detail::contentOf(lists, 0)));
+      detail::SubtreeChain excluded(detail::countOf(detail::contentOf(lists, 1)));
       KetraNameConstraints c{{permitted.head(), 0}, {excluded.head(), 0}};
       if (const int32_t result = KetraObjectSgetNameConstraints(object, &c, err); result != 0) return result;
       if (c.permittedSubtrees.option == 1) value.permittedSubtrees = permitted.subtrees();

@@ -6,11 +6,12 @@
 #include <cstdint>
 #include <optional>
 #include <variant>
-#include <vector>
 
 #include "face/asn1.hpp"
 #include "face/base.hpp"
+#include "face/chain.hpp"
 #include "face/distribution_point_name.hpp"
+#include "face/encodings.hpp"
 #include "face/general_names.hpp"
 
 namespace ketra {
@@ -33,26 +34,41 @@ inline AsnBitOpt reasonBits(const std::optional<Reasons> &reasons, uint8_t *octe
   return {{octet, kReasonBits}, 1};
 }
 
-inline std::optional<Reasons> reasonsIn(const AsnBitOpt &c) {
-  if (c.option != 1) return std::nullopt;
-  Reasons reasons;
-  unsigned bit = 0x80;
+inline void copyReasons(const AsnBitOpt &c, std::optional<Reasons> &reasons) {
+  if (c.option != 1) return;
+  Reasons &made = reasons.emplace();
+  unsigned bits = *c.value.octets;
   for (const Reasons::Bit &each : Reasons::bits()) {
-    reasons.*each.member = (*c.value.octets & bit) != 0;
-    bit >>= 1;
+    made.*each.member = (bits & 0x80) != 0;
+    bits <<= 1;
   }
-  return reasons;
 }
 
 // ---- Nodes --------------------------------------------------------------------------------------------------------
+
+// What one name needs of nodes.
+struct PointNameShape {
+  // Of the name that the distributionPoint with this content holds.
+  explicit PointNameShape(View content) {
+    constexpr uint8_t kRelativeName = 0xA1;
+    Encodings name(content);
+    if (!name.next()) return;
+    choice = name.tag() == kRelativeName ? X509DistributionPointName_NameRelativeToCRLIssuer
+                                         : X509DistributionPointName_FullName;
+    count = countOf(name.content());
+  }
+
+  int32_t choice = 0;
+  uint32_t count = 0;
+};
 
 // The names and attributes that any number of points need.
 struct NodeCounts {
   std::size_t names = 0;
   std::size_t attributes = 0;
 
-  void add(int32_t choice, std::size_t count) {
-    (choice == X509DistributionPointName_NameRelativeToCRLIssuer ? attributes : names) += count;
+  void add(const PointNameShape &shape) {
+    (shape.choice == X509DistributionPointName_NameRelativeToCRLIssuer ? attributes : names) += shape.count;
   }
   void add(const std::optional<DistributionPointName> &name) {
     if (!name) return;
@@ -69,15 +85,13 @@ class PointNodes {
   NameNodes names;
 
   // For a get to fill.
-  X509DistributionPointNameOpt name(int32_t choice, std::size_t count) {
-    X509DistributionPointNameOpt c{};
-    c.value.type = choice;
-    if (choice == X509DistributionPointName_NameRelativeToCRLIssuer) {
-      c.value.nameRelativeToCRLIssuer = attributes(count);
+  void prepare(const PointNameShape &shape, X509DistributionPointNameOpt &c) {
+    c.value.type = shape.choice;
+    if (shape.choice == X509DistributionPointName_NameRelativeToCRLIssuer) {
+      c.value.nameRelativeToCRLIssuer = attributes(shape.count);
     } else {
-      c.value.fullName = names.chain(count);
+      c.value.fullName = names.chain(shape.count);
     }
-    return c;
   }
   // Points into the name, which must outlive it.
   X509DistributionPointNameOpt name(const std::optional<DistributionPointName> &name) {
@@ -104,23 +118,26 @@ class PointNodes {
   X509AttributeTypeAndValue *attributes(std::size_t count) {
     if (count == 0) return nullptr;
     X509AttributeTypeAndValue *const head = &attributes_[used_];
-    for (std::size_t i = 1; i < count; ++i) head[i - 1].next = &head[i];
     used_ += count;
+    attributes_[used_ - 1].next = nullptr;
     return head;
   }
 
-  std::vector<X509AttributeTypeAndValue> attributes_;
+  Nodes<X509AttributeTypeAndValue> attributes_;
   std::size_t used_ = 0;
 };
 
-inline std::optional<DistributionPointName> pointNameIn(const X509DistributionPointNameOpt &c) {
-  if (c.option != 1) return std::nullopt;
-  if (c.value.type == X509DistributionPointName_FullName) return FullName{namesIn(c.value.fullName)};
-  RelativeName name;
-  for (const X509AttributeTypeAndValue *node = c.value.nameRelativeToCRLIssuer; node != nullptr; node = node->next) {
-    name.attributes.push_back({ObjectIdentifier(node->type), view(node->value).copy()});
+inline void copyPointName(const X509DistributionPointNameOpt &c, std::optional<DistributionPointName> &name) {
+  if (c.option != 1) return;
+  DistributionPointName &made = name.emplace();
+  if (c.value.type == X509DistributionPointName_FullName) {
+    copyNames(c.value.fullName, std::get<FullName>(made).names);
+    return;
   }
-  return name;
+  auto &attributes = made.emplace<RelativeName>().attributes;
+  for (const X509AttributeTypeAndValue *node = c.value.nameRelativeToCRLIssuer; node != nullptr; node = node->next) {
+    attributes.push_back({ObjectIdentifier(node->type), view(node->value).copy()});
+  }
 }
 
 // Gives back what a get, a failed one too, has left of a point in the pool of the Extensions object. The point was
@@ -143,7 +160,9 @@ inline std::optional<Reasons> readReasons(const WorkValue &value, AsnValue paren
   run([&](AsnErrorBlock *err) {
     return AsnMUtilGetBitConstBER(pool.get(), value.object(), element, nullptr, &c.value, err);
   });
-  return reasonsIn(c);
+  std::optional<Reasons> reasons;
+  copyReasons(c, reasons);
+  return reasons;
 }
 
 inline std::optional<BasicDistributionPointName<NameOrError>> readPointName(const WorkValue &value, AsnValue point,

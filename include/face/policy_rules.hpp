@@ -10,6 +10,7 @@
 #include "face/asn1.hpp"
 #include "face/base.hpp"
 #include "face/chain.hpp"
+#include "face/encodings.hpp"
 
 namespace ketra {
 
@@ -33,8 +34,8 @@ struct PolicyMappings {
 };
 
 namespace detail {
-using MappingChain =
-    Chain<KetraPolicyMapping, &KetraPolicyMapping::issuerDomainPolicy, &KetraPolicyMapping::subjectDomainPolicy>;
+using ReadMappings =
+    ReadChain<KetraPolicyMapping, &KetraPolicyMapping::subjectDomainPolicy, &KetraPolicyMapping::issuerDomainPolicy>;
 }  // namespace detail
 
 template <>
@@ -43,21 +44,18 @@ struct ExtensionTraits<PolicyMappings> {
   static constexpr bool kCallerSetsCritical = false;
 
   static int32_t set(KetraObject object, const PolicyMappings &value, AsnErrorBlock *err) {
-    detail::MappingChain chain(value.mappings.size());
+    detail::Nodes<KetraPolicyMapping> chain(value.mappings.size());
     for (std::size_t i = 0; i < value.mappings.size(); ++i) {
-      chain.nodes()[i].issuerDomainPolicy = value.mappings[i].issuerDomainPolicy.objid();
-      chain.nodes()[i].subjectDomainPolicy = value.mappings[i].subjectDomainPolicy.objid();
+      chain[i].issuerDomainPolicy = value.mappings[i].issuerDomainPolicy.objid();
+      chain[i].subjectDomainPolicy = value.mappings[i].subjectDomainPolicy.objid();
     }
     return KetraObjectSsetPolicyMappings(object, chain.head(), err);
   }
   static int32_t get(KetraObject object, PolicyMappings &value, AsnErrorBlock *err) {
-    uint32_t count = 0;
-    const int32_t counted = KetraObjectSgetPolicyMappingsCalPolicyMapping(object, &count, err);
-    if (!detail::canGet(counted, err)) return counted;
-    detail::MappingChain chain(count, object);
+    detail::ReadMappings chain(detail::countOf(detail::contentOf(detail::storedValue(object, objid()))), object);
     if (const int32_t result = KetraObjectSgetPolicyMappings(object, chain.head(), err); result != 0) return result;
-    value.mappings.reserve(count);
-    for (const KetraPolicyMapping &node : chain.nodes()) {
+    value.mappings.reserve(chain.size());
+    for (const KetraPolicyMapping &node : chain) {
       value.mappings.push_back({ObjectIdentifier(node.issuerDomainPolicy), ObjectIdentifier(node.subjectDomainPolicy)});
     }
     return 0;

@@ -14,6 +14,7 @@
 #include "face/asn1.hpp"
 #include "face/base.hpp"
 #include "face/chain.hpp"
+#include "face/encodings.hpp"
 #include "face/time.hpp"
 
 namespace ketra {
@@ -55,7 +56,7 @@ struct ExtKeyUsage {
 };
 
 namespace detail {
-using PurposeChain = Chain<KetraKeyPurposeId, &KetraKeyPurposeId::keyPurposeId>;
+using ReadPurposes = ReadChain<KetraKeyPurposeId, &KetraKeyPurposeId::keyPurposeId>;
 }  // namespace detail
 
 template <>
@@ -64,18 +65,15 @@ struct ExtensionTraits<ExtKeyUsage> {
   static constexpr bool kCallerSetsCritical = true;
 
   static int32_t set(KetraObject object, int32_t critical, const ExtKeyUsage &value, AsnErrorBlock *err) {
-    detail::PurposeChain chain(value.purposes.size());
-    for (std::size_t i = 0; i < value.purposes.size(); ++i) chain.nodes()[i].keyPurposeId = value.purposes[i].objid();
+    detail::Nodes<KetraKeyPurposeId> chain(value.purposes.size());
+    for (std::size_t i = 0; i < value.purposes.size(); ++i) chain[i].keyPurposeId = value.purposes[i].objid();
     return KetraObjectSsetExtKeyUsage(object, critical, chain.head(), err);
   }
   static int32_t get(KetraObject object, ExtKeyUsage &value, AsnErrorBlock *err) {
-    uint32_t count = 0;
-    const int32_t counted = KetraObjectSgetExtKeyUsageCalKeyPurposeId(object, &count, err);
-    if (!detail::canGet(counted, err)) return counted;
-    detail::PurposeChain chain(count, object);
+    detail::ReadPurposes chain(detail::countOf(detail::contentOf(detail::storedValue(object, objid()))), object);
     if (const int32_t result = KetraObjectSgetExtKeyUsage(object, chain.head(), err); result != 0) return result;
-    value.purposes.reserve(count);
-    for (const KetraKeyPurposeId &node : chain.nodes()) value.purposes.emplace_back(node.keyPurposeId);
+    value.purposes.reserve(chain.size());
+    for (const KetraKeyPurposeId &node : chain) value.purposes.emplace_back(node.keyPurposeId);
     return 0;
   }
 };
