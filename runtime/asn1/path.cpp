@@ -83,7 +83,7 @@ inline const char *matchName(const char *path, const char *name) {
 
 // Most paths are member numbers, a component's name, or one behind the other; and most names are the very text that the
 // component's record points to (equal ones are stored once). Where the path goes on in another way, there is no type,
-// and the steps below go on from `from` and `path`.
+// and the steps above go on from `from` and `path`.
 [[gnu::always_inline]] inline Found takeEasySteps(Node *&from, const char *&path, uint32_t *number) {
   for (;;) {
     const AsnType *const definition = definitionOf(from->record);
@@ -117,41 +117,6 @@ inline const char *matchName(const char *path, const char *name) {
     if (*at != '/' || member == nullptr) return {};
     from = member;
     path = at + 1;
-  }
-}
-
-// The same where the elements are there, all but the last perhaps, which is nearly always: matched with as little work
-// as possible. `from` becomes the parent of the last. No type when the path is another one, or none; then the steps
-// above tell.
-[[gnu::always_inline]] inline Found takeKnownSteps(Node *&from, const char *path, uint32_t *number) {
-  for (;; ++path) {
-    const AsnType *const definition = definitionOf(from->record);
-    const Kind kind = kindOf(definition);
-    Found place;
-    if (isList(kind)) {
-      const char *const digits = path;
-      uint32_t digit = 0;
-      for (*number = 0; (digit = static_cast<uint32_t>(*path - '0')) <= 9 && *number < UINT32_MAX / 10; ++path) {
-        *number = *number * 10 + digit;
-      }
-      if (path == digits || *number == 0) return {};
-      place = {*number <= from->length ? from->children[*number - 1] : nullptr, definition + 1};
-    } else if (hasComponents(kind)) {
-      const bool isThere = kind == Kind::Choice && from->chosen != nullptr;
-      for (uint32_t i = 0; !place && i < definition->count; ++i) {
-        const AsnType *const type = definition + 1 + i;
-        const char *const end = matchName(path, type->name);
-        if (end == nullptr) continue;
-        Node *const child = kind == Kind::Sequence                    ? from->children[i]
-                            : isThere && from->chosen->record == type ? from->chosen
-                                                                      : nullptr;
-        place = {child, type};
-        path = end;
-      }
-    }
-    if (!place || *path == '\0') return place;
-    if (*path != '/' || place.element == nullptr) return {};
-    from = place.element;
   }
 }
 
@@ -213,17 +178,6 @@ Node *makeChild(Arena &arena, Node *parent, const AsnType *record) {
   return child;
 }
 
-[[gnu::noinline]] Found takeSteps(Call call, Node *base, const char *at) {
-  if (!isUsable(call, base)) return {};
-  Found place{base, base->record};
-  uint32_t number = 0;
-  for (;; ++at) {
-    at = takeStep(call, at, &place, &number);
-    if (at == nullptr) return {};
-    if (*at == '\0') return place;
-  }
-}
-
 // A scalar that was made but never set is absent.
 Found present(const Found &found) {
   const Node *element = found.element;
@@ -232,15 +186,16 @@ Found present(const Found &found) {
   return {nullptr, found.type};
 }
 
-[[gnu::noinline]] Found walkPath(Call call, Node *base, const char *path) {
-  Found found;
-  if (isUsable(base)) [[likely]] {
-    uint32_t number = 0;
-    Node *parent = base;
-    found = takeKnownSteps(parent, path, &number);
+// The rest of a path, which is not empty.
+[[gnu::noinline]] Found takeSteps(Call call, Node *from, const char *path) {
+  if (!isUsable(call, from)) return {};
+  Found place{from, from->record};
+  uint32_t number = 0;
+  for (;; ++path) {
+    path = takeStep(call, path, &place, &number);
+    if (path == nullptr) return {};
+    if (*path == '\0') return present(place);
   }
-  if (!found) found = takeSteps(call, base, path);
-  return present(found);
 }
 
 [[gnu::noinline]] Node *makeSteps(const Call &call, Arena &arena, Node *base, const char *path,
@@ -268,12 +223,10 @@ Found present(const Found &found) {
   uint32_t number = 0;
   Node *parent = base;
   const char *at = begin(path);
-  Found found = takeEasySteps(parent, at, &number);
-  if (!found) found = takeKnownSteps(parent, at, &number);
+  const Found found = takeEasySteps(parent, at, &number);
   const bool isNext = !isList(kindOf(parent->record)) || number - 1 == parent->length;
-  if (!found || (found.element == nullptr && !isNext) || (fits != nullptr && !fits(found.type))) [[unlikely]] {
-    return makeSteps(call, arena, base, path, fits);
-  }
+  const bool isKnown = found && (found.element != nullptr || isNext);
+  if (!isKnown || (fits != nullptr && !fits(found.type))) return makeSteps(call, arena, base, path, fits);
   Node *node = found.element != nullptr ? found.element : makeChild(arena, parent, found.type);
   if (node == nullptr) failMemory(call);
   return node;
@@ -289,7 +242,7 @@ Found findElement(Call call, Node *base, const char *path) {
     if (found) [[likely]]
       return present(found);
   }
-  return walkPath(call, base, at);
+  return takeSteps(call, base, at);
 }
 
 Node *makeElement(const Call &call, Arena &arena, Node *base, const char *path, bool (*fits)(const AsnType *)) {
