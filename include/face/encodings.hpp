@@ -20,7 +20,9 @@ class Encodings {
 
   // Goes on to the next one, which the rest is about then; false when there is none.
   bool next() {
-    const Place found = find(at_, end_);
+    const bool isUsual =
+        end_ - at_ >= 2 && (at_[0] & kHighNumber) != kHighNumber && at_[1] < kLong && at_[1] <= end_ - at_ - 2;
+    const Place found = isUsual ? Place{at_ + 2, at_[1], at_ + 2 + at_[1]} : find(at_, end_);
     if (found.behind == nullptr) return false;
     first_ = at_;
     content_ = found.content;
@@ -35,6 +37,7 @@ class Encodings {
  private:
   static constexpr std::size_t kIndefinite = std::numeric_limits<std::size_t>::max();
   static constexpr std::size_t kEndOfContents = 2;  // octets
+  static constexpr uint8_t kHighNumber = 0x1F, kMore = 0x80, kLong = 0x80;
 
   // Where things are in an encoding. Null when there is none.
   struct Place {
@@ -43,7 +46,8 @@ class Encodings {
     const uint8_t *behind = nullptr;
   };
 
-  static Place find(const uint8_t *p, const uint8_t *end) {
+  // Apart from next(), which is small then and keeps its state in registers.
+  [[gnu::noinline]] static Place find(const uint8_t *p, const uint8_t *end) {
     std::size_t length = 0;
     if (!readHeader(p, end, length)) return {};
     if (length != kIndefinite) return {p, length, p + length};
@@ -53,7 +57,6 @@ class Encodings {
   }
   // Moves `p` behind identifier and length octets.
   static bool readHeader(const uint8_t *&p, const uint8_t *end, std::size_t &length) {
-    constexpr uint8_t kHighNumber = 0x1F, kMore = 0x80;
     if (p == end) return false;
     if ((*p++ & kHighNumber) == kHighNumber) {
       while (p != end && (*p & kMore) != 0) ++p;
@@ -63,7 +66,6 @@ class Encodings {
     return p != end && readLength(p, end, length);
   }
   static bool readLength(const uint8_t *&p, const uint8_t *end, std::size_t &length) {
-    constexpr uint8_t kLong = 0x80;
     const uint8_t first = *p++;
     length = first == kLong ? kIndefinite : first;
     if (first == kLong) return true;
