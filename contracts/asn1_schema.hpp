@@ -57,6 +57,12 @@ constexpr uint32_t classOf(Kind kind) {
   }
 }
 
+/// The number, when one identifier octet carries it (X.690 8.1.2.3).
+constexpr uint8_t lowTagNumber(uint8_t number) {
+  if (number > 30) badSchema("tag numbers above 30 need more than one octet");
+  return number;
+}
+
 /// A type that is defined on the spot: its kind and universal tag octet (0 for CHOICE and open types).
 struct BuiltIn {
   Kind kind;    ///< what it is
@@ -73,7 +79,7 @@ inline constexpr BuiltIn Enumerated{Kind::Enumerated, 0x0A};
 inline constexpr BuiltIn OpenType{Kind::Open, 0x00};
 /// @}
 /// A character string or time, by its universal tag.
-constexpr BuiltIn Octets(uint8_t universalTag) { return {Kind::Octets, universalTag}; }
+constexpr BuiltIn Octets(uint8_t universalTag) { return {Kind::Octets, lowTagNumber(universalTag)}; }
 
 /// A type that is defined by another row. `occurrence` tells equal names apart, by position from 1.
 struct Reference {
@@ -94,17 +100,12 @@ struct Tag {
   uint8_t octet = 0;        ///< identifier octet; 0 is none
   bool isExplicit = false;  ///< around the type's own encoding (X.690 8.14)
 };
-/// The number, when one identifier octet carries it (X.690 8.1.2.3).
-constexpr uint8_t lowTagNumber(uint8_t number) {
-  if (number > 30) badSchema("tag numbers above 30 need more than one octet");
-  return number;
-}
 /// The tag [n], IMPLICIT.
 constexpr Tag Context(uint8_t number) { return {static_cast<uint8_t>(0x80 + lowTagNumber(number)), false}; }
 /// The tag [n], EXPLICIT.
 constexpr Tag Explicit(uint8_t number) { return {static_cast<uint8_t>(0xA0 + lowTagNumber(number)), true}; }
 /// The tag [UNIVERSAL n], IMPLICIT.
-constexpr Tag Universal(uint8_t number) { return {number, false}; }
+constexpr Tag Universal(uint8_t number) { return {lowTagNumber(number), false}; }
 
 /// Whether a component may be left out.
 enum Presence : bool {

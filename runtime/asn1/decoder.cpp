@@ -172,10 +172,9 @@ inline Decoder::Progress Decoder::readPlainComponents(Frame &frame) {
       if (next == definition->count) return Progress::Stuck;
       type = definition + ++next;
     } while (tagOf(type) != identifier && tagOf(type) != 0 && isOptional(type) && !hasTag(type, identifier));
-    progress = readPlainValue(type, frame.end, &frame.node->children[next - 1]);
-    if (progress == Progress::Stuck) return progress;
     frame.current = type;
-    frame.next = next;
+    progress = readPlainValue(type, frame.end, &frame.node->children[next - 1]);
+    if (progress != Progress::Stuck) frame.next = next;
   }
   return progress;
 }
@@ -418,11 +417,10 @@ void Decoder::describe(Text &message) const {
 inline const AsnType *scalarOf(const AsnType *type, uint8_t identifier) {
   if (tagOf(type) == 0 && kindOf(type) == Kind::Choice) {
     const AsnType *const definition = definitionOf(type);
-    const AsnType *const last = definition + definition->count;
-    for (type = definition + 1; tagOf(type) != identifier; ++type) {
-      if (type == last) return nullptr;
+    for (uint32_t i = 1; i <= definition->count; ++i) {
+      if (tagOf(definition + i) == identifier) return definition + i;
     }
-    return type;
+    return nullptr;
   }
   return tagOf(type) == identifier ? type : nullptr;
 }
