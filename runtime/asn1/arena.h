@@ -20,7 +20,8 @@ class Arena {
   // Aligned for pointers and 64-bit integers, not zeroed; null when the system has no memory.
   void *allocate(std::size_t size) {
     const std::size_t rounded = kPoisonedGap + (size + 7) / 8 * 8;
-    if (rounded < size || static_cast<std::size_t>(end_ - next_) < rounded) return allocateSlow(size);
+    if (rounded < size || static_cast<std::size_t>(end_ - next_) < rounded) [[unlikely]]
+      return allocateSlow(size);
     return take(rounded, size);
   }
   template <class T>
@@ -43,7 +44,7 @@ class Arena {
     unpoison(memory, size);
     return memory;
   }
-  [[gnu::noinline]] void *allocateSlow(std::size_t size);
+  [[gnu::noinline, gnu::cold]] void *allocateSlow(std::size_t size);
 
   std::byte *next_;
   std::byte *end_;
