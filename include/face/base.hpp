@@ -99,6 +99,12 @@ void run(Call &&call) {
   if (call(&err) != 0) throw Error(err);
 }
 
+// The same for one that only looks at what is there: it gets an error block, which is large, when it has failed.
+template <class Call>
+void look(Call &&call) {
+  if (call(nullptr) != 0) run(call);
+}
+
 [[noreturn]] inline void fail(uint32_t code, const char *function, const char *message) {
   AsnErrorBlock err;
   AsnErrorReset(&err);

@@ -45,7 +45,7 @@ inline GeneralNameObject generalNameObject() {
 
 inline void copyName(X509GenNameObject object, GeneralName &name) {
   X509GenNameParam c;
-  run([&](AsnErrorBlock *err) { return X509GenNameObjectGetName(object, &c, err); });
+  look([&](AsnErrorBlock *err) { return X509GenNameObjectGetName(object, &c, err); });
   copyName(c, name);
 }
 
