@@ -75,12 +75,12 @@ class Decoder {
     Header header;
   };
 
-  enum class Progress : uint8_t { Read, Entered, Stuck };
-
+  static bool isPlain(const Frame &frame) { return frame.definition != nullptr && !frame.indefinite; }
   bool readPlain();
-  Progress readPlainMembers(Frame &frame);
-  Progress readPlainComponents(Frame &frame);
-  Progress readPlainValue(const AsnType *type, const uint8_t *end, Node **place);
+  bool readPlainMembers(Frame &frame, const uint8_t *&p);
+  bool readPlainComponents(Frame &frame, const uint8_t *&p);
+  const uint8_t *readPlainValue(const AsnType *type, const uint8_t *p, const uint8_t *end, Node **place);
+  const uint8_t *enterWrapped(const AsnType *type, const uint8_t *p, Node **place);
   bool enterPlain(const AsnType *type, const uint8_t *p, Node **place);
   bool readValue(Next &next);
   bool readScalar(const Next &next);
@@ -95,6 +95,10 @@ class Decoder {
   bool nextComponent(Frame &frame, uint8_t identifier);
   bool failTag(uint8_t identifier, const AsnType *type);
   bool failMemory();
+  [[gnu::cold]] bool failMemory(const uint8_t *at) {
+    pos_ = at;
+    return failMemory();
+  }
   bool isOpen() const { return top_ != frames_; }
 
   Arena &arena_;
@@ -114,9 +118,9 @@ bool Decoder::run() {
   if (next.match == nullptr) return failTag(next.header.identifier, next.type);
   for (;;) {
     if (!readValue(next)) return false;
-    if (!readPlain()) return false;
+    if (isPlain(*top_) && !readPlain()) return false;
     while (isOpen() && atEnd(*top_)) {
-      if (!leave(*top_) || !readPlain()) return false;
+      if (!leave(*top_) || (isPlain(*top_) && !readPlain())) return false;
     }
     if (!isOpen()) break;
     if (!findNext(next)) return false;
@@ -128,91 +132,112 @@ bool Decoder::run() {
 
 // Nearly all that is open are components and members, and nearly all of those have a short definite length and the very
 // tag of their type. Such are read here; whatever is another, or not right, is left to the steps below as it was found.
-// False without memory.
-inline bool Decoder::readPlain() {
-  for (;;) {
+// False without memory. The place in the input is kept in a register: from one value to the next all waits for it.
+bool Decoder::readPlain() {
+  const uint8_t *p = pos_;
+  while (isPlain(*top_)) {
     Frame &frame = *top_;
-    if (frame.indefinite || frame.definition == nullptr) return true;
-    const Progress progress = frame.role == Role::Members ? readPlainMembers(frame) : readPlainComponents(frame);
-    if (progress == Progress::Entered) continue;
-    if (pos_ != frame.end) return fault_.code == 0;
-    if (frame.role == Role::Components) {
-      for (; frame.next < frame.definition->count; ++frame.next) {
-        if (!isOptional(frame.definition + 1 + frame.next)) return true;
-      }
-    }
-    frame.node->encodingLength = static_cast<uint32_t>(pos_ - frame.node->encoding);
+    const bool isStuck = frame.role == Role::Members ? !readPlainMembers(frame, p) : !readPlainComponents(frame, p);
+    if (isStuck) break;
+    if (&frame != top_) continue;  // one was entered
+    frame.node->encodingLength = static_cast<uint32_t>(p - frame.node->encoding);
     --top_;
   }
+  pos_ = p;
+  return fault_.code == 0;
 }
 
-inline Decoder::Progress Decoder::readPlainMembers(Frame &frame) {
+// Members up to the end, or to one that is entered. False when one is no plain one.
+[[gnu::always_inline]] inline bool Decoder::readPlainMembers(Frame &frame, const uint8_t *&p) {
   Node *const list = frame.node;
   const AsnType *const type = frame.current = frame.definition + 1;
-  Progress progress = Progress::Read;
-  while (progress == Progress::Read && pos_ != frame.end) {
-    if (list->length == list->capacity && !growList(arena_, list)) {
-      failMemory();
-      return Progress::Stuck;
-    }
-    progress = readPlainValue(type, frame.end, &list->children[list->length]);
-    if (progress != Progress::Stuck) ++list->length;
+  while (p != frame.end && top_ == &frame) {
+    if (list->length == list->capacity && !growList(arena_, list)) return failMemory(p);
+    const uint8_t *const next = readPlainValue(type, p, frame.end, &list->children[list->length]);
+    if (next == nullptr) return false;
+    ++list->length;
+    p = next;
   }
-  return progress;
+  return true;
 }
 
-inline Decoder::Progress Decoder::readPlainComponents(Frame &frame) {
+// The same for components; false also when one is missing at the end.
+[[gnu::always_inline]] inline bool Decoder::readPlainComponents(Frame &frame, const uint8_t *&p) {
   const AsnType *const definition = frame.definition;
-  Progress progress = Progress::Read;
-  while (progress == Progress::Read && pos_ != frame.end) {
-    const uint8_t identifier = *pos_;
+  while (p != frame.end && top_ == &frame) {
+    const uint8_t identifier = *p;
     const AsnType *type = nullptr;
-    uint32_t next = frame.next;
+    uint32_t index = frame.next;
     do {
-      if (next == definition->count) return Progress::Stuck;
-      type = definition + ++next;
+      if (index == definition->count) return false;
+      type = definition + ++index;
     } while (tagOf(type) != identifier && tagOf(type) != 0 && isOptional(type) && !hasTag(type, identifier));
     frame.current = type;
-    progress = readPlainValue(type, frame.end, &frame.node->children[next - 1]);
-    if (progress != Progress::Stuck) frame.next = next;
+    const uint8_t *const next = readPlainValue(type, p, frame.end, &frame.node->children[index - 1]);
+    if (next == nullptr) return false;
+    frame.next = index;
+    p = next;
   }
-  return progress;
+  if (top_ != &frame) return true;
+  uint32_t index = frame.next;
+  while (index < definition->count && isOptional(definition + 1 + index)) ++index;
+  return index == definition->count;
 }
 
-// Reads or enters the value at pos_. Stuck when it is no plain one of the type, or without memory.
-[[gnu::always_inline]] inline Decoder::Progress Decoder::readPlainValue(const AsnType *type, const uint8_t *end,
-                                                                        Node **place) {
-  const uint8_t *const p = pos_;
-  if (end - p < 2 || p[1] >= 0x80 || p[1] > end - p - 2 || isExplicit(type)) return Progress::Stuck;
+// Reads the value at p, or enters it; where to go on. Null when it is no plain one of the type, or without memory.
+[[gnu::always_inline]] inline const uint8_t *Decoder::readPlainValue(const AsnType *type, const uint8_t *p,
+                                                                     const uint8_t *end, Node **place) {
+  if (end - p < 2 || p[1] >= 0x80 || p[1] > end - p - 2) return nullptr;
+  if (isExplicit(type)) return p[0] == tagOf(type) ? enterWrapped(type, p, place) : nullptr;
   const uint32_t length = p[1];
   const Kind kind = kindOf(type);
   // Any tag of one octet suits an open type, but that of end-of-contents.
   const bool fits = kind == Kind::Open ? (p[0] & 0x1F) != 0x1F && (p[0] & ~0x20) != 0 : p[0] == tagOf(type);
-  if (!fits) return Progress::Stuck;
-  if (hasChildren(kind)) return enterPlain(type, p, place) ? Progress::Entered : Progress::Stuck;
-  if (!isContentOf(type, p + 2, length)) return Progress::Stuck;
+  if (!fits) return nullptr;
+  if (hasChildren(kind)) return enterPlain(type, p, place) ? p + 2 : nullptr;
+  if (!isContentOf(type, p + 2, length)) return nullptr;
   auto *const node = static_cast<Node *>(arena_.allocate(sizeof(Node)));
   if (node == nullptr) {
-    failMemory();
-    return Progress::Stuck;
+    failMemory(p);
+    return nullptr;
   }
   const bool isScalar = kind != Kind::Open;
   const uint32_t headerLength = isScalar ? 2 : 0;
   *place = new (node)
       Node{type, {p + headerLength}, p, 2 + length, 2 + length - headerLength, 0, true, State::Element, true, isScalar};
-  pos_ = p + 2 + length;
-  return Progress::Read;
+  return p + 2 + length;
+}
+
+// Enters the SEQUENCE or list that is the alternative of a CHOICE in an EXPLICIT tag, all with headers of two octets.
+const uint8_t *Decoder::enterWrapped(const AsnType *type, const uint8_t *p, Node **place) {
+  const AsnType *const choice = wrappedType(type);
+  const uint8_t *const inner = p + 2;
+  if (kindOf(choice) != Kind::Choice || tagOf(choice) != 0) return nullptr;
+  if (p[1] < 2 || inner[0] == 0 || inner[1] != p[1] - 2 || top_ + 3 > frames_ + ASN_MAX_NESTING) return nullptr;
+  const AsnType *const alternative = alternativeOf(choice, inner[0]);
+  if (alternative == nullptr || tagOf(alternative) != inner[0] || isExplicit(alternative)) return nullptr;
+  if (!hasChildren(kindOf(alternative))) return nullptr;
+  Node *const node = newNode(arena_, type);
+  if (node == nullptr) {
+    failMemory(p);
+    return nullptr;
+  }
+  *place = node;
+  node->encoding = inner;
+  push(Role::Wrapper, node, type, inner + p[1], false);
+  top_->next = 1;
+  push(Role::Choice, node, alternative, inner + p[1], false);
+  return enterPlain(alternative, inner, &node->chosen) ? inner + 2 : nullptr;
 }
 
 // Enters a SEQUENCE or list with a header of two octets.
 inline bool Decoder::enterPlain(const AsnType *type, const uint8_t *p, Node **place) {
   if (kindOf(type) == Kind::Choice || top_ == frames_ + ASN_MAX_NESTING) return false;
   Node *const node = newNode(arena_, type);
-  if (node == nullptr) return failMemory();
+  if (node == nullptr) return failMemory(p);
   *place = node;
   node->encoding = p;
-  pos_ = p + 2;
-  return push(isList(kindOf(type)) ? Role::Members : Role::Components, node, nullptr, pos_ + p[1], false);
+  return push(isList(kindOf(type)) ? Role::Members : Role::Components, node, nullptr, p + 2 + p[1], false);
 }
 
 // A scalar is read, a constructed value entered.
