@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace bench {
 

@@ -7,7 +7,7 @@ install(TARGETS ketra ketra_runtime EXPORT KetraTargets
   RUNTIME COMPONENT library
   LIBRARY COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE COMPONENT development)
-install(DIRECTORY include/ contracts DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ketra COMPONENT development)
+install(DIRECTORY include/ketra DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 install(EXPORT KetraTargets NAMESPACE Ketra:: DESTINATION ${package_dir} COMPONENT development)
 configure_package_config_file(cmake/KetraConfig.cmake.in KetraConfig.cmake INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(KetraConfigVersion.cmake COMPATIBILITY SameMajorVersion)

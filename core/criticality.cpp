@@ -1,6 +1,6 @@
 #include "core/extension_access.h"
 #include "core/operation.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 namespace ketra {
 namespace {

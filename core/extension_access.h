@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "contracts/certificate.h"
+#include "ketra/contracts/certificate.h"
 
 namespace ketra {
 

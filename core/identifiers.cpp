@@ -1,4 +1,4 @@
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // How an operation of the library reports. This is the only way to the trace, and the only one to a code.
 #pragma once
 
-#include "contracts/asn1.h"
-#include "ketra_errors.h"
+#include "ketra/contracts/asn1.h"
+#include "ketra/ketra_errors.h"
 
 namespace ketra {
 

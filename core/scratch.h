@@ -1,7 +1,7 @@
 // Clean-up on a failure path must not disturb what the caller's error block says.
 #pragma once
 
-#include "contracts/asn1.h"
+#include "ketra/contracts/asn1.h"
 
 namespace ketra {
 

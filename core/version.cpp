@@ -1,4 +1,4 @@
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 int32_t KetraVersion(const char **banner) {
   static constexpr char kBanner[] = "Ketra X.509 extensions library Version " KETRA_VERSION " (" KETRA_VERSION_DATE

@@ -1,8 +1,8 @@
 /* Stores a subjectAltName and reads it back: count, prepare a chain, get. */
 #include <stdio.h>
 
-#include "ketra.h"
-#include "ketra_runtime.h"
+#include "ketra/ketra.h"
+#include "ketra/ketra_runtime.h"
 
 enum { kMost = 2 };
 

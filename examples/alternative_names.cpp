@@ -3,7 +3,7 @@
 #include <iostream>
 #include <variant>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 int main() try {
   ketra::Name name;

@@ -2,7 +2,7 @@
 #include <exception>
 #include <iostream>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 int main() try {
   ketra::DistributionPoint point;

@@ -1,8 +1,8 @@
 /* Encodes the extensions of a CA certificate and reads one of them back. */
 #include <stdio.h>
 
-#include "ketra.h"
-#include "ketra_runtime.h"
+#include "ketra/ketra.h"
+#include "ketra/ketra_runtime.h"
 
 int main(void) {
   KetraBasicConstraints ca = {.cA = {1, 1}, .pathLenConstraint = {0, 1}};

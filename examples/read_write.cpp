@@ -1,7 +1,7 @@
 // Encodes the extensions of a CA certificate and reads them back.
 #include <iostream>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 int main() try {
   ketra::Extensions extensions;

@@ -6,7 +6,7 @@
 // The last two come together or not at all.
 
 #include "core/frames.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

@@ -5,7 +5,7 @@
 // No default is applied in either direction: a present FALSE is written, an absent cA reads as absent.
 
 #include "core/frames.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

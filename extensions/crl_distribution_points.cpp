@@ -7,7 +7,7 @@
 #include "core/frames.h"
 #include "core/member_path.h"
 #include "extensions/reason_flags.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

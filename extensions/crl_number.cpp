@@ -2,7 +2,7 @@
 // BaseCRLNumber ::= CRLNumber                                    RFC 5280 5.2.4, in the DeltaCRLIndicator
 
 #include "core/frames.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

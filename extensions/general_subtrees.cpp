@@ -9,7 +9,7 @@
 
 #include "core/member_path.h"
 #include "core/operation.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

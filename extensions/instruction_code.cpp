@@ -1,7 +1,7 @@
 // HoldInstructionCode ::= OBJECT IDENTIFIER                      RFC 3280 5.3.2
 
 #include "core/frames.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

@@ -1,7 +1,7 @@
 // InvalidityDate ::= GeneralizedTime                             RFC 5280 5.3.2
 
 #include "core/frames.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

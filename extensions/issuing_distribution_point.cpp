@@ -9,7 +9,7 @@
 
 #include "core/frames.h"
 #include "extensions/reason_flags.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

@@ -3,7 +3,7 @@
 //     keyCertSign (5), cRLSign (6), encipherOnly (7), decipherOnly (8) }
 
 #include "core/frames.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

@@ -3,7 +3,7 @@
 //     excludedSubtrees   [1] GeneralSubtrees OPTIONAL }
 
 #include "core/frames.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

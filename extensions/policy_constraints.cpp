@@ -4,7 +4,7 @@
 // SkipCerts ::= INTEGER (0..MAX)
 
 #include "core/frames.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

@@ -4,7 +4,7 @@
 
 #include "core/frames.h"
 #include "core/member_path.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

@@ -3,7 +3,7 @@
 //     notAfter   [1] GeneralizedTime OPTIONAL }
 
 #include "core/frames.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

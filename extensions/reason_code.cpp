@@ -5,7 +5,7 @@
 // The values of RFC 2459: later ones are refused.
 
 #include "core/frames.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

@@ -4,7 +4,7 @@
 
 #include "core/extension_access.h"
 #include "core/operation.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

@@ -3,7 +3,7 @@
 
 #include "core/frames.h"
 #include "core/shapes.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

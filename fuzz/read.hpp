@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 #include "target.hpp"
 
 namespace ketra {

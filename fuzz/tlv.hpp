@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace fuzz {
 

@@ -3,7 +3,7 @@
 // CertificateIssuer ::= GeneralNames                             RFC 5280 5.3.3
 
 #include "core/frames.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 using namespace ketra;
 

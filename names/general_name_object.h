@@ -3,7 +3,7 @@
 #pragma once
 
 #include "core/operation.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 // Everything lies in the pool, the record itself too; only a Name object is a separate object, owned by this one.
 // When `paramFlag` is 1 and `pduState` not 0, `param` and `pdu` describe the same name.

@@ -6,7 +6,7 @@
 #include "core/member_path.h"
 #include "core/operation.h"
 #include "core/scratch.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 namespace ketra {
 namespace {

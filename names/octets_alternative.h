@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/operation.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 
 namespace ketra {
 

@@ -6,7 +6,7 @@
 // Carries an ORAddress from one place of ASN.1 work values to another. Its parts are opaque encodings.
 #pragma once
 
-#include "contracts/asn1.h"
+#include "ketra/contracts/asn1.h"
 
 namespace ketra {
 

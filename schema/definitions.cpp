@@ -3,7 +3,7 @@
 // type, which the Name object builds and parses; so are the parts of an ORAddress. Components with a DEFAULT value are
 // OPTIONAL here: no default is applied in either direction.
 
-#include "contracts/asn1_schema.hpp"
+#include "ketra/contracts/asn1_schema.hpp"
 #include "schema/schema.h"
 
 namespace ketra::schema {

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "contracts/asn1.h"
+#include "ketra/contracts/asn1.h"
 
 namespace ketra::schema {
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace tool {
 

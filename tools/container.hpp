@@ -6,7 +6,7 @@
 #include <string>
 
 #include "input.hpp"
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 #include "signed_objects.hpp"
 
 namespace tool {

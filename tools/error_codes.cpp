@@ -2,9 +2,9 @@
 
 #include <cstdio>
 
-#include "contracts/attributes.h"
-#include "contracts/certificate.h"
-#include "ketra_errors.h"
+#include "ketra/contracts/attributes.h"
+#include "ketra/contracts/certificate.h"
+#include "ketra/ketra_errors.h"
 
 namespace {
 

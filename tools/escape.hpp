@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace tool {
 

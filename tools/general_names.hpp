@@ -13,7 +13,7 @@
 
 #include <vector>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 #include "problem.hpp"
 
 namespace tool {

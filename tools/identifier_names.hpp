@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 #include "problem.hpp"
 
 namespace tool {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "fields.hpp"
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace tool {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace tool {
 

@@ -5,7 +5,7 @@
 #include <ostream>
 #include <string>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace tool {
 

@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "asn1_reader.hpp"
-#include "contracts/asn1_schema.hpp"
+#include "ketra/contracts/asn1_schema.hpp"
 
 namespace tool {
 namespace {

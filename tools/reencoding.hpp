@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace tool {
 

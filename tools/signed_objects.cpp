@@ -4,8 +4,8 @@
 #include <iterator>
 #include <string_view>
 
-#include "contracts/asn1_schema.hpp"
 #include "escape.hpp"
+#include "ketra/contracts/asn1_schema.hpp"
 
 namespace tool {
 namespace {

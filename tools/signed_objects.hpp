@@ -7,7 +7,7 @@
 #include <string>
 
 #include "asn1_reader.hpp"
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace tool {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace tool {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "fields.hpp"
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace tool {
 

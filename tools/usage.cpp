@@ -10,7 +10,7 @@
 
 #include "escape.hpp"
 #include "exit_status.hpp"
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 
 namespace tool {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "batches.hpp"
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 #include "problem.hpp"
 #include "signed_objects.hpp"
 

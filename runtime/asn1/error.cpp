@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "contracts/attributes.h"
-#include "contracts/certificate.h"
-#include "ketra_runtime.h"
+#include "ketra/contracts/attributes.h"
+#include "ketra/contracts/certificate.h"
+#include "ketra/ketra_runtime.h"
 
 namespace ketra::asn1 {
 

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "contracts/asn1.h"
+#include "ketra/contracts/asn1.h"
 
 namespace ketra::asn1 {
 

@@ -1,7 +1,7 @@
 #include <charconv>
 #include <cstring>
 
-#include "ketra_runtime.h"
+#include "ketra/ketra_runtime.h"
 #include "runtime/asn1/content.h"
 #include "runtime/asn1/pool.h"
 

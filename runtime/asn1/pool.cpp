@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "ketra_runtime.h"
+#include "ketra/ketra_runtime.h"
 #include "runtime/asn1/poison.h"
 
 namespace ketra::asn1 {

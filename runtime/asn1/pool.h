@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "contracts/asn1.h"
+#include "ketra/contracts/asn1.h"
 #include "runtime/asn1/error.h"
 
 namespace ketra::asn1 {

@@ -1,5 +1,5 @@
-#include "contracts/asn1_schema.hpp"
-#include "ketra_runtime.h"
+#include "ketra/contracts/asn1_schema.hpp"
+#include "ketra/ketra_runtime.h"
 
 namespace ketra::asn1 {
 namespace {

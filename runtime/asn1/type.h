@@ -1,7 +1,7 @@
 // Reading type records (contracts/asn1.h).
 #pragma once
 
-#include "contracts/asn1_schema.hpp"
+#include "ketra/contracts/asn1_schema.hpp"
 
 namespace ketra::asn1 {
 

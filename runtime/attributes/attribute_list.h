@@ -1,7 +1,7 @@
 // The Attributes object: its attributes in DER, with an index of their parts.
 #pragma once
 
-#include "contracts/attributes.h"
+#include "ketra/contracts/attributes.h"
 #include "runtime/asn1/sequence_buffer.h"
 
 namespace ketra::attributes {

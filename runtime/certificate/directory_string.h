@@ -1,7 +1,7 @@
 // What operations on DirectoryString values share.
 #pragma once
 
-#include "contracts/certificate.h"
+#include "ketra/contracts/certificate.h"
 #include "runtime/asn1/error.h"
 #include "runtime/certificate/characters.h"
 

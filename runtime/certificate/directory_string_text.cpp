@@ -1,6 +1,6 @@
 // DirectoryString values as text.
 
-#include "ketra_runtime.h"
+#include "ketra/ketra_runtime.h"
 #include "runtime/asn1/error.h"
 #include "runtime/certificate/directory_string.h"
 

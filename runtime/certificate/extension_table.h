@@ -1,7 +1,7 @@
 // The records of an Extensions object: a list in encoding order, and beyond a few of them an index by identifier.
 #pragma once
 
-#include "contracts/certificate.h"
+#include "ketra/contracts/certificate.h"
 
 namespace ketra::certificate {
 

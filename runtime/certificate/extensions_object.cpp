@@ -4,9 +4,9 @@
 #include <charconv>
 #include <new>
 
-#include "contracts/asn1_schema.hpp"
-#include "contracts/certificate.h"
-#include "ketra_runtime.h"
+#include "ketra/contracts/asn1_schema.hpp"
+#include "ketra/contracts/certificate.h"
+#include "ketra/ketra_runtime.h"
 #include "runtime/asn1/pool.h"
 #include "runtime/certificate/extension_table.h"
 

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "ketra_runtime.h"
+#include "ketra/ketra_runtime.h"
 #include "runtime/asn1/error.h"
 #include "runtime/certificate/directory_string.h"
 

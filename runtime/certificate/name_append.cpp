@@ -1,7 +1,7 @@
 // Building names: relative distinguished names of text.
 
-#include "contracts/asn1_schema.hpp"
-#include "ketra_runtime.h"
+#include "ketra/contracts/asn1_schema.hpp"
+#include "ketra/ketra_runtime.h"
 #include "runtime/asn1/content.h"
 #include "runtime/asn1/encoder.h"
 #include "runtime/asn1/work_object.h"

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "ketra_runtime.h"
+#include "ketra/ketra_runtime.h"
 #include "runtime/asn1/error.h"
 #include "runtime/asn1/work_object.h"
 #include "runtime/certificate/name_object.h"

@@ -4,8 +4,8 @@
 
 #include <new>
 
-#include "contracts/asn1_schema.hpp"
-#include "ketra_runtime.h"
+#include "ketra/contracts/asn1_schema.hpp"
+#include "ketra/ketra_runtime.h"
 #include "runtime/asn1/access.h"
 #include "runtime/asn1/encoder.h"
 #include "runtime/asn1/pool.h"

@@ -1,7 +1,7 @@
 // The Name object, and how its attributes are read.
 #pragma once
 
-#include "contracts/certificate.h"
+#include "ketra/contracts/certificate.h"
 #include "runtime/asn1/sequence_buffer.h"
 #include "runtime/asn1/tlv.h"
 #include "runtime/certificate/characters.h"

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "ketra_runtime.h"
+#include "ketra/ketra_runtime.h"
 #include "runtime/asn1/error.h"
 #include "runtime/certificate/attribute_types.h"
 #include "runtime/certificate/name_object.h"

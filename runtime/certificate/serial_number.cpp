@@ -1,6 +1,6 @@
 // Certificate serial numbers: a number, or the content octets of an INTEGER of any size.
 
-#include "contracts/certificate.h"
+#include "ketra/contracts/certificate.h"
 #include "runtime/asn1/content.h"
 
 namespace ketra::certificate {

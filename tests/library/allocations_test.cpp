@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 #include "library/system_requests.h"
 #include "support/names.h"
 

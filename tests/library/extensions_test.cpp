@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "core/extension_access.h"
-#include "ketra.h"
+#include "ketra/ketra.h"
 #include "support/support.h"
 
 namespace ketra::test {

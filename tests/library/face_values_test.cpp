@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 #include "support/octets.h"
 
 namespace {

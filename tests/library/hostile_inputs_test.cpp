@@ -7,7 +7,7 @@
 #include <iostream>
 #include <map>
 
-#include "ketra.h"
+#include "ketra/ketra.h"
 #include "library/reading.h"
 #include "support/names.h"
 #ifndef KETRA_SANITIZED  // a sanitizer brings its own malloc

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "contracts/attributes.h"
-#include "contracts/certificate.h"
+#include "ketra/contracts/attributes.h"
+#include "ketra/contracts/certificate.h"
 
 namespace ketra::test {
 

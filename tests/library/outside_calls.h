@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "contracts/asn1.h"
+#include "ketra/contracts/asn1.h"
 
 namespace ketra::test {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 #include "library/outside_operations.h"
 
 namespace ketra::test {

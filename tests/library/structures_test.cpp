@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "ketra_errors.h"
+#include "ketra/ketra_errors.h"
 #include "library/outside_operations.h"
 
 namespace ketra::test {

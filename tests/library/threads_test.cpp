@@ -2,7 +2,7 @@
 #include <barrier>
 #include <thread>
 
-#include "ketra.hpp"
+#include "ketra/ketra.hpp"
 #include "library/outside_calls.h"
 #include "library/outside_operations.h"
 

@@ -3,8 +3,8 @@
 #include <stddef.h>
 #include <stdio.h>
 
-#include "ketra.h"
-#include "ketra_runtime.h"
+#include "ketra/ketra.h"
+#include "ketra/ketra_runtime.h"
 
 #define LAYOUTS(SIZE, FIELD)                                          \
   SIZE(Objid, 8, 16)                                                  \

@@ -4,7 +4,7 @@
 #include <array>
 #include <deque>
 
-#include "ketra.h"
+#include "ketra/ketra.h"
 #include "support/support.h"
 
 namespace ketra::test {

@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "contracts/asn1_schema.hpp"
-#include "ketra_runtime.h"
+#include "ketra/contracts/asn1_schema.hpp"
+#include "ketra/ketra_runtime.h"
 #include "support/octets.h"
 
 namespace ketra::test {
