@@ -115,6 +115,7 @@ static inline int32_t ketraChainsMemory(KetraChains *chains, uint32_t count, siz
 /* Blank nodes in a row, each linked to the next by its first member. */
 static inline int32_t ketraChainsNodes(KetraChains *chains, const char *function, uint32_t count, size_t size,
                                        const void *result, void **first, AsnErrorBlock *err) {
+  char message[ASN_TRACE_MESSAGE];
   unsigned char *node;
   const unsigned char *next;
   uint32_t i;
@@ -123,8 +124,11 @@ static inline int32_t ketraChainsNodes(KetraChains *chains, const char *function
   if (chains == NULL || result == NULL)
     return ketraChainsRefuse(function, "a required parameter is null", KetraError_NullParameter, err);
   if (count == 0) return 0;
-  if (chains->most != 0 && (chains->made > chains->most || count > chains->most - chains->made))
-    return ketraChainsRefuse(function, "more nodes than KetraChains::most", AsnMemError_Limit, err);
+  if (chains->most != 0 && (chains->made > chains->most || count > chains->most - chains->made)) {
+    snprintf(message, sizeof message, "%u nodes more than %u would exceed the bound of %u", (unsigned)count,
+             (unsigned)chains->made, (unsigned)chains->most);
+    return ketraChainsRefuse(function, message, AsnMemError_Limit, err);
+  }
   if (ketraChainsMemory(chains, count, size, first, err))
     return ketraChainsFailed(function, "the nodes cannot be made", err);
   node = (unsigned char *)*first;
