@@ -24,8 +24,8 @@
  *   Extensions object that was read, in whose pool nothing is left.
  * - The nodes of one chain lie in a row: `first[i]` is the node that `i` steps along `next` lead to. The caller may
  *   write to nodes and link them in another way.
- * - Every read takes time in proportion to the length of the extension, and all its memory comes from the system
- *   through the runtime, so that running out of it is an ordinary error.
+ * - A read takes time in proportion to the length of the extension and, at the peak and with its results, less than 250
+ *   octets of memory per octet of it. Running out of memory is an ordinary error.
  * - A KetraChains, and every object that a call gets with it, is used by one thread at a time. */
 #ifndef KETRA_CHAINS_H
 #define KETRA_CHAINS_H
@@ -81,16 +81,15 @@ static inline int32_t ketraChainsRefuse(const char *function, const char *messag
 
 /* A new Extensions object, whose pool serves from here on. */
 static inline int32_t ketraChainsBegin(KetraChains *chains, KetraObject *object, AsnErrorBlock *err) {
-  struct KetraChainsRecord *record;
   AsnMemObject pool = NULL;
   void *memory = NULL;
-
   if (KetraObjectCreate(object, err)) return -1;
-  if (KetraObjectGetMemObject(*object, &pool, err) || AsnMemObjectMalloc(pool, sizeof *record, &memory, err)) {
+  if (KetraObjectGetMemObject(*object, &pool, err) ||
+      AsnMemObjectMalloc(pool, sizeof(struct KetraChainsRecord), &memory, err)) {
     KetraObjectDestroy(*object, NULL);
     return -1;
   }
-  record = (struct KetraChainsRecord *)memory;
+  struct KetraChainsRecord *const record = (struct KetraChainsRecord *)memory;
   memset(record, 0, sizeof *record);
   record->next = chains->newest;
   record->object = *object;
@@ -103,7 +102,6 @@ static inline int32_t ketraChainsBegin(KetraChains *chains, KetraObject *object,
 static inline int32_t ketraChainsMemory(KetraChains *chains, uint32_t count, size_t size, void **memory,
                                         AsnErrorBlock *err) {
   KetraObject object = NULL;
-
   if (count > UINT32_MAX / size)
     return ketraChainsRefuse("KetraChains", "the nodes take more than 4294967295 octets", AsnMemError_OutOfMemory, err);
   if (chains->pool == NULL && ketraChainsBegin(chains, &object, err)) return -1;
@@ -115,39 +113,33 @@ static inline int32_t ketraChainsMemory(KetraChains *chains, uint32_t count, siz
 /* Blank nodes in a row, each linked to the next by its first member. */
 static inline int32_t ketraChainsNodes(KetraChains *chains, const char *function, uint32_t count, size_t size,
                                        const void *result, void **first, AsnErrorBlock *err) {
-  char message[ASN_TRACE_MESSAGE];
-  unsigned char *node;
-  const unsigned char *next;
-  uint32_t i;
-
   *first = NULL;
   if (chains == NULL || result == NULL)
     return ketraChainsRefuse(function, "a required parameter is null", KetraError_NullParameter, err);
   if (count == 0) return 0;
   if (chains->most != 0 && (chains->made > chains->most || count > chains->most - chains->made)) {
-    snprintf(message, sizeof message, "%u nodes more than %u would exceed the bound of %u", (unsigned)count,
-             (unsigned)chains->made, (unsigned)chains->most);
+    char message[ASN_TRACE_MESSAGE];
+    snprintf(message, sizeof message, "the limit is %u nodes: %u exist, %u more are needed", (unsigned)chains->most,
+             (unsigned)chains->made, (unsigned)count);
     return ketraChainsRefuse(function, message, AsnMemError_Limit, err);
   }
   if (ketraChainsMemory(chains, count, size, first, err))
     return ketraChainsFailed(function, "the nodes cannot be made", err);
-  node = (unsigned char *)*first;
-  for (i = 1; i < count; i++, node += size) {
-    next = node + size;
+  unsigned char *node = (unsigned char *)*first;
+  for (uint32_t i = 1; i < count; i++, node += size) {
+    const unsigned char *const next = node + size;
     memcpy(node, &next, sizeof next);
   }
   chains->made += count;
   return 0;
 }
 
-/* Sees to it that KetraChainsFree finds the objects of these nodes, which hold none yet. */
+/* Lets KetraChainsFree find the objects of these nodes, which hold none yet. */
 static inline int32_t ketraChainsRemember(KetraChains *chains, X509GenNameChain *names, X509GenSubtree *subtrees,
                                           uint32_t count, AsnErrorBlock *err) {
   void *memory = NULL;
-  struct KetraChainsRecord *record;
-
-  if (ketraChainsMemory(chains, 1, sizeof *record, &memory, err)) return -1;
-  record = (struct KetraChainsRecord *)memory;
+  if (ketraChainsMemory(chains, 1, sizeof(struct KetraChainsRecord), &memory, err)) return -1;
+  struct KetraChainsRecord *const record = (struct KetraChainsRecord *)memory;
   record->next = chains->newest;
   record->names = names;
   record->subtrees = subtrees;
@@ -166,7 +158,6 @@ static inline int32_t ketraChainsObject(X509GenNameObject *object, const X509Gen
 static inline int32_t ketraChainsCopy(KetraChains *chains, KetraObject extensions, const Objid *objid,
                                       const void *result, KetraObject *copy, AsnErrorBlock *err) {
   const KetraExtension *stored = NULL;
-
   if (chains == NULL || extensions == NULL || result == NULL)
     return ketraChainsRefuse("KetraChains", "a required parameter is null", KetraError_NullParameter, err);
   *copy = extensions;
@@ -180,7 +171,6 @@ static inline int32_t ketraChainsDecode(KetraObject extensions, const Objid *obj
                                         AsnObject *work, AsnValue *root, AsnErrorBlock *err) {
   const KetraExtension *stored = NULL;
   uint32_t scratch = 0;
-
   if (KetraObjectSearchExtpByObjid(extensions, objid, &stored, err) || AsnObjectCreate(work, err)) return -1;
   return AsnOpenFromMem(*work, type, &stored->value, root, err) || AsnDecode(*work, *root, 0, &scratch, err) ? -1 : 0;
 }
@@ -193,13 +183,10 @@ static inline int32_t ketraChainsDecode(KetraObject extensions, const Objid *obj
 /** Releases all that was read and made, and destroys the GeneralName objects that the nodes hold by then. The
  * KetraChains is empty afterwards, keeps `most`, and may be used again. An empty or null one is fine. */
 static inline void KetraChainsFree(KetraChains *chains) {
-  struct KetraChainsRecord record;
-  uint32_t i;
-
   if (chains == NULL) return;
   while (chains->newest != NULL) {
-    record = *chains->newest; /* which may lie in the object that is destroyed */
-    for (i = 0; i < record.count; i++)
+    const struct KetraChainsRecord record = *chains->newest; /* a copy: the record may lie in the object */
+    for (uint32_t i = 0; i < record.count; i++)
       X509GenNameObjectDestroy(record.names != NULL ? record.names[i].genName : record.subtrees[i].base, NULL);
     KetraObjectDestroy(record.object, NULL);
     chains->newest = record.next;
@@ -209,23 +196,21 @@ static inline void KetraChainsFree(KetraChains *chains) {
 }
 
 /** @name Making
- * Chains of `count` blank nodes; of none, a null pointer. The caller fills the nodes in and sets the extension; what he
- * lets them point to has to live until then. More nodes than KetraChains::most allows are AsnMemError_Limit.
+ * Chains of `count` blank nodes; a null pointer when `count` is 0. The caller fills the nodes in and sets the
+ * extension; arcs and octets that the nodes point to have to live until then. More nodes than KetraChains::most allows
+ * are AsnMemError_Limit.
  * @{ */
 
 /** Names, each with an object that holds a copy of the name at its place in `names`. With null `names` the objects hold
  * none and wait for a get. */
 static inline int32_t KetraChainsMakeNames(KetraChains *chains, const X509GenNameParam *names, uint32_t count,
                                            X509GenNameChain **first, AsnErrorBlock *err) {
-  void *memory;
-  X509GenNameChain *nodes;
-  uint32_t i;
-
-  if (ketraChainsNodes(chains, __func__, count, sizeof *nodes, first, &memory, err)) return -1;
-  nodes = (X509GenNameChain *)memory;
+  void *memory = NULL;
+  if (ketraChainsNodes(chains, __func__, count, sizeof **first, first, &memory, err)) return -1;
+  X509GenNameChain *const nodes = (X509GenNameChain *)memory;
   if (count > 0 && ketraChainsRemember(chains, nodes, NULL, count, err))
     return ketraChainsFailed(__func__, "the nodes cannot be made", err);
-  for (i = 0; i < count; i++) {
+  for (uint32_t i = 0; i < count; i++) {
     if (ketraChainsObject(&nodes[i].genName, names != NULL ? &names[i] : NULL, err))
       return ketraChainsFailed(__func__, "a name cannot be made", err);
   }
@@ -237,15 +222,12 @@ static inline int32_t KetraChainsMakeNames(KetraChains *chains, const X509GenNam
  * hold none and wait for a get. Minimum and maximum are absent. */
 static inline int32_t KetraChainsMakeSubtrees(KetraChains *chains, const X509GenNameParam *bases, uint32_t count,
                                               X509GenSubtree **first, AsnErrorBlock *err) {
-  void *memory;
-  X509GenSubtree *nodes;
-  uint32_t i;
-
-  if (ketraChainsNodes(chains, __func__, count, sizeof *nodes, first, &memory, err)) return -1;
-  nodes = (X509GenSubtree *)memory;
+  void *memory = NULL;
+  if (ketraChainsNodes(chains, __func__, count, sizeof **first, first, &memory, err)) return -1;
+  X509GenSubtree *const nodes = (X509GenSubtree *)memory;
   if (count > 0 && ketraChainsRemember(chains, NULL, nodes, count, err))
     return ketraChainsFailed(__func__, "the nodes cannot be made", err);
-  for (i = 0; i < count; i++) {
+  for (uint32_t i = 0; i < count; i++) {
     if (ketraChainsObject(&nodes[i].base, bases != NULL ? &bases[i] : NULL, err))
       return ketraChainsFailed(__func__, "a name cannot be made", err);
   }
@@ -256,8 +238,7 @@ static inline int32_t KetraChainsMakeSubtrees(KetraChains *chains, const X509Gen
 /** Attributes of a name relative to the CRL issuer. */
 static inline int32_t KetraChainsMakeAttributes(KetraChains *chains, uint32_t count, X509AttributeTypeAndValue **first,
                                                 AsnErrorBlock *err) {
-  void *nodes;
-
+  void *nodes = NULL;
   if (ketraChainsNodes(chains, __func__, count, sizeof **first, first, &nodes, err)) return -1;
   *first = (X509AttributeTypeAndValue *)nodes;
   return 0;
@@ -266,8 +247,7 @@ static inline int32_t KetraChainsMakeAttributes(KetraChains *chains, uint32_t co
 /** Distribution points without name, reasons and issuer. */
 static inline int32_t KetraChainsMakeDistributionPoints(KetraChains *chains, uint32_t count,
                                                         KetraDistributionPoint **first, AsnErrorBlock *err) {
-  void *nodes;
-
+  void *nodes = NULL;
   if (ketraChainsNodes(chains, __func__, count, sizeof **first, first, &nodes, err)) return -1;
   *first = (KetraDistributionPoint *)nodes;
   return 0;
@@ -276,8 +256,7 @@ static inline int32_t KetraChainsMakeDistributionPoints(KetraChains *chains, uin
 /** Policies without qualifiers. */
 static inline int32_t KetraChainsMakePolicies(KetraChains *chains, uint32_t count, KetraPolicyInformation **first,
                                               AsnErrorBlock *err) {
-  void *nodes;
-
+  void *nodes = NULL;
   if (ketraChainsNodes(chains, __func__, count, sizeof **first, first, &nodes, err)) return -1;
   *first = (KetraPolicyInformation *)nodes;
   return 0;
@@ -286,8 +265,7 @@ static inline int32_t KetraChainsMakePolicies(KetraChains *chains, uint32_t coun
 /** Qualifiers of one policy. */
 static inline int32_t KetraChainsMakeQualifiers(KetraChains *chains, uint32_t count, KetraPolicyQualifierInfo **first,
                                                 AsnErrorBlock *err) {
-  void *nodes;
-
+  void *nodes = NULL;
   if (ketraChainsNodes(chains, __func__, count, sizeof **first, first, &nodes, err)) return -1;
   *first = (KetraPolicyQualifierInfo *)nodes;
   return 0;
@@ -296,8 +274,7 @@ static inline int32_t KetraChainsMakeQualifiers(KetraChains *chains, uint32_t co
 /** Policy mappings. */
 static inline int32_t KetraChainsMakePolicyMappings(KetraChains *chains, uint32_t count, KetraPolicyMapping **first,
                                                     AsnErrorBlock *err) {
-  void *nodes;
-
+  void *nodes = NULL;
   if (ketraChainsNodes(chains, __func__, count, sizeof **first, first, &nodes, err)) return -1;
   *first = (KetraPolicyMapping *)nodes;
   return 0;
@@ -306,8 +283,7 @@ static inline int32_t KetraChainsMakePolicyMappings(KetraChains *chains, uint32_
 /** Key purposes. */
 static inline int32_t KetraChainsMakeKeyPurposes(KetraChains *chains, uint32_t count, KetraKeyPurposeId **first,
                                                  AsnErrorBlock *err) {
-  void *nodes;
-
+  void *nodes = NULL;
   if (ketraChainsNodes(chains, __func__, count, sizeof **first, first, &nodes, err)) return -1;
   *first = (KetraKeyPurposeId *)nodes;
   return 0;
@@ -325,7 +301,6 @@ static inline int32_t ketraChainsReadNames(KetraChains *chains, KetraObject exte
   X509GenNames names = {NULL};
   KetraObject copy = NULL;
   uint32_t count = 0;
-
   if (ketraChainsCopy(chains, extensions, objid, result, &copy, err) || countNames(copy, &count, err) ||
       KetraChainsMakeNames(chains, NULL, count, &names.genNames, err) || getNames(copy, &names, err))
     return ketraChainsFailed(function, "the list cannot be read", err);
@@ -345,13 +320,11 @@ static inline int32_t ketraChainsMakePointName(KetraChains *chains, int32_t choi
 /* Nodes for the names of the points of a decoded list. */
 static inline int32_t ketraChainsMakePointNames(KetraChains *chains, AsnObject work, AsnValue root,
                                                 KetraDistributionPoint *points, AsnErrorBlock *err) {
-  KetraDistributionPoint *point;
   AsnValue element = NULL;
   char path[16];
   int32_t choice = 0;
   uint32_t number = 0, count = 0;
-
-  for (point = points; point != NULL; point = point->next) {
+  for (KetraDistributionPoint *point = points; point != NULL; point = point->next) {
     snprintf(path, sizeof path, "%u", (unsigned)++number);
     if (AsnGetElement(work, root, path, &element, err) ||
         X509MUtilCalDistributionPointName(work, element, "distributionPoint", &choice, &count, err) ||
@@ -365,7 +338,7 @@ static inline int32_t ketraChainsMakePointNames(KetraChains *chains, AsnObject w
   return 0;
 }
 
-/* To count what all points hold takes one pass: the counts of ketra.h decode the list for each point. */
+/* Counts in one pass what each point holds; the counts of ketra.h would decode the list for each point. */
 static inline int32_t ketraChainsPreparePoints(KetraChains *chains, KetraObject extensions,
                                                KetraDistributionPoint *points, AsnErrorBlock *err) {
   static const AsnType kPoints[] = {
@@ -386,27 +359,23 @@ static inline int32_t ketraChainsPreparePoints(KetraChains *chains, KetraObject 
   };
   AsnObject work = NULL;
   AsnValue root = NULL;
-  int failed;
-
-  failed = ketraChainsDecode(extensions, &X509Objid_CRLDistributionPoints, kPoints, &work, &root, err) ||
-           ketraChainsMakePointNames(chains, work, root, points, err);
+  const int failed = ketraChainsDecode(extensions, &X509Objid_CRLDistributionPoints, kPoints, &work, &root, err) ||
+                     ketraChainsMakePointNames(chains, work, root, points, err);
   AsnMUtilErrorFinishAsn(work, root);
   return failed ? -1 : 0;
 }
 
 static inline int32_t ketraChainsGetQualifiers(KetraChains *chains, AsnObject work, AsnValue list,
                                                KetraPolicyQualifiersOpt *qualifiers, AsnErrorBlock *err) {
-  KetraPolicyQualifierInfo *node;
   AsnValue element = NULL;
-  AsnEncodedData value;
+  AsnEncodedData value = {NULL, 0};
   char path[16];
   uint32_t number = 0, count = 0;
-
   if (AsnCalCountOfSequence(work, list, NULL, &count, err) ||
       KetraChainsMakeQualifiers(chains, count, &qualifiers->policyQualifiers, err))
     return -1;
   qualifiers->option = 1;
-  for (node = qualifiers->policyQualifiers; node != NULL; node = node->next) {
+  for (KetraPolicyQualifierInfo *node = qualifiers->policyQualifiers; node != NULL; node = node->next) {
     snprintf(path, sizeof path, "%u", (unsigned)++number);
     if (AsnGetElement(work, list, path, &element, err) ||
         AsnMUtilGetObjidConstBER(chains->pool, work, element, "policyQualifierId", &node->policyQualifierId, err) ||
@@ -421,12 +390,10 @@ static inline int32_t ketraChainsGetQualifiers(KetraChains *chains, AsnObject wo
 
 static inline int32_t ketraChainsGetPolicies(KetraChains *chains, AsnObject work, AsnValue root,
                                              KetraPolicyInformation *policies, AsnErrorBlock *err) {
-  KetraPolicyInformation *node;
   AsnValue element = NULL, list = NULL;
   char path[16];
   uint32_t number = 0;
-
-  for (node = policies; node != NULL; node = node->next) {
+  for (KetraPolicyInformation *node = policies; node != NULL; node = node->next) {
     snprintf(path, sizeof path, "%u", (unsigned)++number);
     if (AsnGetElement(work, root, path, &element, err) ||
         AsnMUtilGetObjidConstBER(chains->pool, work, element, "policyIdentifier", &node->policyIdentifier, err) ||
@@ -437,7 +404,7 @@ static inline int32_t ketraChainsGetPolicies(KetraChains *chains, AsnObject work
   return 0;
 }
 
-/* To read all policies takes one pass: the get of ketra.h decodes the list for each policy. */
+/* Reads all policies in one pass; the get of ketra.h would decode the list for each policy. */
 static inline int32_t ketraChainsFillPolicies(KetraChains *chains, KetraObject extensions,
                                               KetraPolicyInformation *policies, AsnErrorBlock *err) {
   static const AsnType kPolicies[] = {
@@ -455,10 +422,8 @@ static inline int32_t ketraChainsFillPolicies(KetraChains *chains, KetraObject e
   };
   AsnObject work = NULL;
   AsnValue root = NULL;
-  int failed;
-
-  failed = ketraChainsDecode(extensions, &X509Objid_CertPolicies, kPolicies, &work, &root, err) ||
-           ketraChainsGetPolicies(chains, work, root, policies, err);
+  const int failed = ketraChainsDecode(extensions, &X509Objid_CertPolicies, kPolicies, &work, &root, err) ||
+                     ketraChainsGetPolicies(chains, work, root, policies, err);
   AsnMUtilErrorFinishAsn(work, root);
   return failed ? -1 : 0;
 }
@@ -466,8 +431,8 @@ static inline int32_t ketraChainsFillPolicies(KetraChains *chains, KetraObject e
 /** @endcond */
 
 /** @name Reading
- * An absent extension is KetraError_ExtensionAbsent; a list with more members than KetraChains::most allows is
- * AsnMemError_Limit before any node is made for it.
+ * What the getters of ketra.h deliver, all of it. An absent extension is KetraError_ExtensionAbsent; a list with more
+ * members than KetraChains::most allows is AsnMemError_Limit before any of its nodes is made.
  * @{ */
 
 /** All names of a SubjectAltName. */
@@ -498,7 +463,6 @@ static inline int32_t KetraChainsReadCRLDistributionPoints(KetraChains *chains, 
   KetraDistributionPoint *nodes = NULL;
   KetraObject copy = NULL;
   uint32_t count = 0;
-
   if (ketraChainsCopy(chains, extensions, &X509Objid_CRLDistributionPoints, first, &copy, err) ||
       KetraObjectSgetCRLDistributionPointsCalDistributionPoint(copy, &count, err) ||
       KetraChainsMakeDistributionPoints(chains, count, &nodes, err) ||
@@ -516,7 +480,6 @@ static inline int32_t KetraChainsReadIssuingDistributionPoint(KetraChains *chain
   KetraObject copy = NULL;
   int32_t choice = 0;
   uint32_t count = 0;
-
   memset(&read, 0, sizeof read);
   if (ketraChainsCopy(chains, extensions, &X509Objid_IssuingDistributionPoint, value, &copy, err) ||
       KetraObjectSgetIssuingDistributionPointCalDistributionPointName(copy, &choice, &count, err) ||
@@ -533,7 +496,6 @@ static inline int32_t KetraChainsReadNameConstraints(KetraChains *chains, KetraO
   KetraNameConstraints read;
   KetraObject copy = NULL;
   uint32_t permitted = 0, excluded = 0;
-
   memset(&read, 0, sizeof read);
   if (ketraChainsCopy(chains, extensions, &X509Objid_NameConstraints, value, &copy, err) ||
       KetraObjectSgetNameConstraintsCalGenSubtree(copy, &permitted, &excluded, err) ||
@@ -551,7 +513,6 @@ static inline int32_t KetraChainsReadAuthorityKeyId(KetraChains *chains, KetraOb
   KetraAuthorityKeyId read;
   KetraObject copy = NULL;
   uint32_t count = 0;
-
   memset(&read, 0, sizeof read);
   if (ketraChainsCopy(chains, extensions, &X509Objid_AuthorityKeyId, value, &copy, err) ||
       KetraObjectSgetAuthorityKeyIdCalGenName(copy, &count, err) ||
@@ -568,7 +529,6 @@ static inline int32_t KetraChainsReadCertPolicies(KetraChains *chains, KetraObje
   KetraPolicyInformation *nodes = NULL;
   KetraObject copy = NULL;
   uint32_t count = 0;
-
   if (ketraChainsCopy(chains, extensions, &X509Objid_CertPolicies, first, &copy, err) ||
       KetraObjectSgetCertPoliciesCalInformation(copy, &count, err) ||
       KetraChainsMakePolicies(chains, count, &nodes, err) || ketraChainsFillPolicies(chains, copy, nodes, err))
@@ -583,7 +543,6 @@ static inline int32_t KetraChainsReadPolicyMappings(KetraChains *chains, KetraOb
   KetraPolicyMapping *nodes = NULL;
   KetraObject copy = NULL;
   uint32_t count = 0;
-
   if (ketraChainsCopy(chains, extensions, &X509Objid_PolicyMappings, first, &copy, err) ||
       KetraObjectSgetPolicyMappingsCalPolicyMapping(copy, &count, err) ||
       KetraChainsMakePolicyMappings(chains, count, &nodes, err) || KetraObjectSgetPolicyMappings(copy, nodes, err))
@@ -598,7 +557,6 @@ static inline int32_t KetraChainsReadExtKeyUsage(KetraChains *chains, KetraObjec
   KetraKeyPurposeId *nodes = NULL;
   KetraObject copy = NULL;
   uint32_t count = 0;
-
   if (ketraChainsCopy(chains, extensions, &X509Objid_ExtKeyUsage, first, &copy, err) ||
       KetraObjectSgetExtKeyUsageCalKeyPurposeId(copy, &count, err) ||
       KetraChainsMakeKeyPurposes(chains, count, &nodes, err) || KetraObjectSgetExtKeyUsage(copy, nodes, err))
