@@ -71,7 +71,16 @@ enum : uint32_t {
   X(Alphabet, FaultCode_Alphabet, "octet #a is not a character of the string type")                             \
   X(OtherKind, FaultCode_OtherKind, "a value of another kind was asked for")                                    \
   X(Repeated, FaultCode_Repeated, "the identifier of an extension before it")                                   \
-  X(Rule, FaultCode_Rule, "against a rule of the standard")
+  X(Rule, FaultCode_Rule, "against a rule of the standard")                                                     \
+  X(LengthForm, AsnError_NotDer, "the length is not in its shortest form (X.690 10.1)")                         \
+  X(Indefinite, AsnError_NotDer, "indefinite length (X.690 10.1)")                                              \
+  X(InSegments, AsnError_NotDer, "a string in segments (X.690 10.2)")                                           \
+  X(TrueOctet, AsnError_NotDer, "TRUE is $a, not 0xff (X.690 11.1)")                                            \
+  X(UnusedBits, AsnError_NotDer, "unused bits are not zero (X.690 11.2.1)")                                     \
+  X(ZeroBits, AsnError_NotDer, "named bits end with zero bits (X.690 11.2.2)")                                  \
+  X(WrittenDefault, AsnError_NotDer, "a written DEFAULT (X.690 11.5)")                                          \
+  X(SetOrder, AsnError_NotDer, "the members of a SET OF are not in order (X.690 11.6)")                         \
+  X(TimeForm, AsnError_NotDer, "the time is not in the form of DER (X.690 11.7)")
 
 /// Which way of being wrong.
 enum class Reason : uint32_t {
