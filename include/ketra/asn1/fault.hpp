@@ -82,12 +82,23 @@ enum : uint32_t {
   X(SetOrder, AsnError_NotDer, "the members of a SET OF are not in order (X.690 11.6)")                         \
   X(TimeForm, AsnError_NotDer, "the time is not in the form of DER (X.690 11.7)")
 
+/// @cond
+#define KETRA_REASON_NAME(name, code, text) name,
+#define KETRA_REASON_CODE(name, code, text) code,
+#define KETRA_REASON_TEXT(name, code, text) text,
+/// @endcond
+
 /// Which way of being wrong.
-enum class Reason : uint32_t {
-#define KETRA_REASON(name, code, text) name,
-  KETRA_REASON_LIST(KETRA_REASON)
-#undef KETRA_REASON
-};
+enum class Reason : uint32_t { KETRA_REASON_LIST(KETRA_REASON_NAME) };
+
+namespace detail {
+inline constexpr uint32_t kReasonCodes[] = {KETRA_REASON_LIST(KETRA_REASON_CODE)};
+inline constexpr const char *kReasonTexts[] = {KETRA_REASON_LIST(KETRA_REASON_TEXT)};
+}  // namespace detail
+
+#undef KETRA_REASON_NAME
+#undef KETRA_REASON_CODE
+#undef KETRA_REASON_TEXT
 
 /// What is wrong, and where: 24 octets. `at` points into the octets that were read.
 struct Fault {
@@ -100,24 +111,12 @@ struct Fault {
   constexpr explicit operator bool() const { return reason != Reason::None; }
 
   /// AsnError_... (ketra/contracts/asn1.h) or FaultCode_...
-  constexpr uint32_t code() const {
-    constexpr uint32_t kCodes[] = {
-#define KETRA_REASON(name, code, text) code,
-        KETRA_REASON_LIST(KETRA_REASON)
-#undef KETRA_REASON
-    };
-    return kCodes[static_cast<uint32_t>(reason)];
-  }
+  constexpr uint32_t code() const { return detail::kReasonCodes[static_cast<uint32_t>(reason)]; }
 
   /// What is wrong, in words; explain() says where, too.
   std::string text() const {
-    static constexpr const char *kTexts[] = {
-#define KETRA_REASON(name, code, text) text,
-        KETRA_REASON_LIST(KETRA_REASON)
-#undef KETRA_REASON
-    };
     std::string result;
-    for (const char *p = kTexts[static_cast<uint32_t>(reason)]; *p != '\0'; ++p) {
+    for (const char *p = detail::kReasonTexts[static_cast<uint32_t>(reason)]; *p != '\0'; ++p) {
       const bool isNumber = *p == '#', isTag = *p == '$';
       if (!isNumber && !isTag) {
         result += *p;
