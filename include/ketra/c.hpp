@@ -13,12 +13,13 @@ namespace ketra {
 /// A failure of the C interface: its code, and code and trace in words.
 class CError : public std::exception {
  public:
+  /// Of a block that a failed call has filled, which is copied.
   explicit CError(const AsnErrorBlock &block)
       : code_(block.code), text_(AsnErrorText(&block, nullptr, 0, nullptr, 0), '\0') {
     AsnErrorText(&block, nullptr, 0, text_.data(), static_cast<uint32_t>(text_.size() + 1));
   }
-  uint32_t code() const noexcept { return code_; }
-  const char *what() const noexcept override { return text_.c_str(); }
+  uint32_t code() const noexcept { return code_; }                      ///< that of the block
+  const char *what() const noexcept override { return text_.c_str(); }  ///< lines of AsnErrorText
 
  private:
   uint32_t code_;

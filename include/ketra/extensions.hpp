@@ -26,6 +26,7 @@
 #include "ketra/extensions/subject_key_id.hpp"
 #include "ketra/objects/extensions.hpp"
 
+/// The C++ library.
 namespace ketra {
 
 /// Types in a row.

@@ -15,7 +15,8 @@
 ///   }
 /// };
 /// @endcode
-/// Everything else is written once, over descriptions: read.hpp, write.hpp, walk.hpp, explain.hpp.
+/// Everything else is written once, over descriptions: read.hpp, write.hpp, walk.hpp, explain.hpp. What Extensions
+/// holds has a name, an identifier and mostly a fixed criticality besides (objects/extensions.hpp).
 #pragma once
 
 #include <cstddef>
@@ -37,14 +38,14 @@ class Range;  // read.hpp
 /// The form of a value that owns all that it holds.
 struct Owned {
   template <class T>
-  using List = std::vector<T>;
+  using List = std::vector<T>;  ///< SEQUENCE OF, SET OF
   using Content = std::string;  ///< contents octets, mostly short
 };
 /// The form of a value that points into the octets it was read from. It never allocates.
 struct Viewed {
   template <class T>
-  using List = Range<T>;
-  using Content = View;
+  using List = Range<T>;  ///< members read one by one, as they are come to
+  using Content = View;   ///< contents octets, where they are
 };
 /// SEQUENCE OF or SET OF.
 template <class Form, class T>
@@ -59,6 +60,7 @@ struct As {
   bool isNonEmptySet = false;  ///< SIZE (1..MAX), refused when set only
   bool isNatural = false;      ///< INTEGER (0..MAX)
 
+  /// All that both say; the first tag, when both have one.
   friend constexpr As operator|(As a, As b) {
     return {a.number >= 0 ? a.number : b.number, a.isExplicit || b.isExplicit,       a.isSet || b.isSet,
             a.isNonEmpty || b.isNonEmpty,        a.isNonEmptySet || b.isNonEmptySet, a.isNatural || b.isNatural};
@@ -90,8 +92,8 @@ enum class Shape : uint8_t {
 
 /// One alternative of a CHOICE.
 struct Alternative {
-  const char *name;
-  As as;
+  const char *name;  ///< as in the ASN.1
+  As as;             ///< its tag
 };
 
 /// What a leaf is.
@@ -121,6 +123,9 @@ enum class LeafKind : uint8_t {
 /// static std::string text(const T &);           // for people
 /// @endcode
 /// A type with identifier 0 reads and writes whole encodings.
+///
+/// Those of the library: bool, IntegerOf, EnumeratedLeaf, BitsOf, OctetStringOf, ObjectIdentifierOf, Time
+/// (GeneralizedTime), TextOf (any string type), DirectoryStringOf, NameOf, GeneralNameOf, and AnyOf for open types.
 template <class T>
 struct Leaf;
 
@@ -130,12 +135,13 @@ template <class T, auto D>
 class Default {
  public:
   constexpr Default() noexcept {}  // defaulted, g++ 12 fails on lists of types with such members
+  /// Of a value: absent when it equals the default, otherwise present.
   template <class U, class = std::enable_if_t<std::is_convertible_v<U, T> && !std::is_same_v<std::decay_t<U>, Default>>>
   constexpr Default(U &&value) : value_(std::forward<U>(value)), isPresent_(!(value_ == byDefault())) {}
 
   /// The value, written or not.
   constexpr T value() const { return isPresent_ ? value_ : byDefault(); }
-  constexpr T operator*() const { return value(); }
+  constexpr T operator*() const { return value(); }  ///< the same
   /// Whether it stands in the encoding.
   constexpr bool isPresent() const { return isPresent_; }
   /// The value of a boolean: absent is its default.

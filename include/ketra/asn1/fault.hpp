@@ -102,10 +102,10 @@ inline constexpr const char *kReasonTexts[] = {KETRA_REASON_LIST(KETRA_REASON_TE
 
 /// What is wrong, and where: 24 octets. `at` points into the octets that were read.
 struct Fault {
-  Reason reason = Reason::None;
-  uint32_t a = 0;               ///< what was found
-  uint32_t b = 0;               ///< what was expected, or there is room for
-  const uint8_t *at = nullptr;  ///< the first octet of what is wrong
+  Reason reason = Reason::None;  ///< which way of being wrong
+  uint32_t a = 0;                ///< what was found
+  uint32_t b = 0;                ///< what was expected, or there is room for
+  const uint8_t *at = nullptr;   ///< the first octet of what is wrong
 
   /// Whether anything is wrong.
   constexpr explicit operator bool() const { return reason != Reason::None; }
@@ -135,12 +135,15 @@ static_assert(sizeof(Fault) <= 24, "faults are returned by value");
 /// What the operations throw that return a value: a fault, and what() it is in words.
 class Error : public std::exception {
  public:
+  /// A fault and its words, by default those of Fault::text().
+  /// @{
   Error(const Fault &fault, std::string text) : fault_(fault), text_(std::move(text)) {}
   explicit Error(const Fault &fault) : Error(fault, fault.text()) {}
+  /// @}
 
-  const Fault &fault() const noexcept { return fault_; }  ///< its address may point into octets that are gone
-  uint32_t code() const noexcept { return fault_.code(); }
-  const char *what() const noexcept override { return text_.c_str(); }
+  const Fault &fault() const noexcept { return fault_; }    ///< its address may point into octets that are gone
+  uint32_t code() const noexcept { return fault_.code(); }  ///< that of the fault
+  const char *what() const noexcept override { return text_.c_str(); }  ///< what is wrong, and where, as explain() says
 
  private:
   Fault fault_;
@@ -168,18 +171,21 @@ fail(Fault &fault, Reason reason, const uint8_t *at, std::size_t a = 0, std::siz
 template <class T>
 class Result {
  public:
-  Result(T value) : value_(std::move(value)) {}
-  Result(const Fault &fault) : fault_(fault) {}
+  Result(T value) : value_(std::move(value)) {}  ///< a value
+  Result(const Fault &fault) : fault_(fault) {}  ///< a fault, which must be one: not Reason::None
 
   /// Whether there is a value.
   explicit operator bool() const { return !fault_; }
-  const Fault &fault() const { return fault_; }
+  const Fault &fault() const { return fault_; }  ///< what is wrong; Reason::None when there is a value
 
+  /// The value; without one the process ends.
+  /// @{
   const T &operator*() const & { return check().value_; }
   T &operator*() & { return check().value_; }
   T operator*() && { return std::move(check().value_); }
   const T *operator->() const & { return &check().value_; }
   T *operator->() & { return &check().value_; }
+  /// @}
   /// The value lives no longer than this temporary: name the result first.
   /// @{
   const T *operator->() const && = delete;

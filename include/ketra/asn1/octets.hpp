@@ -24,6 +24,7 @@
 #else
 #define KETRA_INLINE inline
 #endif
+/// A condition that nearly always holds.
 #if defined(__GNUC__)
 #define KETRA_LIKELY(condition) __builtin_expect(condition, true)
 #else
@@ -69,6 +70,7 @@ const uint8_t *octetsOf(const C &container) {
 class View {
  public:
   constexpr View() = default;
+  /// `size` octets from `data` on, which may be null when there are none.
   constexpr View(const uint8_t *data, std::size_t size) : data_(data), size_(size) {}
   /// The octets from `begin` up to `end`.
   constexpr View(const uint8_t *begin, const uint8_t *end)
@@ -81,9 +83,12 @@ class View {
   /// From std::string_view, std::span and whatever else only points to octets.
   template <class C, class = std::enable_if_t<detail::kHoldsOctets<C> && !detail::kOwns<C>>, int = 0>
   View(const C &container) : View(detail::octetsOf(container), container.size()) {}
+  /// From an array, all of it.
   template <std::size_t N>
   constexpr View(const uint8_t (&octets KETRA_LIFETIMEBOUND)[N]) : data_(octets), size_(N) {}
 
+  /// As of a container. Indices are not checked; front() and back() need an octet.
+  /// @{
   constexpr const uint8_t *data() const { return data_; }
   constexpr std::size_t size() const { return size_; }
   constexpr bool empty() const { return size_ == 0; }
@@ -92,6 +97,7 @@ class View {
   constexpr uint8_t operator[](std::size_t i) const { return data_[i]; }
   constexpr uint8_t front() const { return data_[0]; }
   constexpr uint8_t back() const { return data_[size_ - 1]; }
+  /// @}
 
   /// The same octets as characters.
   std::string_view characters() const { return {reinterpret_cast<const char *>(data_), size_}; }

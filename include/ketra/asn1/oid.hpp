@@ -20,14 +20,15 @@ namespace ketra {
 /// it is invalid() and equals nothing.
 class OidLiteral {
  public:
-  constexpr OidLiteral() = default;
+  constexpr OidLiteral() = default;  ///< an invalid one
+  /// From decimal arcs, at least two, below 2^63 and of at most 39 octets together. See invalid() for others.
   constexpr OidLiteral(const char *text, std::size_t size) {
     if (!parse(text, size)) {
       size_ = 0;
       notAnIdentifier();
     }
   }
-  constexpr bool invalid() const { return size_ == 0; }
+  constexpr bool invalid() const { return size_ == 0; }  ///< whether it was made of no such text
   /// The contents octets.
   constexpr View content() const KETRA_LIFETIMEBOUND { return {octets_, size_}; }
 

@@ -250,7 +250,9 @@ inline constexpr bool isView = std::is_same_v<T, typename detail::ViewedOf<T>::t
 template <class T>
 class Item {
  public:
-  explicit operator bool() const { return !fault_; }
+  explicit operator bool() const { return !fault_; }  ///< whether it is good
+  /// The value; of a faulty one the process ends.
+  /// @{
   const T &operator*() const &KETRA_LIFETIMEBOUND {
     if (fault_) std::abort();
     return value_;
@@ -260,9 +262,10 @@ class Item {
     return value_;
   }
   const T *operator->() const &KETRA_LIFETIMEBOUND { return &**this; }
+  /// @}
   /// What it points to would end with this temporary: name the item first.
   const T *operator->() && = delete;
-  const Fault &fault() const { return fault_; }
+  const Fault &fault() const { return fault_; }  ///< what is wrong; Reason::None when it is good
   /// The whole encoding; of what has no end, all that is left.
   View octets() const { return octets_; }
 
@@ -338,9 +341,12 @@ class Range {
     Item<T> item_;
   };
 
+  /// The first member, and the end; reading happens here and at `++`.
+  /// @{
   KETRA_INLINE Iterator begin() const { return Iterator(contents_); }
   Iterator end() const { return {}; }
-  bool empty() const { return contents_.empty(); }
+  /// @}
+  bool empty() const { return contents_.empty(); }  ///< whether there are no members, not even faulty ones
   /// How many members there are, by their headers alone.
   std::size_t size() const { return detail::countTlvs(Reader(contents_)); }
   /// The contents octets.

@@ -12,31 +12,31 @@ namespace ketra {
 
 /// Octets that are being read: from `at` to `end`.
 struct Reader {
-  const uint8_t *at = nullptr;
-  const uint8_t *end = nullptr;
+  const uint8_t *at = nullptr;   ///< the next octet
+  const uint8_t *end = nullptr;  ///< after the last octet
 
   constexpr Reader() = default;
-  constexpr Reader(const uint8_t *from, const uint8_t *to) : at(from), end(to) {}
-  constexpr explicit Reader(View octets) : at(octets.begin()), end(octets.end()) {}
+  constexpr Reader(const uint8_t *from, const uint8_t *to) : at(from), end(to) {}    ///< from `from` up to `to`
+  constexpr explicit Reader(View octets) : at(octets.begin()), end(octets.end()) {}  ///< all of these
 
-  constexpr bool done() const { return at == end; }
-  constexpr std::size_t left() const { return static_cast<std::size_t>(end - at); }
-  constexpr View rest() const { return {at, end}; }
+  constexpr bool done() const { return at == end; }                                  ///< whether all is read
+  constexpr std::size_t left() const { return static_cast<std::size_t>(end - at); }  ///< octets not read yet
+  constexpr View rest() const { return {at, end}; }                                  ///< the octets not read yet
 };
 
 /// One encoding: what stands at `octets`. The contents of an indefinite length end before its end-of-contents octets.
 struct Tlv {
-  uint8_t identifier = 0;            ///< first identifier octet; its low five bits are 31 in the form for high tags
-  const uint8_t *octets = nullptr;   ///< the first identifier octet
-  const uint8_t *content = nullptr;  ///< the first contents octet
-  const uint8_t *contentEnd = nullptr;
-  const uint8_t *end = nullptr;  ///< after the whole encoding
+  uint8_t identifier = 0;               ///< first identifier octet; its low five bits are 31 in the form for high tags
+  const uint8_t *octets = nullptr;      ///< the first identifier octet
+  const uint8_t *content = nullptr;     ///< the first contents octet
+  const uint8_t *contentEnd = nullptr;  ///< after the last contents octet
+  const uint8_t *end = nullptr;         ///< after the whole encoding
 
-  constexpr bool isConstructed() const { return (identifier & 0x20) != 0; }
-  constexpr Reader reader() const { return {content, contentEnd}; }
-  constexpr View contents() const { return {content, contentEnd}; }
-  constexpr View whole() const { return {octets, end}; }
-  constexpr std::size_t size() const { return static_cast<std::size_t>(contentEnd - content); }
+  constexpr bool isConstructed() const { return (identifier & 0x20) != 0; }  ///< of encodings (X.690 8.1.2.5)
+  constexpr Reader reader() const { return {content, contentEnd}; }          ///< of the contents octets
+  constexpr View contents() const { return {content, contentEnd}; }          ///< the contents octets
+  constexpr View whole() const { return {octets, end}; }                     ///< with identifier and length
+  constexpr std::size_t size() const { return static_cast<std::size_t>(contentEnd - content); }  ///< of the contents
 };
 
 namespace detail {

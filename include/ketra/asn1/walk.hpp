@@ -21,7 +21,7 @@ class Visitor {
   /// A leaf, until the visit ends.
   class LeafValue {
    public:
-    LeafKind kind() const { return kind_; }
+    LeafKind kind() const { return kind_; }  ///< by which value() has its type
     /// The contents octets; of an open type and of a Name the whole encoding.
     View content() const { return content_; }
     /// For people.
@@ -41,9 +41,12 @@ class Visitor {
   };
 
   virtual ~Visitor() = default;
-  /// A value with members begins, and ends. A list says so.
+  /// A value with members begins; leave() when it ends.
+  /// @{
   virtual void enter(const char *name, bool isList) = 0;
   virtual void leave() = 0;
+  /// @}
+  /// A value without members of its own.
   virtual void leaf(const char *name, const LeafValue &value) = 0;
   /// A component with a DEFAULT that is not written.
   virtual void absent(const char *name, const LeafValue &byDefault) = 0;

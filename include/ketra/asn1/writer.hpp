@@ -19,9 +19,11 @@ class Writer {
 
   /// What has been written so far; valid until more is.
   View written() const KETRA_LIFETIMEBOUND { return {begin_, at_}; }
-  std::size_t size() const { return static_cast<std::size_t>(at_ - begin_); }
-  Octets take() const { return written().copy(); }
+  std::size_t size() const { return static_cast<std::size_t>(at_ - begin_); }  ///< octets written so far
+  Octets take() const { return written().copy(); }                             ///< a copy of what has been written
 
+  /// Appends octets as they are; `value` is below 256, and `octets` are not among those written here.
+  /// @{
   void octet(unsigned value) {
     if (at_ == end_) grow(1);
     *at_++ = static_cast<uint8_t>(value);
@@ -32,6 +34,7 @@ class Writer {
     std::memcpy(at_, octets.data(), octets.size());
     at_ += octets.size();
   }
+  /// @}
 
   /// Begins a value: its identifier octet, and room for a length of one octet. Returns the place that end() takes.
   std::size_t begin(uint8_t identifier) {

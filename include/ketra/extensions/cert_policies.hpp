@@ -102,8 +102,9 @@ using CertificatePoliciesView = CertificatePoliciesOf<Viewed>;  ///< points to w
 
 /// Any policy (RFC 5280 4.2.1.4).
 inline constexpr OidLiteral anyPolicy = "2.5.29.32.0"_oid;
-/// The two kinds of qualifiers (RFC 5280 4.2.1.4).
+/// Kinds of policy qualifiers.
 namespace qualifier {
+/// RFC 5280 4.2.1.4.
 /// @{
 inline constexpr OidLiteral cps = "1.3.6.1.5.5.7.2.1"_oid;
 inline constexpr OidLiteral userNotice = "1.3.6.1.5.5.7.2.2"_oid;

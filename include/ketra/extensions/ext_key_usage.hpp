@@ -27,8 +27,9 @@ struct ExtKeyUsageOf {
 using ExtKeyUsage = ExtKeyUsageOf<Owned>;       ///< owns what it holds
 using ExtKeyUsageView = ExtKeyUsageOf<Viewed>;  ///< points to what it was read from
 
-/// Purposes in common use (RFC 5280 4.2.1.12, RFC 4945, RFC 9336).
+/// Purposes of keys.
 namespace purpose {
+/// In common use (RFC 5280 4.2.1.12, RFC 4945, RFC 9336).
 /// @{
 inline constexpr OidLiteral anyExtendedKeyUsage = "2.5.29.37.0"_oid;
 inline constexpr OidLiteral serverAuth = "1.3.6.1.5.5.7.3.1"_oid;

@@ -28,8 +28,9 @@ struct HoldInstructionOf {
 using HoldInstruction = HoldInstructionOf<Owned>;       ///< owns what it holds
 using HoldInstructionView = HoldInstructionOf<Viewed>;  ///< points to what it was read from
 
-/// The instructions of RFC 3280 5.3.2.
+/// What to do with a certificate on hold.
 namespace instruction {
+/// RFC 3280 5.3.2.
 /// @{
 inline constexpr OidLiteral none = "1.2.840.10040.2.1"_oid;
 inline constexpr OidLiteral callIssuer = "1.2.840.10040.2.2"_oid;

@@ -51,7 +51,7 @@ struct ReasonCodeOf {
   static constexpr std::optional<bool> critical = false;
   static constexpr Shape shape = Shape::Is;
 
-  CrlReason reason{};
+  CrlReason reason{};  ///< a reason with a name; others are not read
 
   template <class Self, class Visitor>
   static constexpr bool describe(Self &self, Visitor &visit) {

@@ -1,5 +1,12 @@
 /// @file
-/// The extensions of one certificate or CRL, as a view and as a value that can be changed.
+/// The extensions of one certificate or CRL, as a view and as a value that can be changed. Their type T is a described
+/// one (describe.hpp) that also has
+/// @code
+/// static constexpr std::string_view name;         // what messages call it
+/// static constexpr OidLiteral oid;                // extnID
+/// static constexpr std::optional<bool> critical;  // where the standard fixes it; set() takes no choice then
+/// const char *refusal() const;                    // where more than ASN.1 is demanded: why set() refuses, or null
+/// @endcode
 #pragma once
 
 #include <cstddef>
@@ -44,22 +51,26 @@ template <class T>
 class Found {
  public:
   Found() = default;
+  /// One that is there.
   explicit Found(Item<T> item, bool isCritical) : item_(std::move(item)), isPresent_(true), isCritical_(isCritical) {}
 
   /// Whether it is there and good.
   explicit operator bool() const { return isPresent_ && item_; }
-  bool isAbsent() const { return !isPresent_; }
+  bool isAbsent() const { return !isPresent_; }  ///< whether there is no such extension
   /// Whether it is there and cannot be read: then fault() says why.
   bool isFaulty() const { return isPresent_ && !item_; }
-  const Fault &fault() const { return item_.fault(); }
-  bool isCritical() const { return isCritical_; }
+  const Fault &fault() const { return item_.fault(); }  ///< of a faulty one; otherwise Reason::None
+  bool isCritical() const { return isCritical_; }       ///< as stored; false when it is absent
   /// The encoding of the value, good or faulty.
   View octets() const { return item_.octets(); }
 
+  /// The value; absent or faulty, the process ends.
+  /// @{
   const T &operator*() const & { return check(); }
   T operator*() && { return check(); }
   const T *operator->() const & { return &check(); }
   const T *operator->() && = delete;
+  /// @}
 
  private:
   const T &check() const {
@@ -104,8 +115,8 @@ class ExtensionsView {
   Range<ExtensionView>::Iterator begin() const { return members_.begin(); }
   Range<ExtensionView>::Iterator end() const { return members_.end(); }
   /// @}
-  std::size_t size() const { return members_.size(); }
-  bool empty() const { return members_.empty(); }
+  std::size_t size() const { return members_.size(); }  ///< how many, faulty ones too
+  bool empty() const { return members_.empty(); }       ///< whether there are none
 
   /// The first extension with an identifier.
   template <class Oid>
@@ -203,6 +214,8 @@ template <class T>
 class Got : public std::optional<T> {
  public:
   using std::optional<T>::optional;
+  /// As of std::optional<T>: only value() throws when there is none.
+  /// @{
   const T *operator->() const & { return std::optional<T>::operator->(); }
   T *operator->() & { return std::optional<T>::operator->(); }
   const T *operator->() && = delete;
@@ -212,6 +225,7 @@ class Got : public std::optional<T> {
   const T &value() const & { return std::optional<T>::value(); }
   T &value() & { return std::optional<T>::value(); }
   T value() && { return std::move(std::optional<T>::value()); }
+  /// @}
 };
 
 /// The extensions of one certificate or CRL. Reading is const and safe from many threads; views of what it holds live
@@ -290,6 +304,7 @@ class Extensions {
   template <class Oid>
   void find(const Oid &oid) && = delete;
   /// @}
+  /// Whether there is an extension of type T, good or faulty.
   template <class T>
   bool contains() const {
     return !search(T::oid).octets().empty();

@@ -22,8 +22,8 @@ class BitsOf {
 
   /// (size() + 7) / 8 octets; what is left of the last one is not judged.
   View octets() const KETRA_LIFETIMEBOUND { return View(octets_); }
-  std::size_t size() const { return count_; }
-  bool empty() const { return count_ == 0; }
+  std::size_t size() const { return count_; }  ///< bits
+  bool empty() const { return count_ == 0; }   ///< whether there are no bits
   /// Bits beyond the last one are false.
   bool operator[](std::size_t i) const { return i < count_ && (octets()[i / 8] & (0x80u >> i % 8)) != 0; }
 

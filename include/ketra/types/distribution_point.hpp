@@ -17,10 +17,10 @@ namespace ketra {
 template <class Form>
 struct DistributionPointNameOf {
   static constexpr Shape shape = Shape::Choice;
-  using FullName = ListOf<Form, GeneralNameOf<Form>>;
-  using RelativeName = RelativeDistinguishedNameOf<Form>;
+  using FullName = ListOf<Form, GeneralNameOf<Form>>;      ///< the first alternative
+  using RelativeName = RelativeDistinguishedNameOf<Form>;  ///< the second alternative
 
-  std::variant<FullName, RelativeName> name{};
+  std::variant<FullName, RelativeName> name{};  ///< whichever it is
 
   /// The alternative, or null when it is the other one.
   /// @{

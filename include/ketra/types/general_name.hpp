@@ -39,7 +39,7 @@ enum class NameKind : uint8_t {
 // Names without a value are met, and can be read.
 template <class Form>
 struct OtherNameOf {
-  ObjectIdentifierOf<Form> type{};
+  ObjectIdentifierOf<Form> type{};  ///< type-id: `OBJECT IDENTIFIER`
   std::optional<AnyOf<Form>> value{};
 
   template <class Self, class Visitor>
@@ -57,9 +57,9 @@ static_assert(wellFormed<OtherNameView>());
 //     extension-attributes                ExtensionAttributes OPTIONAL }
 template <class Form>
 struct OrAddressOf {
-  AnyOf<Form> standardAttributes{};
-  std::optional<ListOf<Form, AnyOf<Form>>> domainDefinedAttributes{};
-  std::optional<ListOf<Form, AnyOf<Form>>> extensionAttributes{};
+  AnyOf<Form> standardAttributes{};                                    ///< the SEQUENCE
+  std::optional<ListOf<Form, AnyOf<Form>>> domainDefinedAttributes{};  ///< the members of the SEQUENCE OF
+  std::optional<ListOf<Form, AnyOf<Form>>> extensionAttributes{};      ///< the members of the SET OF
 
   template <class Self, class Visitor>
   static constexpr bool describe(Self &self, Visitor &visit) {
@@ -117,8 +117,8 @@ class GeneralNameOf {
   explicit GeneralNameOf(const GeneralNameOf<Other> &other)
       : content_(detail::contentAs<Form>(other.content())), kind_(other.kind()) {}
 
-  NameKind kind() const { return kind_; }
-  bool is(NameKind kind) const { return kind_ == kind; }
+  NameKind kind() const { return kind_; }                 ///< which alternative it is
+  bool is(NameKind kind) const { return kind_ == kind; }  ///< whether it is that one
   /// Characters or octets; of a directoryName the encoding of the Name, of what else is constructed its contents
   /// octets.
   View content() const KETRA_LIFETIMEBOUND { return View(content_); }

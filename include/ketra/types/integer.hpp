@@ -18,6 +18,7 @@ class IntegerOf {
  public:
   /// The number 0.
   constexpr IntegerOf() = default;
+  /// A number, in the owning form only.
   IntegerOf(int64_t number) {
     static_assert(std::is_same_v<Form, Owned>, "a view would point into nothing");
     auto bits = static_cast<uint64_t>(number);
@@ -53,7 +54,7 @@ class IntegerOf {
     static constexpr uint8_t kZero[] = {0};
     return content_.empty() ? View(kZero) : View(content_);
   }
-  bool isNegative() const { return content()[0] >= 0x80; }
+  bool isNegative() const { return content()[0] >= 0x80; }  ///< whether it is below 0
   /// The number, where it has at most 64 bits.
   std::optional<int64_t> number() const {
     const View octets = content();

@@ -48,8 +48,9 @@ struct RelativeDistinguishedNameOf {
 using RelativeDistinguishedName = RelativeDistinguishedNameOf<Owned>;       ///< owns what it holds
 using RelativeDistinguishedNameView = RelativeDistinguishedNameOf<Viewed>;  ///< points to what it was read from
 
-/// Attribute types in common use (X.520, RFC 4519, RFC 2985).
+/// Attribute types.
 namespace attribute {
+/// In common use (X.520, RFC 4519, RFC 2985).
 /// @{
 inline constexpr OidLiteral commonName = "2.5.4.3"_oid;
 inline constexpr OidLiteral surname = "2.5.4.4"_oid;
@@ -129,7 +130,7 @@ class NameOf {
     }
     return found;
   }
-  bool empty() const { return rdns().empty(); }
+  bool empty() const { return rdns().empty(); }  ///< whether there are none
 
   /// RFC 4514, least significant name first, in UTF-8: "CN=Steve,O=Example\, Inc.,C=GB".
   std::string text() const;

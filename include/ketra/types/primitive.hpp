@@ -47,6 +47,7 @@ struct Leaf<bool> {
 /// read.
 template <class E>
 struct EnumeratedLeaf {
+  /// @cond
   static constexpr LeafKind kind = LeafKind::Enumerated;
   static constexpr uint8_t identifier = 0x0A;
   static constexpr bool inSegments = false;
@@ -63,6 +64,7 @@ struct EnumeratedLeaf {
     return {scratch.octets, 1};
   }
   static std::string text(E value) { return std::string(nameOf(value)); }
+  /// @endcond
 };
 
 /// OCTET STRING.
@@ -70,16 +72,18 @@ template <class Form>
 class OctetStringOf {
  public:
   OctetStringOf() = default;
-  /// From octets: a copy in an owning one.
+  /// From octets, copied in the owning form.
+  /// @{
   OctetStringOf(View octets) : octets_(detail::contentAs<Form>(octets)) {}
   OctetStringOf(std::initializer_list<uint8_t> octets) : OctetStringOf(View(octets.begin(), octets.size())) {
     static_assert(std::is_same_v<Form, Owned>, "a view would point into a temporary");
   }
   template <class C, class = std::enable_if_t<detail::kHoldsOctets<C> && std::is_same_v<Form, Owned>>>
   OctetStringOf(const C &octets) : OctetStringOf(View(octets)) {}
+  /// @}
 
-  View octets() const KETRA_LIFETIMEBOUND { return View(octets_); }
-  std::size_t size() const { return octets_.size(); }
+  View octets() const KETRA_LIFETIMEBOUND { return View(octets_); }  ///< all of them
+  std::size_t size() const { return octets_.size(); }                ///< how many
 
   friend bool operator==(const OctetStringOf &a, const OctetStringOf &b) { return a.octets() == b.octets(); }
   friend bool operator!=(const OctetStringOf &a, const OctetStringOf &b) { return !(a == b); }
@@ -113,8 +117,10 @@ class AnyOf {
   /// From one complete encoding, which is not judged here.
   explicit AnyOf(View encoding) : encoding_(detail::contentAs<Form>(encoding)) {}
 
-  View encoding() const KETRA_LIFETIMEBOUND { return View(encoding_); }
-  /// What it is as a value of a type; a bad one is a fault and nothing more. A view points into this object.
+  View encoding() const KETRA_LIFETIMEBOUND { return View(encoding_); }  ///< all of it; none until a value is given
+  /// The value as one of a type, or the fault that it has as such. A view points into what this object points to or
+  /// holds.
+  /// @{
   template <class T>
   Result<T> as() const &KETRA_LIFETIMEBOUND {
     return read<T>(encoding());
@@ -124,6 +130,7 @@ class AnyOf {
     static_assert(!isView<T> || std::is_same_v<Form, Viewed>, "a view of a temporary");
     return read<T>(encoding());
   }
+  /// @}
 
   friend bool operator==(const AnyOf &a, const AnyOf &b) { return a.encoding() == b.encoding(); }
   friend bool operator!=(const AnyOf &a, const AnyOf &b) { return !(a == b); }

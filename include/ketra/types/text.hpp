@@ -123,14 +123,15 @@ template <class Form>
 class TextOf {
  public:
   TextOf() = default;
+  /// Octets of a string type, which are not judged; see hasOutside().
   TextOf(TextType type, View octets) : octets_(detail::contentAs<Form>(octets)), type_(type) {}
   /// A UTF8String.
   template <class C,
             class = std::enable_if_t<std::is_convertible_v<const C &, std::string_view> && std::is_same_v<Form, Owned>>>
   TextOf(const C &text) : TextOf(TextType::Utf8, View(std::string_view(text))) {}
 
-  TextType type() const { return type_; }
-  View octets() const KETRA_LIFETIMEBOUND { return View(octets_); }
+  TextType type() const { return type_; }                            ///< which string type it is
+  View octets() const KETRA_LIFETIMEBOUND { return View(octets_); }  ///< in the encoding of that type
   /// Whether octets are outside the alphabet of the type.
   bool hasOutside() const { return detail::firstOutside(type_, octets()) != nullptr; }
   /// In UTF-8. An octet outside the alphabet becomes U+FFFD; TeletexString is read as ISO 8859-1.
