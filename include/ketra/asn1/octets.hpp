@@ -24,12 +24,13 @@
 #else
 #define KETRA_INLINE inline
 #endif
-/// A condition that nearly always holds.
+/// @cond
 #if defined(__GNUC__)
 #define KETRA_LIKELY(condition) __builtin_expect(condition, true)
 #else
 #define KETRA_LIKELY(condition) (condition)
 #endif
+/// @endcond
 
 namespace ketra {
 
