@@ -217,8 +217,7 @@ class DerCheck {
 }  // namespace detail
 
 /// Calls report(const Fault &) for everything that keeps the encoding of a value of type T from being DER (X.690
-/// clauses 10 and 11), in the order of the octets. They have been read as T; of octets that were not, what can be
-/// judged is.
+/// clauses 10 and 11), in the order of the octets. Of octets that cannot be read as T, it reports what it can.
 template <class T, class Report>
 void derFaults(View octets, Report &&report) {
   using V = typename detail::ViewedOf<T>::type;

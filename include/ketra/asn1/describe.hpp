@@ -70,20 +70,20 @@ struct As {
 constexpr As context(int number) { return {static_cast<int16_t>(number)}; }
 /// [number] EXPLICIT; a CHOICE is always tagged so (X.680 31.2.7).
 constexpr As explicitly(int number) { return {static_cast<int16_t>(number), true}; }
-/// A bit with a name.
+/// A named bit.
 constexpr As bit(int number) { return {static_cast<int16_t>(number)}; }
 /// SET OF instead of SEQUENCE OF.
 inline constexpr As setOf{-1, false, true};
 /// SIZE (1..MAX).
 inline constexpr As nonEmpty{-1, false, false, true};
-/// SIZE (1..MAX) where empty lists are met in practice: they can be read, but not set.
+/// SIZE (1..MAX) where empty lists occur in practice: they can be read, but not set.
 inline constexpr As nonEmptySet{-1, false, false, false, true};
 /// INTEGER (0..MAX).
 inline constexpr As natural{-1, false, false, false, false, true};
 
 /// How the members of a described type make one encoding. A type says so by `static constexpr Shape shape`.
 enum class Shape : uint8_t {
-  Sequence,  ///< SEQUENCE: what is meant when nothing is said
+  Sequence,  ///< SEQUENCE, the default
   Set,       ///< SET
   Choice,    ///< CHOICE: describe() is one call of visit.choice(variant, Alternative...)
   Is,        ///< another name for the type of the only member
@@ -130,7 +130,7 @@ template <class T>
 struct Leaf;
 
 /// A component with a DEFAULT value. It converts from T; a value equal to the default is not written (X.690 11.5),
-/// except one that was read where it was written: octets come back as they were.
+/// unless it was read from octets that have it: these come back unchanged.
 template <class T, auto D>
 class Default {
  public:
@@ -142,9 +142,9 @@ class Default {
   /// The value, written or not.
   constexpr T value() const { return isPresent_ ? value_ : byDefault(); }
   constexpr T operator*() const { return value(); }  ///< the same
-  /// Whether it stands in the encoding.
+  /// Whether the encoding has it.
   constexpr bool isPresent() const { return isPresent_; }
-  /// The value of a boolean: absent is its default.
+  /// The value of a boolean; its default when it is absent.
   template <class B = T, class = std::enable_if_t<std::is_same_v<B, bool>>>
   constexpr explicit operator bool() const {
     return value();
@@ -379,7 +379,7 @@ class WellFormed {
 
 }  // namespace detail
 
-/// Whether the description of a type over views can be read without doubt: to be asserted beside each type.
+/// Whether the description of a view type is unambiguous. Assert it beside each type.
 template <class T>
 constexpr bool wellFormed() {
   if constexpr (detail::kHasShape<T, Shape::Bits> || detail::kHasShape<T, Shape::Is>) {

@@ -20,8 +20,8 @@ namespace ketra {
 /// Codes of what the runtime's codes (AsnError_...) do not cover.
 enum : uint32_t {
   FaultCode_Segmented = 0x02200001,  ///< a string in segments (X.690 8.7.3) has no octets that a view can point to
-  FaultCode_Empty = 0x02200002,      ///< a list without members that ASN.1 wants to have one
-  FaultCode_Negative = 0x02200003,   ///< a negative number where ASN.1 wants (0..MAX)
+  FaultCode_Empty = 0x02200002,      ///< an empty list where ASN.1 requires a member
+  FaultCode_Negative = 0x02200003,   ///< a negative number where ASN.1 requires (0..MAX)
   FaultCode_Unknown = 0x02200004,    ///< an ENUMERATED value without a name
   FaultCode_Alphabet = 0x02200005,   ///< characters that the string type does not have
   FaultCode_OtherKind = 0x02200006,  ///< a value of another kind was asked for
@@ -29,7 +29,7 @@ enum : uint32_t {
   FaultCode_Rule = 0x02200008        ///< a rule of the standard that ASN.1 does not express
 };
 
-/// Every way to be wrong: X(name, code, text). In the text "#a" and "#b" are the numbers of the fault, "$a" and "$b"
+/// Every kind of fault: X(name, code, text). In the text "#a" and "#b" are the numbers of the fault, "$a" and "$b"
 /// the same as tags.
 #define KETRA_REASON_LIST(X)                                                                                    \
   X(None, 0, "")                                                                                                \
@@ -88,7 +88,7 @@ enum : uint32_t {
 #define KETRA_REASON_TEXT(name, code, text) text,
 /// @endcond
 
-/// Which way of being wrong.
+/// The kind of a fault.
 enum class Reason : uint32_t { KETRA_REASON_LIST(KETRA_REASON_NAME) };
 
 namespace detail {
@@ -102,7 +102,7 @@ inline constexpr const char *kReasonTexts[] = {KETRA_REASON_LIST(KETRA_REASON_TE
 
 /// What is wrong, and where: 24 octets. `at` points into the octets that were read.
 struct Fault {
-  Reason reason = Reason::None;  ///< which way of being wrong
+  Reason reason = Reason::None;  ///< its kind
   uint32_t a = 0;                ///< what was found
   uint32_t b = 0;                ///< what was expected, or there is room for
   const uint8_t *at = nullptr;   ///< the first octet of what is wrong
@@ -132,7 +132,7 @@ struct Fault {
 static_assert(sizeof(Fault) <= 24, "faults are returned by value");
 
 #if defined(__cpp_exceptions)
-/// What the operations throw that return a value: a fault, and what() it is in words.
+/// Thrown by operations that return a value: a fault, with its text in what().
 class Error : public std::exception {
  public:
   /// A fault and its words, by default those of Fault::text().
@@ -167,7 +167,7 @@ fail(Fault &fault, Reason reason, const uint8_t *at, std::size_t a = 0, std::siz
 
 }  // namespace detail
 
-/// A value, or the fault that there is instead. Asking a faulty one for its value ends the process, in every build.
+/// A value, or a fault in its place. Asking for the value of a faulty one ends the process, in every build.
 template <class T>
 class Result {
  public:

@@ -18,7 +18,7 @@
 #define KETRA_LIFETIMEBOUND
 #endif
 
-/// What readers are made of: optimised builds put it in line, so that a view costs what code by hand does.
+/// For the parts of readers: optimised builds inline them, so that a view costs as much as hand-written code.
 #if defined(__GNUC__) && defined(__OPTIMIZE__)
 #define KETRA_INLINE [[gnu::always_inline]] inline
 #else

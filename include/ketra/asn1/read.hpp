@@ -245,8 +245,8 @@ KETRA_INLINE bool readWhole(const Tlv &tlv, T &value, Fault &fault) {
 template <class T>
 inline constexpr bool isView = std::is_same_v<T, typename detail::ViewedOf<T>::type>;
 
-/// One member of a list, or the answer of a view: a value or a fault, with its octets. Asking a faulty one for its
-/// value ends the process, in every build.
+/// A member of a list, or the result of view(): a value or a fault, with its octets. Asking for the value of a faulty
+/// one ends the process, in every build.
 template <class T>
 class Item {
  public:
@@ -280,8 +280,8 @@ class Item {
   View octets_{};
 };
 
-/// The members of a list in a view: an input range that can be walked again and again. Each is read when the iterator
-/// comes to it, and is good or faulty by itself; what cannot be told apart any more is one faulty member at the end.
+/// The members of a list in a view: an input range that can be walked any number of times. Each is read when the
+/// iterator reaches it, and is good or faulty by itself; octets that cannot be split are one faulty member at the end.
 template <class T>
 class Range {
  public:
@@ -356,8 +356,8 @@ class Range {
   View contents_;
 };
 
-/// Views octets that are exactly one value. What it says is about the value itself: the members of its lists are
-/// judged when they are come to, and all at once by firstFault().
+/// Views octets that are exactly one value. The result says whether the value itself is good; members of its lists are
+/// judged when they are reached, or all at once by firstFault().
 template <class T>
 KETRA_INLINE Item<T> view(View octets) {
   static_assert(isView<T>, "the owning form is read by read()");
@@ -380,7 +380,7 @@ Result<T> read(View octets) {
   return value;
 }
 
-/// The owning value of what a view has seen: read anew from its octets, strings in segments joined.
+/// The owning value of a view: its octets are read again, and strings in segments joined.
 template <class T>
 Result<typename detail::OwnedOf<T>::type> own(const Item<T> &item) {
   return read<typename detail::OwnedOf<T>::type>(item.octets());
@@ -433,7 +433,7 @@ struct FindFault {
 
 }  // namespace detail
 
-/// The first fault anywhere in a view, or none: for whoever decides on all of it.
+/// The first fault anywhere in a view, or none: for decisions that depend on all of it.
 /// @{
 template <class T>
 Fault firstFault(const T &viewed) {

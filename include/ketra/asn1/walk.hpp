@@ -18,17 +18,17 @@ namespace ketra {
 /// What a walk meets. Names are null for the members of lists.
 class Visitor {
  public:
-  /// A leaf, until the visit ends.
+  /// A leaf; valid until the visit ends.
   class LeafValue {
    public:
-    LeafKind kind() const { return kind_; }  ///< by which value() has its type
+    LeafKind kind() const { return kind_; }  ///< what it is; value() has the type that goes with it
     /// The contents octets; of an open type and of a Name the whole encoding.
     View content() const { return content_; }
-    /// For people.
+    /// Text for people.
     std::string text() const { return text_(value_); }
     /// One encoding, by the type's own tag.
     Octets encoding() const { return encoding_(value_); }
-    /// The value itself, of the type that goes with the kind.
+    /// The value itself.
     const void *value() const { return value_; }
 
    private:

@@ -50,7 +50,7 @@ static_assert(wellFormed<UserNoticeView>());
 //     policyQualifierId  OBJECT IDENTIFIER,
 //     qualifier          ANY DEFINED BY policyQualifierId }
 //
-// Qualifiers without a value are met, and can be read.
+// Qualifiers without a value occur in practice, and can be read.
 template <class Form>
 struct PolicyQualifierInfoOf {
   ObjectIdentifierOf<Form> policyQualifierId{};

@@ -46,7 +46,7 @@ using Extension = ExtensionOf<Owned>;       ///< owns what it holds
 using ExtensionView = ExtensionOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<ExtensionView>());
 
-/// An extension looked for: absent, good or faulty. What would dangle does not compile.
+/// The result of looking for an extension: absent, good or faulty. What would dangle does not compile.
 template <class T>
 class Found {
  public:
@@ -209,7 +209,7 @@ struct HasRefusal<T, std::void_t<decltype(std::declval<const T &>().refusal())>>
 
 #if defined(__cpp_exceptions)
 
-/// What a get gives: like std::optional<T>, but using what would end with the temporary does not compile.
+/// The result of a get: a std::optional<T> whose value cannot be pointed to while it is a temporary.
 template <class T>
 class Got : public std::optional<T> {
  public:
@@ -235,7 +235,7 @@ class Extensions {
   /// An object without extensions.
   Extensions() = default;
   /// From one encoding of Extensions (BER), which is copied; of no octets an empty object. Throws Error when it is no
-  /// SEQUENCE; what is wrong with an extension in it concerns nobody else.
+  /// SEQUENCE; faulty extensions in it do not matter until they are asked for.
   /// @{
   static Extensions decode(View encoding) {
     const ExtensionsView view(encoding);

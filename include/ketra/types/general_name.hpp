@@ -36,7 +36,7 @@ enum class NameKind : uint8_t {
 //     type-id  OBJECT IDENTIFIER,
 //     value    [0] EXPLICIT ANY }
 //
-// Names without a value are met, and can be read.
+// Names without a value occur in practice, and can be read.
 template <class Form>
 struct OtherNameOf {
   ObjectIdentifierOf<Form> type{};  ///< type-id: `OBJECT IDENTIFIER`
@@ -106,7 +106,7 @@ std::string textOfIp(View octets);
 
 }  // namespace detail
 
-/// One name: its kind, and the octets that its kind makes of it. Characters are not judged: a dNSName with a NUL or an
+/// One name: its kind and its octets. Characters are not judged: a dNSName with a NUL or an
 /// iPAddress of five octets is what was certified.
 template <class Form>
 class GeneralNameOf {
@@ -151,7 +151,7 @@ class GeneralNameOf {
   }
   /// @}
 
-  /// A name of a kind from its content(), which is not judged: dns(), uri() and the like are what to use.
+  /// A name from its kind and content(), which is not judged. Prefer dns(), uri() and the like.
   static GeneralNameOf of(NameKind kind, View content) {
     GeneralNameOf name;
     name.kind_ = kind;
@@ -270,7 +270,7 @@ struct Leaf<GeneralNameOf<Form>> {
   }
 };
 
-/// Names to be set.
+/// Names to set.
 /// @{
 inline GeneralName dns(std::string_view host) { return GeneralName::of(NameKind::dNSName, View(host)); }
 inline GeneralName email(std::string_view mailbox) { return GeneralName::of(NameKind::rfc822Name, View(mailbox)); }

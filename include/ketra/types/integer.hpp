@@ -39,7 +39,7 @@ class IntegerOf {
     result.content_ = detail::contentAs<Form>(content);
     return result;
   }
-  /// From any octets, read as a number without sign: random octets make a serial number so.
+  /// From any octets, read as an unsigned number, most significant first: random octets for a serial number, say.
   static IntegerOf ofUnsigned(View octets) {
     static_assert(std::is_same_v<Form, Owned>, "a view would point into nothing");
     while (octets.size() > 1 && octets[0] == 0) octets = View(octets.begin() + 1, octets.end());

@@ -98,7 +98,7 @@ void appendAttribute(std::string &text, View type, View value);
 
 }  // namespace detail
 
-/// A distinguished name: the encoding that was read, in the order that it has.
+/// A distinguished name, kept as the encoding that was read.
 template <class Form>
 class NameOf {
  public:

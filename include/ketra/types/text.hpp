@@ -117,8 +117,8 @@ inline const uint8_t *firstOutside(TextType type, View octets) {
 
 }  // namespace detail
 
-/// A character string: octets, and the type that they are. Octets outside the alphabet of the type can be read, and are
-/// told by hasOutside().
+/// A character string: octets, and the type that they are. Octets outside the alphabet of the type can be read;
+/// hasOutside() reports them.
 template <class Form>
 class TextOf {
  public:
