@@ -59,8 +59,10 @@ class Found {
   bool isAbsent() const { return !isPresent_; }  ///< whether there is no such extension
   /// Whether it is there and cannot be read: then fault() says why.
   bool isFaulty() const { return isPresent_ && !item_; }
-  const Fault &fault() const { return item_.fault(); }  ///< of a faulty one; otherwise Reason::None
-  bool isCritical() const { return isCritical_; }       ///< as stored; false when it is absent
+  /// What is wrong with a faulty one; otherwise Reason::None.
+  const Fault &fault() const { return item_.fault(); }
+  /// As stored; false when it is absent.
+  bool isCritical() const { return isCritical_; }
   /// The encoding of the value, good or faulty.
   View octets() const { return item_.octets(); }
 
