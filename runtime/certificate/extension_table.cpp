@@ -25,27 +25,35 @@ bool sameObjid(const Objid &a, const Objid &b) {
   return rest == 0 || a.arcs[0] == b.arcs[0];
 }
 
+bool isSame(const Identifier &a, const Identifier &b) {
+  if (!sameObjid(a.objid, b.objid) || a.octets.length != b.octets.length) return false;
+  return a.octets.length == 0 || std::memcmp(a.octets.octets, b.octets.octets, a.octets.length) == 0;
+}
+
 }  // namespace
 
 // The first slot to look at. Mixed with an address, so that nobody who writes certificates can make identifiers
 // collide.
-uint32_t Table::slotOf(const Objid &objid) const {
+uint32_t Table::slotOf(const Identifier &identifier) const {
   uint64_t mixed = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(pool_)) | 1;
-  for (uint32_t i = 0; i < objid.count; ++i) {
-    mixed = (mixed ^ objid.arcs[i]) * 0x9E3779B97F4A7C15u;
+  const auto mix = [&](uint32_t part) {
+    mixed = (mixed ^ part) * 0x9E3779B97F4A7C15u;
     mixed ^= mixed >> 32;
-  }
+  };
+  const auto &[objid, octets] = identifier;
+  for (uint32_t i = 0; i < objid.count; ++i) mix(objid.arcs[i]);
+  for (uint32_t i = 0; i < octets.length; ++i) mix(octets.octets[i]);
   return static_cast<uint32_t>(mixed * 0xC2B2AE3D27D4EB4Fu >> 32) & (indexSize_ - 1);
 }
 
-Entry *Table::find(const Objid &objid) const {
+Entry *Table::find(const Identifier &identifier) const {
   if (index_ == nullptr) {
     Entry *entry = first_;
-    while (entry != nullptr && !sameObjid(entry->extension.objid, objid)) entry = entry->next;
+    while (entry != nullptr && !isSame(entry->identifier(), identifier)) entry = entry->next;
     return entry;
   }
-  for (uint32_t slot = slotOf(objid);; slot = (slot + 1) & (indexSize_ - 1)) {
-    if (index_[slot] == nullptr || sameObjid(index_[slot]->extension.objid, objid)) return index_[slot];
+  for (uint32_t slot = slotOf(identifier);; slot = (slot + 1) & (indexSize_ - 1)) {
+    if (index_[slot] == nullptr || isSame(index_[slot]->identifier(), identifier)) return index_[slot];
   }
 }
 
@@ -61,10 +69,11 @@ Entry *Table::at(uint32_t position) {
   return visited_;
 }
 
-int32_t Table::append(const KetraExtension &extension, bool ownsValue, AsnErrorBlock *err) {
+int32_t Table::append(const KetraExtension &extension, const AsnOct &identifier, bool ownsValue, AsnErrorBlock *err) {
   void *memory = nullptr;
   if (makeRoom(err) != 0 || AsnMemObjectMalloc(pool_, sizeof(Entry), &memory, err) != 0) return -1;
-  auto *entry = new (memory) Entry{extension, ownsValue, ++appended_, last_, nullptr};
+  auto *entry =
+      new (memory) Entry{extension, identifier.octets, identifier.length, ownsValue, ++appended_, last_, nullptr};
   (last_ == nullptr ? first_ : last_->next) = entry;
   last_ = entry;
   ++count_;
@@ -90,7 +99,7 @@ int32_t Table::makeRoom(AsnErrorBlock *err) {
 }
 
 void Table::enter(Entry *entry) {
-  uint32_t slot = slotOf(entry->extension.objid);
+  uint32_t slot = slotOf(entry->identifier());
   while (index_[slot] != nullptr) slot = (slot + 1) & (indexSize_ - 1);
   index_[slot] = entry;
 }
@@ -98,10 +107,10 @@ void Table::enter(Entry *entry) {
 // Empties the entry's slot, and moves up what stands behind it only because slots before were taken.
 void Table::leave(const Entry *entry) {
   const uint32_t mask = indexSize_ - 1;
-  uint32_t hole = slotOf(entry->extension.objid);
+  uint32_t hole = slotOf(entry->identifier());
   while (index_[hole] != entry) hole = (hole + 1) & mask;
   for (uint32_t slot = (hole + 1) & mask; index_[slot] != nullptr; slot = (slot + 1) & mask) {
-    const uint32_t home = slotOf(index_[slot]->extension.objid);
+    const uint32_t home = slotOf(index_[slot]->identifier());
     if (((slot - home) & mask) < ((slot - hole) & mask)) continue;
     index_[hole] = index_[slot];
     hole = slot;

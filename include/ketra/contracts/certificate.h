@@ -29,7 +29,7 @@ struct KetraObjectRecord {
 
 /** One extension (X.509 8, RFC 5280 4.1): what KetraObjectSetExt takes and KetraObjectSearchExtpByObjid finds. */
 typedef struct KetraExtension {
-  Objid objid;            /**< extnID */
+  Objid objid;            /**< extnID; no arcs when one of those that were read exceeds 32 bits */
   int32_t critical;       /**< meaningful only when criticalOption is 1 */
   int32_t criticalOption; /**< 1 = the criticality is present; otherwise it is left out, the default FALSE */
   AsnEncodedData value;   /**< the content of extnValue: one encoding of the extension's type */
