@@ -249,7 +249,8 @@ KETRA_RUNTIME_API int32_t AsnObjectCreate(AsnObject *object, AsnErrorBlock *err)
 KETRA_RUNTIME_API int32_t AsnObjectDestroy(AsnObject object, AsnErrorBlock *err);
 /** Opens a new, empty value of `type`: an empty SEQUENCE or list, a CHOICE without alternative, an unset scalar. */
 KETRA_RUNTIME_API int32_t AsnOpenNew(AsnObject object, const AsnType *type, AsnValue *value, AsnErrorBlock *err);
-/** Opens a value bound to an encoding, which is not copied: it must outlive the value. AsnDecode reads it. */
+/** Opens a value bound to an encoding, which is not copied: its octets must outlive the value, not the structure that
+ * `encoding` points to. AsnDecode reads it. */
 KETRA_RUNTIME_API int32_t AsnOpenFromMem(AsnObject object, const AsnType *type, const AsnEncodedData *encoding,
                                          AsnValue *value, AsnErrorBlock *err);
 /** Decodes the bound BER encoding (X.690 clause 8) against the type, in one pass and in time proportional to its
