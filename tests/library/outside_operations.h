@@ -63,6 +63,7 @@ struct Stage {
   using Node = std::vector<uint32_t>;
   std::vector<std::vector<Node>> nodes() const;
   bool holdsOldNameOrNone() { return object.handle == nullptr || object.der() == held || object.der() == "empty"; }
+  uint32_t index() const { return input.empty() ? 0 : static_cast<uint32_t>(std::stoul(input)); }
   bool isFirst() const { return input.starts_with("first-"); }
 
   // Values to set, and places for results.
