@@ -65,6 +65,25 @@ TEST(GeneralName, DamagedRecord) {
   EXPECT_EQ(object.der(), "empty");
 }
 
+// Whatever kind is held, a kind that does not exist and a copy that fails leave no name.
+TEST(GeneralName, FailuresLeaveNoName) {
+  GenName large("dNSName");
+  Param param = large.param();
+  static const std::string name(100000, 'x');
+  param.dNSName = exactly(name);
+  ASSERT_EQ(X509GenNameObjectSetName(large, &param, nullptr), 0);
+  param.type = 10;
+  for (const char *kind : kKinds) {
+    GenName object(kind);
+    EXPECT_EQ(codeOf(X509GenNameObjectSetName, object, &param), uint32_t{KetraError_SetNameType});
+    EXPECT_EQ(object.der(), "empty") << kind;
+    GenName copy(kind);
+    ASSERT_EQ(AsnMemObjectSetLimit(copy.handle->pool, 1, nullptr), 0);
+    EXPECT_EQ(codeOf(X509GenNameObjectCopy, copy, large), uint32_t{AsnMemError_Limit});
+    EXPECT_EQ(copy.der(), "empty") << kind;
+  }
+}
+
 // Setting one object again and again: replaced parameters and refused encodings go back to the pool.
 TEST(GeneralName, MemoryStaysBounded) {
   static const std::string name(32769, 'x');
