@@ -29,6 +29,8 @@ typedef struct AsnErrorMeaning {
 } AsnErrorMeaning;
 
 /** Renders code and trace as lines that a person can read, innermost failure first; what is not printable is escaped.
+ * An offending number follows its message in decimal (a negative one, which may be a large length, in hex too), octets
+ * follow in hex; structures, which may hold pointers, are left out.
  * `meanings` (may be null) explains codes of other components. Writes at most `size` octets, NUL included, and returns
  * the length of the whole text without the NUL, so a call with size 0 measures. A null block has the empty text. */
 KETRA_RUNTIME_API uint32_t AsnErrorText(const AsnErrorBlock *err, const AsnErrorMeaning *meanings,

@@ -150,7 +150,14 @@ typedef struct AsnType {
 enum {
   ASN_TRACE_ENTRIES = 24,  /**< entries that a trace holds */
   ASN_TRACE_MESSAGE = 128, /**< octets of a message, NUL included */
-  ASN_TRACE_VALUE = 16     /**< octets of a value that are copied */
+  ASN_TRACE_VALUE = 24     /**< octets of a value that are copied */
+};
+
+/** What an offending value is. */
+enum {
+  ASN_VALUE_STRUCTURE = 0, /**< a structure, which may hold pointers, or none at all */
+  ASN_VALUE_NUMBER = 1,    /**< 32 bits in the machine's own order; the entry does not tell whether they have a sign */
+  ASN_VALUE_OCTETS = 2     /**< octets of a string or an encoding */
 };
 
 /** One failure of a trace. */
@@ -161,6 +168,7 @@ typedef struct AsnTraceEntry {
   const void *value;                    /**< the offending value as given, or null; never dereferenced later */
   uint32_t valueLength;                 /**< its length in octets */
   uint8_t valueOctets[ASN_TRACE_VALUE]; /**< copy of its first octets */
+  uint32_t valueKind;                   /**< `ASN_VALUE_...` */
 } AsnTraceEntry;
 
 /** Code and trace of a failure. About 4 KB: do not value-initialise one, call AsnErrorReset (ketra_runtime.h), which is
@@ -233,7 +241,8 @@ enum {
 enum { ASN_MAX_NESTING = 64 /**< constructed levels below one value that are read, checked or rewritten */ };
 
 /** Appends one entry to the trace; counts it as dropped when the block is full. `module` and `function` must be string
- * literals; `message` (null reads as "") and the first octets of `value` are copied. Always returns 0. */
+ * literals; `message` (null reads as "") and the first octets of `value` are copied. A value of four octets is taken
+ * for a number, any other for a structure. Always returns 0. */
 KETRA_RUNTIME_API int32_t AsnErrorInfo(const char *module, const char *function, const char *message,
                                        AsnErrorBlock *err, const void *value, uint32_t valueLength);
 
