@@ -46,6 +46,7 @@ TEST(GeneralName, States) {
   ASSERT_EQ(X509GenNameObjectSetName(object, &param, nullptr), 0);
   EXPECT_EQ(object.ber(), sampleOf("iPAddress"));
   EXPECT_EQ(object.setPdu(fromHex("82 81 01 61"), false), -1) << "the DER form refuses other lengths";
+  EXPECT_EQ(object.setPdu(fromHex("A2 03 04 01 61"), false), -1) << "and constructed strings";
   ASSERT_EQ(X509GenNameObjectCopy(copy, copy, nullptr), 0);
   EXPECT_EQ(copy.der(), "82 02 61 62");
   ASSERT_EQ(X509GenNameObjectCopy(copy, GenName(), nullptr), 0);

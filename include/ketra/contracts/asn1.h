@@ -410,8 +410,8 @@ KETRA_RUNTIME_API int32_t AsnMUtilEncodeBER(AsnMemObject pool, AsnObject object,
                                             AsnEncodedData *encoding, AsnErrorBlock *err);
 /** @} */
 
-/** Read an element into pool memory. The DER forms refuse lengths that are not DER. The Opt forms report an absent
- * element as {null, 0}, flag 0; the others fail on it (AsnError_Absent).
+/** Read an element into pool memory. The DER forms refuse lengths that are not DER and constructed strings. The Opt
+ * forms report an absent element as {null, 0}, flag 0; the others fail on it (AsnError_Absent).
  * @{ */
 KETRA_RUNTIME_API int32_t AsnMUtilGetObjidDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                                               Objid *objid, AsnErrorBlock *err);

@@ -147,8 +147,8 @@ KETRA_RUNTIME_API int32_t X509MUtilSetDirStrOptDER(AsnObject object, AsnValue va
 KETRA_RUNTIME_API int32_t X509MUtilSetDirStrOptBER(AsnObject object, AsnValue value, const char *path,
                                                    const X509DirStrOpt *string, AsnErrorBlock *err);
 /** @} */
-/** Read the element into pool memory. The DER forms refuse lengths that are not DER. The Opt forms report an absent
- * element as zeros, flag 0; the others fail on it (AsnError_Absent).
+/** Read the element into pool memory. The DER forms refuse lengths that are not DER and constructed strings. The Opt
+ * forms report an absent element as zeros, flag 0; the others fail on it (AsnError_Absent).
  * @{ */
 KETRA_RUNTIME_API int32_t X509MUtilGetDirStrDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                                                 X509DirStr *string, AsnErrorBlock *err);
