@@ -35,8 +35,13 @@ namespace detail {
 
 int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &extension, int32_t critical,
                   AsnObject work, AsnValue value);
-int32_t beginGet(const Operation &op, KetraObject extensions, const Extension &extension, AsnEncodedData *encoding,
-                 AsnObject *work, AsnValue *value);
+inline int32_t beginGet(const Operation &op, KetraObject extensions, const Extension &extension,
+                        AsnEncodedData *encoding, AsnObject *work, AsnValue *value) {
+  // A failed lookup has said all there is to say.
+  const int32_t found = ketraObjectSgetValueByObjid(extensions, extension.objid, encoding, op.err());
+  if (found != 0) return found;
+  return openEncoded(op, extension.type, *encoding, work, value);
+}
 
 }  // namespace detail
 

@@ -54,11 +54,13 @@ struct Offending {
   uint32_t length = 0;
   uint32_t kind = ASN_VALUE_STRUCTURE;
 
-  Offending() = default;
+  constexpr Offending() = default;
   Offending(const int32_t &number) : value(&number), length(sizeof number), kind(ASN_VALUE_NUMBER) {}
   Offending(const uint32_t &number) : value(&number), length(sizeof number), kind(ASN_VALUE_NUMBER) {}
   Offending(const uint8_t *octets, uint32_t count) : value(octets), length(count), kind(ASN_VALUE_OCTETS) {}
 };
+
+inline constexpr Offending kNothing;
 
 // Sets the code, appends the entry, returns -1.
 [[gnu::cold]] int32_t reportFailure(const char *function, AsnErrorBlock *err, uint32_t code, const char *message,
@@ -71,11 +73,11 @@ struct Call {
   AsnErrorBlock *err;
 
   [[gnu::always_inline]] inline int32_t fail(uint32_t code, const char *message,
-                                             const Offending &offending = {}) const {
+                                             const Offending &offending = kNothing) const {
     return reportFailure(function, err, code, message, offending);
   }
   [[gnu::always_inline]] inline int32_t fail(uint32_t code, const Text &message,
-                                             const Offending &offending = {}) const {
+                                             const Offending &offending = kNothing) const {
     return reportFailure(function, err, code, message.c_str(), offending);
   }
 };

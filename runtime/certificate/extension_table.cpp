@@ -25,9 +25,8 @@ bool sameObjid(const Objid &a, const Objid &b) {
   return rest == 0 || a.arcs[0] == b.arcs[0];
 }
 
-bool isSame(const Identifier &a, const Identifier &b) {
-  if (!sameObjid(a.objid, b.objid) || a.octets.length != b.octets.length) return false;
-  return a.octets.length == 0 || std::memcmp(a.octets.octets, b.octets.octets, a.octets.length) == 0;
+bool sameOctets(const AsnOct &a, const AsnOct &b) {
+  return a.length == b.length && std::memcmp(a.octets, b.octets, a.length) == 0;
 }
 
 }  // namespace
@@ -46,15 +45,27 @@ uint32_t Table::slotOf(const Identifier &identifier) const {
   return static_cast<uint32_t>(mixed * 0xC2B2AE3D27D4EB4Fu >> 32) & (indexSize_ - 1);
 }
 
-Entry *Table::find(const Identifier &identifier) const {
+template <class Matches>
+inline Entry *Table::search(const Objid &objid, const AsnOct &octets, Matches &&matches) const {
   if (index_ == nullptr) {
     Entry *entry = first_;
-    while (entry != nullptr && !isSame(entry->identifier(), identifier)) entry = entry->next;
+    while (entry != nullptr && !matches(*entry)) entry = entry->next;
     return entry;
   }
-  for (uint32_t slot = slotOf(identifier);; slot = (slot + 1) & (indexSize_ - 1)) {
-    if (index_[slot] == nullptr || isSame(index_[slot]->identifier(), identifier)) return index_[slot];
+  for (uint32_t slot = slotOf({objid, octets});; slot = (slot + 1) & (indexSize_ - 1)) {
+    if (index_[slot] == nullptr || matches(*index_[slot])) return index_[slot];
   }
+}
+
+Entry *Table::find(const Objid &objid) const {
+  if (objid.count == 0) return nullptr;  // the arcs of what is found by its octets
+  return search(objid, {}, [&](const Entry &entry) { return sameObjid(entry.extension.objid, objid); });
+}
+
+Entry *Table::find(const Identifier &identifier) const {
+  const auto &[objid, octets] = identifier;
+  if (octets.length == 0) return find(objid);
+  return search({}, octets, [&](const Entry &entry) { return sameOctets(entry.identifier().octets, octets); });
 }
 
 Entry *Table::at(uint32_t position) {

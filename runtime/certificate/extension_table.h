@@ -33,6 +33,7 @@ class Table {
 
   uint32_t count() const { return count_; }
   Entry *first() const { return first_; }
+  Entry *find(const Objid &objid) const;
   Entry *find(const Identifier &identifier) const;
   Entry *at(uint32_t position);  // below count(); costs the distance from the last one asked for, or from an end
   // Makes an entry around arcs and value that are in the pool already and whose identifier is new to the table.
@@ -46,6 +47,8 @@ class Table {
  private:
   static constexpr uint32_t kUnindexed = 16;  // so many are found fast enough one by one
 
+  template <class Matches>
+  Entry *search(const Objid &objid, const AsnOct &octets, Matches &&matches) const;
   uint32_t slotOf(const Identifier &identifier) const;
   int32_t makeRoom(AsnErrorBlock *err);
   void enter(Entry *entry);

@@ -208,7 +208,7 @@ int32_t KetraObjectSetExt(KetraObject object, const KetraExtension *extension, A
   if (AsnCheckObjidBER(&extension->objid, err) != 0) return -1;
   AsnEncodedData value{};
   if (AsnMUtilCopyEncodedDataBER(object->pool, &value, &extension->value, err) != 0) return -1;
-  Entry *entry = tableOf(object).find({extension->objid, {}});
+  Entry *entry = tableOf(object).find(extension->objid);
   if (entry == nullptr) {
     if (addNew(object, *extension, value, err) == 0) return 0;
     AsnMemObjectFree(object->pool, value.octets, nullptr);
@@ -228,7 +228,7 @@ int32_t KetraObjectSearchExtpByObjid(KetraObject object, const Objid *objid, con
   if (object == nullptr || objid == nullptr || extension == nullptr || (objid->arcs == nullptr && objid->count > 0)) {
     return failNull(Call{__func__, err});
   }
-  const Entry *entry = tableOf(object).find({*objid, {}});
+  const Entry *entry = tableOf(object).find(*objid);
   *extension = entry == nullptr ? nullptr : &entry->extension;
   return 0;
 }
@@ -284,7 +284,7 @@ int32_t KetraObjectGetExtpByIndex(KetraObject object, uint32_t index, const Ketr
 int32_t KetraObjectDeleteExt(KetraObject object, const Objid *objid, AsnErrorBlock *err) {
   const Call call{__func__, err};
   if (object == nullptr || objid == nullptr || (objid->arcs == nullptr && objid->count > 0)) return failNull(call);
-  Entry *entry = tableOf(object).find({*objid, {}});
+  Entry *entry = tableOf(object).find(*objid);
   if (entry == nullptr) return call.fail(KetraObjectError_Absent, "no extension has this identifier");
   tableOf(object).remove(entry);
   return 0;
