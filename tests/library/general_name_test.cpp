@@ -47,6 +47,10 @@ TEST(GeneralName, States) {
   EXPECT_EQ(object.ber(), sampleOf("iPAddress"));
   EXPECT_EQ(object.setPdu(fromHex("82 81 01 61"), false), -1) << "the DER form refuses other lengths";
   EXPECT_EQ(object.setPdu(fromHex("A2 03 04 01 61"), false), -1) << "and constructed strings";
+  const Octets endless = fromHex("A4 80 30 80 00 00");
+  const AsnEncodedData unended{endless.data(), static_cast<uint32_t>(endless.size())};
+  EXPECT_EQ(codeOf(X509GenNameObjectSetPduDER, object, &unended), uint32_t{AsnError_EndOfContents});
+  EXPECT_EQ(codeOf(X509GenNameObjectSetPduBER, object, &unended), uint32_t{AsnError_EndOfContents});
   ASSERT_EQ(X509GenNameObjectCopy(copy, copy, nullptr), 0);
   EXPECT_EQ(copy.der(), "82 02 61 62");
   ASSERT_EQ(X509GenNameObjectCopy(copy, GenName(), nullptr), 0);
