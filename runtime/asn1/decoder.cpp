@@ -408,7 +408,7 @@ bool Decoder::nextComponent(Frame &frame, uint8_t identifier) {
     fault_.set(AsnError_Component, pos_) << "component " << nameOf(definition + i) << " is repeated or out of order";
     return false;
   }
-  fault_.set(AsnError_Component, pos_).hex(identifier) << " is not the tag of a component that may follow";
+  fault_.set(AsnError_Component, pos_).hex(identifier) << " is the tag of no component that may follow";
   return false;
 }
 
