@@ -63,8 +63,8 @@ Entry *Table::find(const Objid &objid) const {
 }
 
 Entry *Table::find(const Identifier &identifier) const {
-  const auto &[objid, octets] = identifier;
-  if (octets.length == 0) return find(objid);
+  const AsnOct &octets = identifier.octets;
+  if (octets.length == 0) return find(identifier.objid);
   return search({}, octets, [&](const Entry &entry) { return sameOctets(entry.identifier().octets, octets); });
 }
 
