@@ -149,7 +149,7 @@ std::string listReason(const Both &both, const std::string &list) {
 std::string pointNameReason(const Both &both, const std::string &path) {
   if (both.areEqual(path + "/fullName") && both.areEqual(path + "/nameRelativeToCRLIssuer")) return {};
   const std::string reason = labelled("fullName", listReason(both, path + "/fullName"));
-  return reason.empty() ? std::string("nameRelativeToCRLIssuer: ") + kUnordered : reason;
+  return reason.empty() ? std::string("nameRelativeToCRLIssuer: ").append(kUnordered) : reason;
 }
 
 }  // namespace
