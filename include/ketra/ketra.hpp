@@ -40,6 +40,7 @@
 /// The C++ face. Value types own their members, compare with == and != member by member, and are read and written by
 /// Extensions. What fails throws Error; containers may throw std::bad_alloc.
 namespace ketra {
+inline namespace face {
 
 /// What a read may cost. Reading takes less than 250 octets of memory per octet of the value, results included; a list
 /// of empty names comes near that, an ordinary value takes 10 to 30.
@@ -226,4 +227,5 @@ class Extensions {
   std::unique_ptr<KetraObjectRecord, Destroy> object_;
 };
 
+}  // namespace face
 }  // namespace ketra

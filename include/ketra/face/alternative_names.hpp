@@ -20,6 +20,7 @@
 #include "ketra/face/general_names.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// SubjectAltName (RFC 5280 4.2.1.6); `N` is GeneralName or NameOrError.
 template <class N>
@@ -149,4 +150,5 @@ struct ExtensionTraits<BasicCertificateIssuer<N>>
   }
 };
 
+}  // namespace face
 }  // namespace ketra

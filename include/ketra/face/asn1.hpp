@@ -14,6 +14,7 @@
 #include "ketra/face/base.hpp"
 
 namespace ketra {
+inline namespace face {
 
 namespace detail {
 
@@ -216,4 +217,5 @@ inline bool isOutOfMemory(uint32_t code) {
 
 }  // namespace detail
 
+}  // namespace face
 }  // namespace ketra

@@ -15,6 +15,7 @@
 #include "ketra/face/integer.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// Which key of the issuer signed (RFC 5280 4.2.1.1); `N` is GeneralName or NameOrError. Always non-critical. A set
 /// wants authorityCertIssuer and authorityCertSerialNumber together or not at all.
@@ -108,4 +109,5 @@ struct ExtensionTraits<BasicAuthorityKeyId<N>> {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

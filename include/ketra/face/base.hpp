@@ -20,6 +20,7 @@
 #include "ketra/ketra_runtime.h"
 
 namespace ketra {
+inline namespace face {
 
 /// A failed operation: its code (ketra_errors.h, contracts/) and, in what(), code and trace as lines of text. Copies
 /// share what they say.
@@ -236,4 +237,5 @@ class KnownIdentifier {
 template <class T>
 struct ExtensionTraits;
 
+}  // namespace face
 }  // namespace ketra

@@ -21,6 +21,7 @@
 #include "ketra/face/policy_qualifier.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// Any policy (RFC 5280 4.2.1.4).
 inline constexpr detail::KnownIdentifier anyPolicy{2, 5, 29, 32, 0};
@@ -165,4 +166,5 @@ struct ExtensionTraits<CertificatePolicies> {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

@@ -8,6 +8,7 @@
 #include "ketra/face/base.hpp"
 
 namespace ketra {
+inline namespace face {
 
 namespace detail {
 
@@ -66,4 +67,5 @@ class ReadChain : public Nodes<Node> {
 
 }  // namespace detail
 
+}  // namespace face
 }  // namespace ketra

@@ -11,6 +11,7 @@
 #include "ketra/face/name.hpp"
 
 namespace ketra {
+inline namespace face {
 
 namespace detail {
 
@@ -35,4 +36,5 @@ inline std::optional<std::string> stringText(View encoding) try {
   return std::nullopt;
 }
 
+}  // namespace face
 }  // namespace ketra

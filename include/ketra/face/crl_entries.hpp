@@ -9,6 +9,7 @@
 #include "ketra/face/time.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// Why an entry is on the CRL. Always non-critical.
 enum class ReasonCode : int32_t {
@@ -117,4 +118,5 @@ struct ExtensionTraits<InvalidityDate> {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

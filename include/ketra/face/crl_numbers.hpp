@@ -11,6 +11,7 @@
 #include "ketra/face/integer.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// The number of a CRL, of any size, 0 or more. Always non-critical. The C operations carry 31 bits; larger numbers, of
 /// which RFC 5280 expects up to 20 octets, are read from and written to the stored octets.
@@ -98,4 +99,5 @@ struct ExtensionTraits<DeltaCrlIndicator> {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

@@ -9,6 +9,7 @@
 #include "ketra/face/base.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// An attribute of a type and one value or more.
 struct Attribute {
@@ -88,4 +89,5 @@ struct ExtensionTraits<SubjectDirectoryAttributes> {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

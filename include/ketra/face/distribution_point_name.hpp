@@ -16,6 +16,7 @@
 #include "ketra/face/name.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// ReasonFlags, the seven bits that the C interface carries. privilegeWithdrawn and aACompromise, which follow, are not
 /// read.
@@ -152,4 +153,5 @@ using BasicDistributionPointName = std::variant<BasicFullName<N>, RelativeName>;
 /// The strict form.
 using DistributionPointName = BasicDistributionPointName<GeneralName>;
 
+}  // namespace face
 }  // namespace ketra

@@ -24,6 +24,7 @@
 #include "ketra/face/point_nodes.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// One distribution point; `N` is GeneralName or NameOrError.
 template <class N>
@@ -194,4 +195,5 @@ struct ExtensionTraits<BasicCrlDistributionPoints<N>> {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

@@ -9,6 +9,7 @@
 #include "ketra/face/base.hpp"
 
 namespace ketra {
+inline namespace face {
 
 namespace detail {
 
@@ -129,4 +130,5 @@ inline uint32_t countOf(View content) {
 
 }  // namespace detail
 
+}  // namespace face
 }  // namespace ketra

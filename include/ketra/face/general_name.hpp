@@ -13,6 +13,7 @@
 #include "ketra/face/name.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// otherName: a value of a type that its identifier tells.
 struct OtherName {
@@ -195,4 +196,5 @@ inline void copyName(const X509GenNameParam &c, GeneralName &name) {
 
 }  // namespace detail
 
+}  // namespace face
 }  // namespace ketra

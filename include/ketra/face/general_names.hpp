@@ -20,6 +20,7 @@
 #include "ketra/face/general_name.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// A member of a list that is no GeneralName, or one beyond what the interface carries.
 struct UnreadableName {
@@ -169,4 +170,5 @@ inline std::vector<NameOrError> readNames(const WorkValue &value, AsnValue list,
 
 }  // namespace detail
 
+}  // namespace face
 }  // namespace ketra

@@ -12,6 +12,7 @@
 #include "ketra/face/base.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// A whole number, held as the content octets of an INTEGER (X.690 8.3): two's complement, as few octets as it takes.
 class Integer {
@@ -137,4 +138,5 @@ class Integer {
 /// Of a certificate: positive, and 20 octets at most (RFC 5280 4.1.2.2), which is not judged.
 using SerialNumber = Integer;
 
+}  // namespace face
 }  // namespace ketra

@@ -15,6 +15,7 @@
 #include "ketra/face/point_nodes.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// What a CRL covers (RFC 5280 5.2.5); `N` is GeneralName or NameOrError. Always critical.
 template <class N>
@@ -116,4 +117,5 @@ struct ExtensionTraits<BasicIssuingDistributionPoint<N>> {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

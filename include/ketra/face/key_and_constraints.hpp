@@ -11,6 +11,7 @@
 #include "ketra/face/base.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// Whether the subject is a CA, and how long paths through it may be (RFC 5280 4.2.1.9).
 struct BasicConstraints {
@@ -137,4 +138,5 @@ struct ExtensionTraits<SubjectKeyId> {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

@@ -13,6 +13,7 @@
 #include "ketra/face/base.hpp"
 
 namespace ketra {
+inline namespace face {
 
 namespace detail {
 
@@ -174,4 +175,5 @@ class Name {
   Octets der_ = {0x30, 0x00};
 };
 
+}  // namespace face
 }  // namespace ketra

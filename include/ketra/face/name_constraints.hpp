@@ -22,6 +22,7 @@
 #include "ketra/face/general_names.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// One subtree; `N` is GeneralName or NameOrError.
 template <class N>
@@ -159,4 +160,5 @@ struct ExtensionTraits<BasicNameConstraints<N>> {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

@@ -15,6 +15,7 @@
 #include "ketra/face/general_names.hpp"
 
 namespace ketra {
+inline namespace face {
 
 namespace detail {
 
@@ -179,4 +180,5 @@ inline std::optional<BasicDistributionPointName<NameOrError>> readPointName(cons
 
 }  // namespace detail
 
+}  // namespace face
 }  // namespace ketra

@@ -13,6 +13,7 @@
 #include "ketra/face/integer.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// The two kinds of qualifiers.
 namespace qualifier {
@@ -124,4 +125,5 @@ struct PolicyQualifier {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

@@ -13,6 +13,7 @@
 #include "ketra/face/encodings.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// Two policies that the issuer holds for equivalent.
 struct PolicyMapping {
@@ -91,4 +92,5 @@ struct ExtensionTraits<PolicyConstraints> {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

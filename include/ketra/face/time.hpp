@@ -10,6 +10,7 @@
 #include "ketra/face/base.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// A point in time of the years 0000 to 9999.
 using Time = std::chrono::time_point<std::chrono::system_clock, std::chrono::microseconds>;
@@ -60,4 +61,5 @@ inline Time parseTime(const std::string &text) {
 }
 /// @}
 
+}  // namespace face
 }  // namespace ketra

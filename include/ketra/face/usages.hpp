@@ -18,6 +18,7 @@
 #include "ketra/face/time.hpp"
 
 namespace ketra {
+inline namespace face {
 
 /// The usual key purposes (RFC 5280 4.2.1.12, RFC 4945, RFC 5924, RFC 6187, RFC 6402, RFC 7299, RFC 9336).
 namespace purpose {
@@ -106,4 +107,5 @@ struct ExtensionTraits<PrivateKeyUsagePeriod> {
   }
 };
 
+}  // namespace face
 }  // namespace ketra

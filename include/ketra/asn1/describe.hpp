@@ -1,0 +1,389 @@
+/// @file
+/// The words in which ASN.1 types are described. A described type is a structure over a form with one function:
+/// @code
+/// // BasicConstraints ::= SEQUENCE {
+/// //     cA                 BOOLEAN DEFAULT FALSE,
+/// //     pathLenConstraint  INTEGER (0..MAX) OPTIONAL }
+/// template <class Form>
+/// struct BasicConstraintsOf {
+///   Default<bool, false> cA{};
+///   std::optional<IntegerOf<Form>> pathLenConstraint{};
+///
+///   template <class Self, class Visitor>
+///   static constexpr bool describe(Self &self, Visitor &visit) {
+///     return visit("cA", self.cA) && visit("pathLenConstraint", self.pathLenConstraint, natural);
+///   }
+/// };
+/// @endcode
+/// Everything else is written once, over descriptions: read.hpp, write.hpp, walk.hpp, explain.hpp.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "ketra/asn1/octets.hpp"
+
+namespace ketra {
+
+template <class T>
+class Range;  // read.hpp
+
+/// The form of a value that owns all that it holds.
+struct Owned {
+  template <class T>
+  using List = std::vector<T>;
+  using Content = std::string;  ///< contents octets, mostly short
+};
+/// The form of a value that points into the octets it was read from. It never allocates.
+struct Viewed {
+  template <class T>
+  using List = Range<T>;
+  using Content = View;
+};
+/// SEQUENCE OF or SET OF.
+template <class Form, class T>
+using ListOf = typename Form::template List<T>;
+
+/// What a component says besides its name and type. Combine with `|`: context(0) | nonEmpty.
+struct As {
+  int16_t number = -1;         ///< of a context-specific tag, or of a named bit
+  bool isExplicit = false;     ///< the tag wraps the value
+  bool isSet = false;          ///< a list is a SET OF
+  bool isNonEmpty = false;     ///< SIZE (1..MAX), refused when read and when set
+  bool isNonEmptySet = false;  ///< SIZE (1..MAX), refused when set only
+  bool isNatural = false;      ///< INTEGER (0..MAX)
+
+  friend constexpr As operator|(As a, As b) {
+    return {a.number >= 0 ? a.number : b.number, a.isExplicit || b.isExplicit,       a.isSet || b.isSet,
+            a.isNonEmpty || b.isNonEmpty,        a.isNonEmptySet || b.isNonEmptySet, a.isNatural || b.isNatural};
+  }
+};
+/// [number] IMPLICIT, for numbers up to 30.
+constexpr As context(int number) { return {static_cast<int16_t>(number)}; }
+/// [number] EXPLICIT; a CHOICE is always tagged so (X.680 31.2.7).
+constexpr As explicitly(int number) { return {static_cast<int16_t>(number), true}; }
+/// A bit with a name.
+constexpr As bit(int number) { return {static_cast<int16_t>(number)}; }
+/// SET OF instead of SEQUENCE OF.
+inline constexpr As setOf{-1, false, true};
+/// SIZE (1..MAX).
+inline constexpr As nonEmpty{-1, false, false, true};
+/// SIZE (1..MAX) where empty lists are met in practice: they can be read, but not set.
+inline constexpr As nonEmptySet{-1, false, false, false, true};
+/// INTEGER (0..MAX).
+inline constexpr As natural{-1, false, false, false, false, true};
+
+/// How the members of a described type make one encoding. A type says so by `static constexpr Shape shape`.
+enum class Shape : uint8_t {
+  Sequence,  ///< SEQUENCE: what is meant when nothing is said
+  Set,       ///< SET
+  Choice,    ///< CHOICE: describe() is one call of visit.choice(variant, Alternative...)
+  Is,        ///< another name for the type of the only member
+  Bits       ///< BIT STRING with named bits: bools, and visit.nameless(bits) for the rest
+};
+
+/// One alternative of a CHOICE.
+struct Alternative {
+  const char *name;
+  As as;
+};
+
+/// What a leaf is.
+enum class LeafKind : uint8_t {
+  Boolean,
+  Integer,
+  Enumerated,
+  BitString,
+  OctetString,
+  Objid,
+  Time,
+  Text,
+  Name,
+  GeneralName,
+  Any
+};
+
+/// A leaf: a type that is read and written as a whole. A specialisation has
+/// @code
+/// static constexpr LeafKind kind;
+/// static constexpr uint8_t identifier;   // universal identifier octet; 0: see matches()
+/// static constexpr bool inSegments;      // its encoding may be constructed of segments (X.690 8.6, 8.7)
+/// static constexpr bool matches(uint8_t);       // identifier is 0 only: whether a value can begin with this octet
+/// static bool read(const Tlv &, T &, Fault &);  // judges the contents; segments have been joined
+/// static void write(const T &, Writer &);       // contents octets; identifier is 0: the whole encoding
+/// static View content(const T &, detail::Scratch &);  // contents octets; those of some types go into the scratch
+/// static std::string text(const T &);           // for people
+/// @endcode
+/// A type with identifier 0 reads and writes whole encodings.
+template <class T>
+struct Leaf;
+
+/// A component with a DEFAULT value. It converts from T; a value equal to the default is not written (X.690 11.5),
+/// except one that was read where it was written: octets come back as they were.
+template <class T, auto D>
+class Default {
+ public:
+  constexpr Default() noexcept {}  // defaulted, g++ 12 fails on lists of types with such members
+  template <class U, class = std::enable_if_t<std::is_convertible_v<U, T> && !std::is_same_v<std::decay_t<U>, Default>>>
+  constexpr Default(U &&value) : value_(std::forward<U>(value)), isPresent_(!(value_ == byDefault())) {}
+
+  /// The value, written or not.
+  constexpr T value() const { return isPresent_ ? value_ : byDefault(); }
+  constexpr T operator*() const { return value(); }
+  /// Whether it stands in the encoding.
+  constexpr bool isPresent() const { return isPresent_; }
+  /// The value of a boolean: absent is its default.
+  template <class B = T, class = std::enable_if_t<std::is_same_v<B, bool>>>
+  constexpr explicit operator bool() const {
+    return value();
+  }
+
+  /// For readers and writers: the stored value, which counts when it is present.
+  /// @{
+  constexpr T &emplace() {
+    isPresent_ = true;
+    return value_;
+  }
+  constexpr const T &stored() const { return value_; }
+  /// @}
+
+  friend constexpr bool operator==(const Default &a, const Default &b) { return a.value() == b.value(); }
+  friend constexpr bool operator!=(const Default &a, const Default &b) { return !(a == b); }
+
+ private:
+  static constexpr T byDefault() {
+    if constexpr (D == decltype(D){}) {
+      return T{};
+    } else {
+      return T(D);
+    }
+  }
+
+  T value_{};
+  bool isPresent_ = false;
+};
+
+namespace detail {
+
+// Room for the contents octets of a leaf that does not hold them.
+struct Scratch {
+  uint8_t octets[40];
+};
+
+template <class Form>
+typename Form::Content contentAs(View content) {
+  if constexpr (std::is_same_v<Form, Owned>) {
+    return {reinterpret_cast<const char *>(content.data()), content.size()};
+  } else {
+    return content;
+  }
+}
+
+template <class T, class = void>
+struct IsLeaf : std::false_type {};
+template <class T>
+struct IsLeaf<T, std::void_t<decltype(Leaf<T>::kind)>> : std::true_type {};
+
+// The type of the members of a list; void for anything else.
+template <class T>
+struct MemberOf {
+  using type = void;
+};
+template <class T>
+struct MemberOf<std::vector<T>> {
+  using type = T;
+};
+template <class T>
+struct MemberOf<Range<T>> {
+  using type = T;
+};
+template <class T>
+inline constexpr bool kIsList = !std::is_void_v<typename MemberOf<T>::type>;
+
+template <class T, class = void>
+struct ShapeOf : std::integral_constant<Shape, Shape::Sequence> {};
+template <class T>
+struct ShapeOf<T, std::void_t<decltype(T::shape)>> : std::integral_constant<Shape, T::shape> {};
+
+template <class T>
+inline constexpr bool kIsDescribed = !IsLeaf<T>::value && !kIsList<T>;
+template <class T, Shape shape>
+inline constexpr bool kHasShape = kIsDescribed<T> &&ShapeOf<T>::value == shape;
+
+// The same type over views.
+template <class T>
+struct ViewedOf {
+  using type = T;
+};
+template <template <class> class X>
+struct ViewedOf<X<Owned>> {
+  using type = X<Viewed>;
+};
+template <class T>
+struct ViewedOf<std::vector<T>> {
+  using type = Range<typename ViewedOf<T>::type>;
+};
+
+// The same type, owning.
+template <class T>
+struct OwnedOf {
+  using type = T;
+};
+template <template <class> class X>
+struct OwnedOf<X<Viewed>> {
+  using type = X<Owned>;
+};
+
+template <class T>
+constexpr uint8_t identifierOf(As as);
+template <class T>
+constexpr bool matches(As as, uint8_t identifier);
+
+// Visits the only member of a type with Shape::Is.
+struct IdentifierOfOnly {
+  uint8_t identifier = 0;
+  template <class M>
+  constexpr bool operator()(const char *, M &, As as = {}) {
+    identifier = identifierOf<M>(as);
+    return true;
+  }
+};
+
+template <class T>
+constexpr uint8_t universalIdentifierOf(As as) {
+  if constexpr (IsLeaf<T>::value) {
+    return Leaf<T>::identifier;
+  } else if constexpr (kIsList<T>) {
+    return as.isSet ? 0x31 : 0x30;
+  } else if constexpr (kHasShape<T, Shape::Bits>) {
+    return 0x03;
+  } else if constexpr (kHasShape<T, Shape::Set>) {
+    return 0x31;
+  } else if constexpr (kHasShape<T, Shape::Choice>) {
+    return 0;
+  } else if constexpr (kHasShape<T, Shape::Is>) {
+    using V = typename ViewedOf<T>::type;
+    V value{};
+    IdentifierOfOnly visit;
+    V::describe(value, visit);
+    return visit.identifier;
+  } else {
+    return 0x30;
+  }
+}
+
+// The identifier octet of a value, without regard to segments; 0 where several are possible.
+template <class T>
+constexpr uint8_t identifierOf(As as) {
+  if (as.number >= 0 && as.isExplicit) return static_cast<uint8_t>(0xA0 | as.number);
+  const uint8_t universal = universalIdentifierOf<T>(as);
+  return as.number < 0 ? universal : static_cast<uint8_t>(0x80 | as.number | (universal & 0x20));
+}
+
+// Whether a string of this type may come in segments.
+template <class T>
+constexpr bool inSegments() {
+  if constexpr (IsLeaf<T>::value) {
+    return Leaf<T>::inSegments;
+  } else {
+    return kHasShape<T, Shape::Bits>;
+  }
+}
+
+struct MatchAlternative {
+  uint8_t identifier;
+  template <class... Ts, class... Alternatives>
+  constexpr bool choice(const std::variant<Ts...> &, Alternatives... alternatives) {
+    return (matches<Ts>(alternatives.as, identifier) || ...);
+  }
+};
+
+// Whether a value may begin with this octet.
+template <class T>
+constexpr bool matches(As as, uint8_t identifier) {
+  if constexpr (IsLeaf<T>::value) {
+    if constexpr (Leaf<T>::identifier == 0) {
+      if (as.number < 0) return Leaf<T>::matches(identifier);
+    }
+  } else if constexpr (kHasShape<T, Shape::Choice>) {
+    if (as.number < 0) {
+      using V = typename ViewedOf<T>::type;
+      V value{};
+      MatchAlternative visit{identifier};
+      return V::describe(value, visit);
+    }
+  }
+  const uint8_t expected = identifierOf<T>(as);
+  return identifier == expected || (inSegments<T>() && !as.isExplicit && identifier == (expected | 0x20));
+}
+
+// Checks a description when it is compiled: no component begins like an optional one before it, no alternative like
+// another.
+class WellFormed {
+ public:
+  constexpr bool isRight() const { return isRight_; }
+
+  template <class T>
+  constexpr bool operator()(const char *, T &, As as = {}) {
+    add<T>(as);
+    optionals_ = 0;
+    return true;
+  }
+  template <class T>
+  constexpr bool operator()(const char *, std::optional<T> &, As as = {}) {
+    add<T>(as);
+    return true;
+  }
+  template <class T, auto D>
+  constexpr bool operator()(const char *, Default<T, D> &, As as = {}) {
+    add<T>(as);
+    return true;
+  }
+  template <class... Ts, class... Alternatives>
+  constexpr bool choice(std::variant<Ts...> &, Alternatives... alternatives) {
+    static_assert(sizeof...(Ts) == sizeof...(Alternatives), "each alternative has a name and a tag");
+    (add<Ts>(alternatives.as), ...);
+    return true;
+  }
+
+ private:
+  template <class T>
+  constexpr void add(As as) {
+    if (as.number > 30) isRight_ = false;
+    if (optionals_++ == 0) {
+      for (bool &taken : taken_) taken = false;
+    }
+    for (int octet = 0; octet < 256; ++octet) {
+      if ((octet & ~0x20) == 0 || !matches<T>(as, static_cast<uint8_t>(octet))) continue;
+      if (taken_[octet]) isRight_ = false;
+      taken_[octet] = true;
+    }
+  }
+
+  bool taken_[256] = {};  // with what the optional components before may begin
+  int optionals_ = 0;
+  bool isRight_ = true;
+};
+
+}  // namespace detail
+
+/// Whether the description of a type over views can be read without doubt: to be asserted beside each type.
+template <class T>
+constexpr bool wellFormed() {
+  if constexpr (detail::kHasShape<T, Shape::Bits> || detail::kHasShape<T, Shape::Is>) {
+    return true;
+  } else {
+    T value{};
+    detail::WellFormed check;
+    T::describe(value, check);
+    return check.isRight();
+  }
+}
+
+}  // namespace ketra

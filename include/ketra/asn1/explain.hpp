@@ -1,0 +1,153 @@
+/// @file
+/// Where a fault is: the path of an octet, found by going through the octets once more along the description. So
+/// nothing has to remember a path while it reads.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+#include "ketra/asn1/describe.hpp"
+#include "ketra/asn1/read.hpp"
+
+namespace ketra {
+
+namespace detail {
+
+// The names on the way to an octet.
+class Path {
+ public:
+  Path(const uint8_t *at, std::string &text) : at_(at), text_(text) {}
+
+  template <class T>
+  void into(const Tlv &tlv, As as) {
+    if (as.isExplicit) {
+      Reader in = tlv.reader();
+      Tlv inner;
+      Fault fault;
+      as.number = -1;
+      as.isExplicit = false;
+      if (readTlv(in, inner, fault)) into<T>(inner, as);
+    } else if constexpr (kIsList<T>) {
+      members<typename MemberOf<T>::type>(tlv.reader());
+    } else if constexpr (kIsDescribed<T> && !kHasShape<T, Shape::Bits>) {
+      if (!tlv.isConstructed()) return;
+      T value{};
+      if constexpr (kHasShape<T, Shape::Is>) {
+        Only visit{*this, tlv, as};
+        T::describe(value, visit);
+      } else if constexpr (kHasShape<T, Shape::Choice>) {
+        Chosen visit{*this, tlv};
+        T::describe(value, visit);
+      } else {
+        Components visit{*this, tlv.reader()};
+        T::describe(value, visit);
+      }
+    }
+  }
+
+ private:
+  bool covers(const uint8_t *begin, const uint8_t *end) const { return at_ >= begin && at_ < end; }
+
+  template <class T>
+  void members(Reader in) {
+    for (std::size_t number = 1; !in.done(); ++number) {
+      const uint8_t *const begin = in.at;
+      Tlv tlv;
+      Fault fault;
+      const bool isRead = readTlv(in, tlv, fault);
+      if (isRead && !covers(begin, in.at)) continue;
+      (text_ += '/') += std::to_string(number);
+      if (isRead && matches<T>({}, tlv.identifier)) into<T>(tlv, {});
+      return;
+    }
+  }
+
+  struct Only {
+    Path &path;
+    const Tlv &tlv;
+    As as;
+    template <class T>
+    bool operator()(const char *, T &, As own = {}) {
+      path.into<T>(tlv, as | own);
+      return true;
+    }
+  };
+
+  struct Components {
+    Path &path;
+    Reader in;
+    template <class T>
+    bool operator()(const char *name, T &, As as = {}) {
+      return next<T>(name, as, in.at == path.at_);
+    }
+    template <class T>
+    bool operator()(const char *name, std::optional<T> &, As as = {}) {
+      return next<T>(name, as, false);
+    }
+    template <class T, auto D>
+    bool operator()(const char *name, Default<T, D> &, As as = {}) {
+      return next<T>(name, as, false);
+    }
+
+   private:
+    // False when the octet has been found.
+    template <class T>
+    bool next(const char *name, As as, bool isMissingHere) {
+      const uint8_t *const begin = in.at;
+      const bool isThere = !in.done() && matches<T>(as, *in.at);
+      if (!isThere && !isMissingHere) return true;
+      Tlv tlv;
+      Fault fault;
+      const bool isRead = isThere && readTlv(in, tlv, fault);
+      if (isRead && !path.covers(begin, in.at)) return true;
+      (path.text_ += '/') += name;
+      if (isRead) path.into<T>(tlv, as);
+      return false;
+    }
+  };
+
+  struct Chosen {
+    Path &path;
+    const Tlv &tlv;
+    template <class... Ts, class... Alternatives>
+    bool choice(std::variant<Ts...> &, Alternatives... alternatives) {
+      return (one<Ts>(alternatives) || ...);
+    }
+    template <class T>
+    bool one(Alternative alternative) {
+      if (!matches<T>(alternative.as, tlv.identifier)) return false;
+      (path.text_ += '/') += alternative.name;
+      path.into<T>(tlv, alternative.as);
+      return true;
+    }
+  };
+
+  const uint8_t *at_;
+  std::string &text_;
+};
+
+}  // namespace detail
+
+/// A fault in words, with its place in the octets of a value of type T: "length 9 exceeds the 2 remaining octets at
+/// offset 12 (NameConstraints/excludedSubtrees/2/maximum)". `octets` are those that were read, from their beginning.
+template <class T>
+std::string explain(View octets, const Fault &fault) {
+  using V = typename detail::ViewedOf<T>::type;
+  std::string text = fault.text();
+  if (fault.at == nullptr) return text;
+  text += " at offset " + std::to_string(fault.at - octets.begin()) + " (" + std::string(T::name);
+  Tlv tlv;
+  Fault ignored;
+  Reader in(octets);
+  if (detail::readTlv(in, tlv, ignored) && detail::matches<V>({}, tlv.identifier)) {
+    detail::Path(fault.at, text).into<V>(tlv, {});
+  }
+  return text + ")";
+}
+
+}  // namespace ketra

@@ -1,0 +1,203 @@
+/// @file
+/// What is wrong with octets: a code, two numbers and the place. No allocation, no exception.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <type_traits>
+#include <utility>
+#if defined(__cpp_exceptions)
+#include <exception>
+#endif
+
+#include "ketra/asn1/octets.hpp"
+#include "ketra/contracts/asn1.h"
+
+namespace ketra {
+
+/// Codes of what the runtime's codes (AsnError_...) do not cover.
+enum : uint32_t {
+  FaultCode_Segmented = 0x02200001,  ///< a string in segments (X.690 8.7.3) has no octets that a view can point to
+  FaultCode_Empty = 0x02200002,      ///< a list without members that ASN.1 wants to have one
+  FaultCode_Negative = 0x02200003,   ///< a negative number where ASN.1 wants (0..MAX)
+  FaultCode_Unknown = 0x02200004,    ///< an ENUMERATED value without a name
+  FaultCode_Alphabet = 0x02200005,   ///< characters that the string type does not have
+  FaultCode_OtherKind = 0x02200006,  ///< a value of another kind was asked for
+  FaultCode_Repeated = 0x02200007,   ///< an identifier that another extension of the list has
+  FaultCode_Rule = 0x02200008        ///< a rule of the standard that ASN.1 does not express
+};
+
+/// Every way to be wrong: X(name, code, text). In the text "#a" and "#b" are the numbers of the fault, "$a" and "$b"
+/// the same as tags.
+#define KETRA_REASON_LIST(X)                                                                                    \
+  X(None, 0, "")                                                                                                \
+  X(Ended, AsnError_Truncated, "the encoding ends where a value is expected")                                   \
+  X(EndedInTag, AsnError_Truncated, "the encoding ends inside a tag")                                           \
+  X(EndedInLength, AsnError_Truncated, "the encoding ends inside a length")                                     \
+  X(BeyondEnd, AsnError_Truncated, "length #a exceeds the #b remaining octets")                                 \
+  X(HugeLength, AsnError_Truncated, "a length beyond 32 bits exceeds the #b remaining octets")                  \
+  X(PaddedTag, AsnError_Tag, "the tag number is padded")                                                        \
+  X(HugeTag, AsnError_Tag, "the tag number exceeds 32 bits")                                                    \
+  X(LowTag, AsnError_Tag, "tag number #a in the form for high tag numbers")                                     \
+  X(IndefinitePrimitive, AsnError_Length, "indefinite length of a primitive encoding")                          \
+  X(ReservedLength, AsnError_Length, "reserved length octet 0xff")                                              \
+  X(NoEndOfContents, AsnError_EndOfContents, "the end-of-contents octets are missing")                          \
+  X(EndOfContents, AsnError_EndOfContents, "end-of-contents octets where a value is expected")                  \
+  X(Trailing, AsnError_Trailing, "#a octets after the end of the value")                                        \
+  X(OtherTag, AsnError_Component, "unexpected tag $a, expected $b")                                             \
+  X(NoAlternative, AsnError_Component, "tag $a is not that of an alternative")                                  \
+  X(Missing, AsnError_Component, "the component with tag $b is missing")                                        \
+  X(OtherComponent, AsnError_Component, "tag $a is of no component that may follow")                            \
+  X(EmptyExplicit, AsnError_Component, "empty EXPLICIT tag")                                                    \
+  X(CrowdedExplicit, AsnError_Component, "more than one value in an EXPLICIT tag")                              \
+  X(Nesting, AsnError_Nesting, "nested deeper than #a levels")                                                  \
+  X(SegmentTag, AsnError_Segment, "unexpected tag $a of a segment, expected $b")                                \
+  X(BooleanSize, AsnError_Boolean, "BOOLEAN content is #a octets")                                              \
+  X(IntegerEmpty, AsnError_Integer, "INTEGER content is 0 octets")                                              \
+  X(IntegerPadded, AsnError_Integer, "INTEGER content is padded: its first nine bits are equal")                \
+  X(ObjidEmpty, AsnError_Objid, "OBJECT IDENTIFIER content is 0 octets")                                        \
+  X(ObjidEnded, AsnError_Objid, "OBJECT IDENTIFIER ends inside an arc")                                         \
+  X(ObjidPadded, AsnError_Objid, "OBJECT IDENTIFIER with a padded arc")                                         \
+  X(BitsUnused, AsnError_BitString, "BIT STRING content of #b octets with #a unused bits")                      \
+  X(BitsInside, AsnError_BitString, "unused bits in a segment before the last")                                 \
+  X(Time, AsnError_Time, "malformed time")                                                                      \
+  X(TimeRange, AsnError_Range, "a time without offset, finer than microseconds or outside the years 0 to 9999") \
+  X(Segmented, FaultCode_Segmented, "a string in segments: only an owning read joins it")                       \
+  X(EmptyList, FaultCode_Empty, "a list without members, one or more are required")                             \
+  X(Negative, FaultCode_Negative, "a negative number, 0 or more is required")                                   \
+  X(UnknownValue, FaultCode_Unknown, "#a is a value without a name")                                            \
+  X(Alphabet, FaultCode_Alphabet, "octet #a is not a character of the string type")                             \
+  X(OtherKind, FaultCode_OtherKind, "a value of another kind was asked for")                                    \
+  X(Repeated, FaultCode_Repeated, "the identifier of an extension before it")                                   \
+  X(Rule, FaultCode_Rule, "against a rule of the standard")                                                     \
+  X(LengthForm, AsnError_NotDer, "the length is not in its shortest form (X.690 10.1)")                         \
+  X(Indefinite, AsnError_NotDer, "indefinite length (X.690 10.1)")                                              \
+  X(InSegments, AsnError_NotDer, "a string in segments (X.690 10.2)")                                           \
+  X(TrueOctet, AsnError_NotDer, "TRUE is $a, not 0xff (X.690 11.1)")                                            \
+  X(UnusedBits, AsnError_NotDer, "unused bits are not zero (X.690 11.2.1)")                                     \
+  X(ZeroBits, AsnError_NotDer, "named bits end with zero bits (X.690 11.2.2)")                                  \
+  X(WrittenDefault, AsnError_NotDer, "a written DEFAULT (X.690 11.5)")                                          \
+  X(SetOrder, AsnError_NotDer, "the members of a SET OF are not in order (X.690 11.6)")                         \
+  X(TimeForm, AsnError_NotDer, "the time is not in the form of DER (X.690 11.7)")
+
+/// @cond
+#define KETRA_REASON_NAME(name, code, text) name,
+#define KETRA_REASON_CODE(name, code, text) code,
+#define KETRA_REASON_TEXT(name, code, text) text,
+/// @endcond
+
+/// Which way of being wrong.
+enum class Reason : uint32_t { KETRA_REASON_LIST(KETRA_REASON_NAME) };
+
+namespace detail {
+inline constexpr uint32_t kReasonCodes[] = {KETRA_REASON_LIST(KETRA_REASON_CODE)};
+inline constexpr const char *kReasonTexts[] = {KETRA_REASON_LIST(KETRA_REASON_TEXT)};
+}  // namespace detail
+
+#undef KETRA_REASON_NAME
+#undef KETRA_REASON_CODE
+#undef KETRA_REASON_TEXT
+
+/// What is wrong, and where: 24 octets. `at` points into the octets that were read.
+struct Fault {
+  Reason reason = Reason::None;
+  uint32_t a = 0;               ///< what was found
+  uint32_t b = 0;               ///< what was expected, or there is room for
+  const uint8_t *at = nullptr;  ///< the first octet of what is wrong
+
+  /// Whether anything is wrong.
+  constexpr explicit operator bool() const { return reason != Reason::None; }
+
+  /// AsnError_... (ketra/contracts/asn1.h) or FaultCode_...
+  constexpr uint32_t code() const { return detail::kReasonCodes[static_cast<uint32_t>(reason)]; }
+
+  /// What is wrong, in words; explain() says where, too.
+  std::string text() const {
+    std::string result;
+    for (const char *p = detail::kReasonTexts[static_cast<uint32_t>(reason)]; *p != '\0'; ++p) {
+      const bool isNumber = *p == '#', isTag = *p == '$';
+      if (!isNumber && !isTag) {
+        result += *p;
+        continue;
+      }
+      const uint32_t number = *++p == 'a' ? a : b;
+      const auto tag = static_cast<uint8_t>(number);
+      result += isTag ? "0x" + detail::hexOf({&tag, 1}) : std::to_string(number);
+    }
+    return result;
+  }
+};
+static_assert(sizeof(Fault) <= 24, "faults are returned by value");
+
+#if defined(__cpp_exceptions)
+/// What the operations throw that return a value: a fault, and what() it is in words.
+class Error : public std::exception {
+ public:
+  Error(const Fault &fault, std::string text) : fault_(fault), text_(std::move(text)) {}
+  explicit Error(const Fault &fault) : Error(fault, fault.text()) {}
+
+  const Fault &fault() const noexcept { return fault_; }  ///< its address may point into octets that are gone
+  uint32_t code() const noexcept { return fault_.code(); }
+  const char *what() const noexcept override { return text_.c_str(); }
+
+ private:
+  Fault fault_;
+  std::string text_;
+};
+#endif
+
+namespace detail {
+
+inline uint32_t clamp(std::size_t number) { return number > 0xFFFFFFFF ? 0xFFFFFFFF : static_cast<uint32_t>(number); }
+
+// Sets the fault; returns false, so that a refusal is one line.
+#if defined(__GNUC__)
+[[gnu::cold, gnu::noinline]]
+#endif
+inline bool
+fail(Fault &fault, Reason reason, const uint8_t *at, std::size_t a = 0, std::size_t b = 0) {
+  fault = {reason, clamp(a), clamp(b), at};
+  return false;
+}
+
+}  // namespace detail
+
+/// A value, or the fault that there is instead. Asking a faulty one for its value ends the process, in every build.
+template <class T>
+class Result {
+ public:
+  Result(T value) : value_(std::move(value)) {}
+  Result(const Fault &fault) : fault_(fault) {}
+
+  /// Whether there is a value.
+  explicit operator bool() const { return !fault_; }
+  const Fault &fault() const { return fault_; }
+
+  const T &operator*() const & { return check().value_; }
+  T &operator*() & { return check().value_; }
+  T operator*() && { return std::move(check().value_); }
+  const T *operator->() const & { return &check().value_; }
+  T *operator->() & { return &check().value_; }
+  /// The value lives no longer than this temporary: name the result first.
+  /// @{
+  const T *operator->() const && = delete;
+  T *operator->() && = delete;
+  /// @}
+
+ private:
+  Result &check() {
+    if (fault_) std::abort();
+    return *this;
+  }
+  const Result &check() const {
+    if (fault_) std::abort();
+    return *this;
+  }
+
+  T value_{};
+  Fault fault_{};
+};
+
+}  // namespace ketra

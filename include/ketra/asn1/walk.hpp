@@ -1,0 +1,135 @@
+/// @file
+/// Walking through a value: what shows, exports, compares or tests it, whatever its type. The visitor is not a
+/// template, so each type is instantiated once, however many visitors there are.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <variant>
+
+#include "ketra/asn1/describe.hpp"
+#include "ketra/asn1/read.hpp"
+#include "ketra/asn1/write.hpp"
+
+namespace ketra {
+
+/// What a walk meets. Names are null for the members of lists.
+class Visitor {
+ public:
+  /// A leaf, until the visit ends.
+  class LeafValue {
+   public:
+    LeafKind kind() const { return kind_; }
+    /// The contents octets; of an open type and of a Name the whole encoding.
+    View content() const { return content_; }
+    /// For people.
+    std::string text() const { return text_(value_); }
+    /// One encoding, by the type's own tag.
+    Octets encoding() const { return encoding_(value_); }
+    /// The value itself, of the type that goes with the kind.
+    const void *value() const { return value_; }
+
+   private:
+    friend struct WalkLeaf;
+    LeafKind kind_{};
+    View content_;
+    const void *value_ = nullptr;
+    std::string (*text_)(const void *) = nullptr;
+    Octets (*encoding_)(const void *) = nullptr;
+  };
+
+  virtual ~Visitor() = default;
+  /// A value with members begins, and ends. A list says so.
+  virtual void enter(const char *name, bool isList) = 0;
+  virtual void leave() = 0;
+  virtual void leaf(const char *name, const LeafValue &value) = 0;
+  /// A component with a DEFAULT that is not written.
+  virtual void absent(const char *name, const LeafValue &byDefault) = 0;
+  /// A member of a list that cannot be read.
+  virtual void fault(const char *name, View octets, const Fault &fault) = 0;
+};
+
+struct WalkLeaf {
+  template <class T>
+  static Visitor::LeafValue of(const T &value, detail::Scratch &scratch) {
+    Visitor::LeafValue leaf;
+    leaf.kind_ = Leaf<T>::kind;
+    leaf.content_ = Leaf<T>::content(value, scratch);
+    leaf.value_ = &value;
+    leaf.text_ = [](const void *of) { return Leaf<T>::text(*static_cast<const T *>(of)); };
+    leaf.encoding_ = [](const void *of) { return encode(*static_cast<const T *>(of)); };
+    return leaf;
+  }
+};
+
+namespace detail {
+
+struct Walk {
+  Visitor &visitor;
+
+  template <class T>
+  bool operator()(const char *name, const T &member, As = {}) {
+    walk(name, member);
+    return true;
+  }
+  template <class T>
+  bool operator()(const char *name, const std::optional<T> &member, As = {}) {
+    if (member) walk(name, *member);
+    return true;
+  }
+  template <class T, auto D>
+  bool operator()(const char *name, const Default<T, D> &member, As = {}) {
+    Scratch scratch;
+    const T value = member.value();
+    const Visitor::LeafValue leaf = WalkLeaf::of(value, scratch);
+    member.isPresent() ? visitor.leaf(name, leaf) : visitor.absent(name, leaf);
+    return true;
+  }
+  template <class... Ts, class... Alternatives>
+  bool choice(const std::variant<Ts...> &value, Alternatives... alternatives) {
+    const char *const names[] = {alternatives.name...};
+    std::visit([&](const auto &alternative) { this->walk(names[value.index()], alternative); }, value);
+    return true;
+  }
+  template <class Bits>
+  bool nameless(const Bits &bits) {
+    if (!bits.empty()) walk("nameless", bits);
+    return true;
+  }
+
+  template <class T>
+  void walk(const char *name, const T &value) {
+    if constexpr (IsLeaf<T>::value) {
+      Scratch scratch;
+      visitor.leaf(name, WalkLeaf::of(value, scratch));
+    } else if constexpr (kIsList<T>) {
+      visitor.enter(name, true);
+      for (const auto &member : value) {
+        if constexpr (!isView<T>) {
+          walk(nullptr, member);
+        } else if (member) {
+          walk(nullptr, *member);
+        } else {
+          visitor.fault(nullptr, member.octets(), member.fault());
+        }
+      }
+      visitor.leave();
+    } else {
+      visitor.enter(name, false);
+      T::describe(value, *this);
+      visitor.leave();
+    }
+  }
+};
+
+}  // namespace detail
+
+/// Visits all members of a value, in the order of their description. `name` is that of the value itself.
+template <class T>
+void walk(const T &value, Visitor &visitor, const char *name = nullptr) {
+  detail::Walk{visitor}.walk(name, value);
+}
+
+}  // namespace ketra

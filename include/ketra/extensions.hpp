@@ -1,0 +1,42 @@
+/// @file
+/// All typed extensions, and the objects that hold them.
+#pragma once
+
+#include "ketra/asn1/walk.hpp"
+#include "ketra/extensions/authority_key_id.hpp"
+#include "ketra/extensions/basic_constraints.hpp"
+#include "ketra/extensions/cert_issuer.hpp"
+#include "ketra/extensions/cert_policies.hpp"
+#include "ketra/extensions/crl_distribution_points.hpp"
+#include "ketra/extensions/crl_number.hpp"
+#include "ketra/extensions/delta_crl_indicator.hpp"
+#include "ketra/extensions/ext_key_usage.hpp"
+#include "ketra/extensions/instruction_code.hpp"
+#include "ketra/extensions/invalidity_date.hpp"
+#include "ketra/extensions/issuer_alt_name.hpp"
+#include "ketra/extensions/issuing_distribution_point.hpp"
+#include "ketra/extensions/key_usage.hpp"
+#include "ketra/extensions/name_constraints.hpp"
+#include "ketra/extensions/policy_constraints.hpp"
+#include "ketra/extensions/policy_mappings.hpp"
+#include "ketra/extensions/private_key_usage_period.hpp"
+#include "ketra/extensions/reason_code.hpp"
+#include "ketra/extensions/subject_alt_name.hpp"
+#include "ketra/extensions/subject_directory_attributes.hpp"
+#include "ketra/extensions/subject_key_id.hpp"
+#include "ketra/objects/extensions.hpp"
+
+namespace ketra {
+
+/// Types in a row.
+template <class... Ts>
+struct Types {};
+
+/// Every typed extension: what deals with all of them takes them from here.
+using ExtensionTypes =
+    Types<SubjectDirectoryAttributes, SubjectKeyId, KeyUsage, PrivateKeyUsagePeriod, SubjectAltName, IssuerAltName,
+          BasicConstraints, CrlNumber, ReasonCode, HoldInstruction, InvalidityDate, DeltaCrlIndicator,
+          IssuingDistributionPoint, CertificateIssuer, NameConstraints, CrlDistributionPoints, CertificatePolicies,
+          PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage>;
+
+}  // namespace ketra
