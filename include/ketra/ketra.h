@@ -1,5 +1,6 @@
 /** @file
- * libketra: typed access to the standard extensions of X.509 version 3 certificates and version 2 CRLs. */
+ * libketra: typed access to the standard extensions of X.509 version 3 certificates and version 2 CRLs. The C headers
+ * need C11, or C++. */
 
 /** @defgroup ketra Typed extensions, C interface
  * The standard extensions of X.509 version 3 certificates and version 2 CRLs (X.509 9, RFC 5280 4.2, 5.2 and 5.3).
@@ -31,6 +32,7 @@
 #include "ketra/contracts/asn1.h"
 #include "ketra/contracts/attributes.h"
 #include "ketra/contracts/certificate.h"
+#include "ketra/ketra_version.h"
 
 #if defined(_WIN32) && !defined(KETRA_STATIC)
 #ifdef KETRA_BUILD
