@@ -95,8 +95,9 @@ bool Splitter::skipSpace() {
   do {
     const std::string_view text = input_.text();
     const std::size_t at = std::min(text.find_first_not_of(" \t\r\n"), text.size());
-    input_.skip(at);
-    if (at < text.size()) return true;
+    const bool isAtEnd = at == text.size();
+    skip(at);
+    if (!isAtEnd) return true;
   } while (input_.readMore());
   return false;
 }
@@ -108,8 +109,13 @@ bool Splitter::startsDer() {
   if (input_.text()[0] != 0x30) return false;
   input_.readTo(2);
   if (input_.text().size() > 1 && octet(input_.text(), 1) >= 0x80) return true;
+  if (last_ == Last::Pem) return false;
   input_.readTo(kNear);
-  return last_ != Last::Pem && tool::findPem(input_.text(), 0) == std::string_view::npos;
+  // No octet is searched twice, however many short ones follow each other.
+  const std::string_view text = input_.text();
+  if (tool::findPem(text, withoutPem_) != text.npos) return false;
+  withoutPem_ = text.size() - std::min(text.size(), kPemOverlap);
+  return true;
 }
 
 Stretch Splitter::takeDer() {
@@ -118,10 +124,15 @@ Stretch Splitter::takeDer() {
   input_.readTo(wanted);
   const std::size_t length = std::min(wanted, input_.text().size());
   Stretch stretch{.form = Stretch::Form::Der, .text = std::string(input_.text().substr(0, length))};
-  input_.skip(length);
+  skip(length);
   last_ = Last::Der;
   passedOver_ = 0;
   return stretch;
+}
+
+void Splitter::skip(std::size_t size) {
+  withoutPem_ -= std::min(size, withoutPem_);
+  input_.skip(size);
 }
 
 // Moves on to the next BEGIN line; where there is none, to the end.
@@ -134,13 +145,13 @@ bool Splitter::findPem() {
     const bool isFound = begin != text.npos;
     const std::size_t passed = isFound ? begin : text.size() - std::min(text.size(), kPemOverlap);
     passedOver_ += passed;
-    input_.skip(passed);
+    skip(passed);
     if (isFound) return true;
     from = passed > 0 ? 1 : from;
     if (!input_.readMore()) break;
   }
   passedOver_ += input_.text().size();
-  input_.skip(input_.text().size());
+  skip(input_.text().size());
   return false;
 }
 
@@ -148,7 +159,7 @@ Stretch Splitter::takePem() {
   PemBlock block = readPem(input_.text(), 0);
   while (block.isCut && input_.readMore()) block = readPem(input_.text(), 0);
   Stretch stretch = stretchOf(block);
-  input_.skip(block.end);
+  skip(block.end);
   last_ = Last::Pem;
   return stretch;
 }

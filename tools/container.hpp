@@ -42,9 +42,11 @@ class Splitter {
   bool findPem();
   Stretch takeDer();
   Stretch takePem();
+  void skip(std::size_t size);
   std::optional<Stretch> end();
 
   Input &input_;
+  std::size_t withoutPem_ = 0;  // in so many octets of the window no PEM begins
   std::size_t passedOver_ = 0;  // octets since the last stretch
   enum class Last { None, Der, Pem } last_ = Last::None;
 };

@@ -45,9 +45,9 @@ std::string file(const std::string &content, const std::string &name) {
 
 std::string quote(const std::string &argument) { return "'" + argument + "'"; }
 
-Result run(const std::string &arguments) {
+Result run(const std::string &arguments, const std::string &before) {
   const std::string err = file("", "stderr");
-  const std::string command = quote(KETRA_PROGRAM) + " " + arguments + " 2>" + quote(err);
+  const std::string command = before + " " + quote(KETRA_PROGRAM) + " " + arguments + " 2>" + quote(err);
   std::FILE *pipe = popen(command.c_str(), "r");
   Result result;
   char part[4096];

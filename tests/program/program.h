@@ -22,8 +22,8 @@ struct Result {
 };
 
 std::string quote(const std::string &argument);
-// `arguments` as the shell reads them.
-Result run(const std::string &arguments);
+// `arguments` as the shell reads them; `before`: a command that runs the program, or what limits it.
+Result run(const std::string &arguments, const std::string &before = "");
 Result showJson(const std::string &path);
 std::string lastLine(const std::string &text);
 

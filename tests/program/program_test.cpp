@@ -154,6 +154,15 @@ TEST(Container, ManyObjects) {
   EXPECT_NE(run("show -j4 - < " + path + " > /dev/full").err.find("No space left"), std::string::npos);
 }
 
+// Each is tried as the start of a PEM block's commentary: a search from each to the end would take minutes.
+TEST(Container, ManyShortSequences) {
+  std::string input;
+  for (int i = 0; i < 150000; ++i) input += "0\x05-----";
+  const Result result = run("check --summary " + quote(file(input)), "timeout 20");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(lastLine(result.out).find("; 150000 unreadable"), std::string::npos) << result.out;
+}
+
 TEST(Container, Directories) {
   namespace fs = std::filesystem;
   const fs::path top = fs::path(file("")).parent_path() / "tree";
