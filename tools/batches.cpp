@@ -18,11 +18,11 @@ bool isDirectory(const std::string &name) {
 
 }  // namespace
 
-BatchReader::File::File(const std::string &fileName, bool wasNamed)
+BatchReader::File::File(const std::string &fileName, bool wasNamed, uint64_t mostOctets)
     : name(std::make_shared<const std::string>(escape(fileName))),
       isNamed(wasNamed),
       input(fileName),
-      splitter(input) {}
+      splitter(input, mostOctets) {}
 
 std::optional<Batch> BatchReader::next() {
   Batch batch{.number = batches_, .firstPiece = pieces_, .filesBefore = files_};
@@ -57,7 +57,7 @@ bool BatchReader::openNext(Batch &batch) {
     directory_.emplace(name);
     objectsBeforeDirectory_ = objects_;
   } else {
-    file_.emplace(name, true);
+    file_.emplace(name, true, mostOctets_);
   }
   return true;
 }
@@ -65,7 +65,7 @@ bool BatchReader::openNext(Batch &batch) {
 void BatchReader::openFound(const DirectoryWalk::Found &found, Batch &batch) {
   const std::string name = nameOf(found.path);
   if (found.failure.empty()) {
-    file_.emplace(name, false);
+    file_.emplace(name, false, mostOctets_);
   } else {
     batch.failure = escape(name) + ": " + escape(found.failure);
   }

@@ -31,7 +31,7 @@ int run(int argc, char **argv) {
   const tool::Run how{.threads = request->threads,
                       .isColoured = !request->asJson && isColoured(request->colour),
                       .showsProgress = hasTerminal};
-  tool::BatchReader reader(request->files);
+  tool::BatchReader reader(request->files, request->mostOctets);
   if (request->command == tool::Command::Check) return tool::check(reader, request->isSummary, how);
   return tool::show(reader, request->asJson, how);
 }

@@ -163,6 +163,69 @@ TEST(Container, ManyShortSequences) {
   EXPECT_NE(lastLine(result.out).find("; 150000 unreadable"), std::string::npos) << result.out;
 }
 
+// What is too long is one fault, and hides nothing but, when it does not say its length, the rest of its file.
+TEST(Container, LongObjects) {
+  const std::string ca = der("ca.pem"), pem = readAll(sample("ca.pem")), most = std::to_string(ca.size());
+  const std::string begin = "-----BEGIN CERTIFICATE-----\n", end = "-----END CERTIFICATE-----\n";
+  const std::string longer = octets("30820BB8") + std::string(3000, '\0'), line = std::string(64, 'A') + "\n";
+  std::string lines;
+  for (int i = 0; i < 3000; ++i) lines += line;
+  struct Case {
+    std::string size, input, objects;
+  };
+  const Case cases[] = {
+      {most, ca, "cert;"},
+      {std::to_string(ca.size() - 1), ca + ca, "an o;an o;"},
+      {"2K", ca + longer + ca, "cert;an o;cert;"},
+      {"64K", octets("3083100000") + std::string(1 << 20, '\0') + ca, "an o;cert;"},
+      {"64K", octets("3080") + std::string(1 << 20, '\0'), "more;"},
+      {"2K", ca + octets("3080") + ca + longer, "cert;more;"},
+      {std::to_string(pem.size() - 1), pem, "cert;"},  // the newline behind it does not belong to it
+      {std::to_string(pem.size() - 2), pem + "\n", "more;"},
+      {"2K", ca + begin + lines + end + pem, "cert;more;"},
+      {"2K", begin + lines, "more;"},
+      {"2K", begin.substr(0, 20) + std::string(1 << 20, 'A'), "more;"},
+  };
+  for (const auto &[size, input, objects] : cases) {
+    SCOPED_TRACE(size + " " + objects);
+    const std::string path = quote(file(input)), show = "show --json --max-object " + size + " ";
+    const Result named = run(show + path), piped = run(show + "-", "cat " + path + " |");
+    std::string seen;
+    for (const Json &object : Json::parse(named.out)) {
+      const std::string said = object.contains("error") ? object["error"]["trace"][0] : object.at("kind");
+      seen += said.substr(0, 4) + ";";
+    }
+    EXPECT_EQ(seen, objects);
+    EXPECT_EQ(named.status, objects == "cert;" ? 0 : 1);
+    EXPECT_EQ(piped.status, named.status);
+    EXPECT_EQ(Json::parse(piped.out).size(), Json::parse(named.out).size());
+  }
+  for (const std::string &start : {octets("3080"), begin + "AAAA"}) {
+    const Result endless = run("check --max-object 1M -", "(cat " + quote(file(start)) + "; yes) | timeout 20");
+    EXPECT_EQ(endless.status, 1);
+    EXPECT_NE(endless.out.find("more than 1048576 octets"), std::string::npos) << endless.out;
+  }
+}
+
+// 20 GB of zeros that take no space, beside good files.
+TEST(Container, SparseFile) {
+  namespace fs = std::filesystem;
+  const fs::path top = fs::path(file("")).parent_path() / "sparse";
+  fs::create_directory(top);
+  fs::copy_file(sample("ca.pem"), top / "a");
+  fs::copy_file(sample("ca.pem"), top / "z");
+  std::ofstream(top / "m", std::ios::binary) << octets("3080");
+  fs::resize_file(top / "m", uint64_t{20} << 30);
+#ifdef KETRA_SANITIZED
+  const Result result = run("check --max-object 1M " + quote(top.string()));
+#else
+  const Result result = run("check " + quote(top.string()), "ulimit -v 3000000;");
+#endif
+  EXPECT_EQ(result.status, 1) << result.err;
+  EXPECT_EQ(lastLine(result.out).find("2 certificates, "), 0u) << result.out;
+  EXPECT_NE(lastLine(result.out).find("; 1 unreadable"), std::string::npos) << result.out;
+}
+
 TEST(Container, Directories) {
   namespace fs = std::filesystem;
   const fs::path top = fs::path(file("")).parent_path() / "tree";
@@ -252,6 +315,9 @@ TEST(CommandLine, Mistakes) {
       {"check -j 0 " + ca, "0 is no number from 1 to 1024"},
       {"check " + ca + " -j", "--jobs needs a value"},
       {"show --color=red " + ca, "red is none of auto, always, never"},
+      {"show --max-object 0 " + ca, "0 is not a size from 1 to 4G"},
+      {"show --max-object 5G " + ca, "5G is not a size"},
+      {"show --max-object=K " + ca, "K is not a size"},
       {"check --json " + ca, "no option --json"},
   };
   for (const auto &[arguments, said] : cases) {
