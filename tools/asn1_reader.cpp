@@ -1,5 +1,7 @@
 #include "asn1_reader.hpp"
 
+#include "out_of_memory.hpp"
+
 namespace tool {
 namespace {
 
@@ -60,8 +62,10 @@ bool Asn1Reader::isInSegments(const std::string &path) const {
   uint32_t length = 0;
   AsnErrorBlock err;
   AsnErrorReset(&err);
-  return AsnCalAddressOfValFld(object_.get(), value_, path.c_str(), &address, &length, &err) != 0 &&
-         err.code == AsnError_Kind;
+  if (AsnCalAddressOfValFld(object_.get(), value_, path.c_str(), &address, &length, &err) == 0) return false;
+  if (err.code == AsnError_Kind) return true;
+  throwIfOutOfMemory(ketra::Error(err));
+  return false;
 }
 
 uint32_t Asn1Reader::count(const std::string &path) const {
@@ -115,7 +119,11 @@ bool hasDerLengths(ketra::View encoding) {
   const Pool pool;
   const AsnEncodedData source = encoded(encoding);
   AsnEncodedData copy{};
-  return AsnMUtilCopyEncodedDataDER(pool.handle(), &copy, &source, nullptr) == 0;
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  if (AsnMUtilCopyEncodedDataDER(pool.handle(), &copy, &source, &err) == 0) return true;
+  if (err.code != AsnError_NotDer) throwIfOutOfMemory(ketra::Error(err));
+  return false;
 }
 
 }  // namespace tool

@@ -51,8 +51,8 @@ class BatchReader {
   bool openNext(Batch &batch);
   void openFound(const DirectoryWalk::Found &found, Batch &batch);
   void endDirectory(Batch &batch);
-  void readFile(Batch &batch);
-  void add(Batch &batch, Stretch stretch);
+  std::size_t readFile(Batch &batch);
+  std::size_t add(Batch &batch, Stretch stretch);
 
   std::vector<std::string> names_;
   uint64_t mostOctets_;

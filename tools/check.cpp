@@ -4,12 +4,15 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "asn1_reader.hpp"
 #include "colour.hpp"
 #include "escape.hpp"
 #include "exit_status.hpp"
 #include "identifier_names.hpp"
+#include "out_of_memory.hpp"
 #include "typed_extensions.hpp"
 #include "walk.hpp"
 
@@ -63,6 +66,7 @@ class Check : public Visitor {
   explicit Check(std::ostream &out) : out_(out) {}
 
   const Tally &tally() const { return tally_; }
+  void setFailures(std::vector<std::string> failures) { tally_.failures = std::move(failures); }
 
   void note(const std::string &file, const std::string &text) override { out_ << file << ": " << text << "\n"; }
 
@@ -71,6 +75,8 @@ class Check : public Visitor {
     fault(place) << kindName(place.kind) << " is " << Colour::Bad << "unreadable" << Colour::None << "\n";
     explain(place, "unreadable", kindName(place.kind), problem);
   }
+
+  void giveUp() override { out_.clear(); }
 
   void beginObject(const Place &place, const Json &) override {
     ++(place.kind == Kind::Crl ? tally_.crls : place.kind == Kind::Request ? tally_.requests : tally_.certificates);
@@ -109,12 +115,14 @@ class Check : public Visitor {
     try {
       writer = typed.read(store(extension.objid, before));
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       return failed(place, extension, Verdict::Rejected, error);
     }
     Stored after;
     try {
       after = write(extension.objid, writer, before.critical);
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       return failed(place, extension, Verdict::Refused, error);
     }
     const std::string why = reason(typed, extension, before, after);
@@ -143,6 +151,7 @@ class Check : public Visitor {
       out_ << "  written: " << text(again) << "\n";
       tally_.countReason("FAULT", nameOf(extension.objid) + ": the second round differs", placeText(place));
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       begin(place, extension, true) << Colour::Bad << "FAULT: the second round fails" << Colour::None << "\n";
       explain(place, "FAULT", nameOf(extension.objid), problem(error));
     }
@@ -183,7 +192,7 @@ int check(BatchReader &reader, bool isSummary, const Run &run) {
       [isSummary](const Batch &batch, std::ostream &out) {
         std::ostream nowhere(nullptr);
         Check visitor(isSummary ? nowhere : out);
-        walk(batch, visitor);
+        visitor.setFailures(walk(batch, visitor));
         return visitor.tally();
       },
       run);

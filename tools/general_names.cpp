@@ -7,6 +7,7 @@
 
 #include "escape.hpp"
 #include "identifier_names.hpp"
+#include "out_of_memory.hpp"
 
 namespace tool {
 namespace {
@@ -18,7 +19,8 @@ template <class Read>
 void addText(Json &json, const Read &read, std::string_view remark) {
   try {
     json["text"] = read();
-  } catch (const ketra::Error &) {
+  } catch (const ketra::Error &error) {
+    throwIfOutOfMemory(error);
     json["remark"] = remark;
   }
 }

@@ -8,6 +8,7 @@
 #include "batches.hpp"
 #include "check.hpp"
 #include "exit_status.hpp"
+#include "out_of_memory.hpp"
 #include "parallel.hpp"
 #include "platform.hpp"
 #include "show.hpp"
@@ -36,19 +37,15 @@ int run(int argc, char **argv) {
   return tool::show(reader, request->asJson, how);
 }
 
-// Unwinding would ask for memory again, in destructors.
-[[noreturn]] void outOfMemory() {
-  std::fputs("ketra: out of memory\n", stderr);
-  std::_Exit(tool::kNotPossible);
-}
-
 }  // namespace
 
 int main(int argc, char **argv) {
   tool::makeStreamsBinary();
-  std::set_new_handler(outOfMemory);
+  std::set_terminate(tool::endUnwinding);
   try {
     return run(argc, argv);
+  } catch (const std::bad_alloc &) {
+    std::fputs("ketra: out of memory\n", stderr);
   } catch (const std::exception &error) {
     std::fprintf(stderr, "ketra: %s\n", error.what());
   }

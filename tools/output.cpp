@@ -141,6 +141,12 @@ class TextPrinter : public Printer {
     if (isListed_) out_ << "  no extensions\n";
     isListed_ = false;
   }
+  void giveUp(const Json &problem) override {
+    out_.clear();
+    out_ << "\n";
+    printProblem(out_, problem, "  ");
+    isListed_ = false;
+  }
 
  private:
   std::ostream &out_;
@@ -152,29 +158,39 @@ class TextPrinter : public Printer {
 // Whatever has slipped in unescaped: the result is JSON in ASCII.
 std::string dump(const Json &value) { return value.dump(-1, ' ', true, Json::error_handler_t::replace); }
 
+// What is printed at once is printed whole or not at all, so that giveUp() can close it.
 class JsonPrinter : public Printer {
  public:
   JsonPrinter(std::ostream &out, bool isFirst) : out_(out), isFirst_(isFirst) {}
 
   void open(const Json &head) override {
-    std::string text = dump(head);
+    std::string text = (isFirst_ ? "[\n" : ",\n") + dump(head);
     text.pop_back();  // close() gives the brace
-    out_ << (isFirst_ ? "[\n" : ",\n") << text;
+    out_ << text;
     isFirst_ = false;
+    isOpen_ = true;
   }
   void list(const char *name) override {
     endList();
-    out_ << ",\n  \"" << name << "\": [";
+    out_ << ",\n  \"" + std::string(name) + "\": [";
     isInList_ = true;
     isFirstItem_ = true;
   }
   void item(const Json &item) override {
-    out_ << (isFirstItem_ ? "\n    " : ",\n    ") << dump(item);
+    out_ << (isFirstItem_ ? "\n    " : ",\n    ") + dump(item);
     isFirstItem_ = false;
   }
   void close() override {
     endList();
     out_ << "}";
+    isOpen_ = false;
+  }
+  void giveUp(const Json &problem) override {
+    out_.clear();
+    if (!isOpen_) return;
+    endList();
+    out_ << ",\n  \"error\": " + dump(problem);
+    close();
   }
 
  private:
@@ -185,6 +201,7 @@ class JsonPrinter : public Printer {
 
   std::ostream &out_;
   bool isFirst_;
+  bool isOpen_ = false;
   bool isInList_ = false;
   bool isFirstItem_ = true;
 };

@@ -7,6 +7,7 @@
 
 #include "asn1_reader.hpp"
 #include "ketra/contracts/asn1_schema.hpp"
+#include "out_of_memory.hpp"
 
 namespace tool {
 namespace {
@@ -232,7 +233,8 @@ std::string pointsLoss(ketra::View value) {
     try {
       const Asn1Reader point(kPoint, list.octets(number).value());
       return labelled("reasons", lostBit(point, "reasons", kReasonBits));
-    } catch (const ketra::Error &) {
+    } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       return std::string();
     }
   });

@@ -5,6 +5,7 @@
 #include "escape.hpp"
 #include "exit_status.hpp"
 #include "identifier_names.hpp"
+#include "out_of_memory.hpp"
 #include "output.hpp"
 #include "typed_extensions.hpp"
 #include "walk.hpp"
@@ -48,6 +49,8 @@ class Show : public Visitor {
     if (isCrl_) beginEntries();
     printer_.close();
   }
+
+  void giveUp() override { printer_.giveUp(problem("out of memory: the rest is not shown")); }
 
   void beginEntry(const Place &place, const Json &facts) override {
     beginEntries();
@@ -104,6 +107,7 @@ class Show : public Visitor {
         if (!loss.empty()) item["value"]["remark"] = loss;
         return;
       } catch (const ketra::Error &error) {
+        throwIfOutOfMemory(error);
         allGood_ = false;
         item["error"] = problem(error);
       }
@@ -134,8 +138,8 @@ int show(BatchReader &reader, bool asJson, const Run &run) {
       [asJson](const Batch &batch, std::ostream &out) {
         const auto printer = asJson ? makeJsonPrinter(out, batch.firstPiece == 0) : makeTextPrinter(out);
         Show visitor(*printer);
-        walk(batch, visitor);
         Tally tally;
+        tally.failures = walk(batch, visitor);
         tally.allGood = visitor.allGood();
         return tally;
       },

@@ -7,6 +7,7 @@
 #include <ostream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "ketra/ketra.hpp"
 
@@ -23,6 +24,7 @@ class Tally {
   uint64_t crls = 0;
   uint64_t requests = 0;
   uint64_t unreadable = 0;
+  std::vector<std::string> failures;  // of a batch: what the program could not do, escaped
 
   void count(Verdict verdict, bool critical) { all_.add(verdict, critical); }
   // For the summary: one row for each identifier, and one for each reason, with the place where it came first.

@@ -25,7 +25,7 @@ constexpr const char *kFooter =
     "standard input.\n"
     "\n"
     "Exit status: 0 all good; 1 some of the input is faulty, the rest was handled;\n"
-    "2 a file cannot be read, results cannot be written, or wrong usage.";
+    "2 a file cannot be read, results cannot be written, out of memory, wrong usage.";
 
 constexpr const char *kExamples =
     "Examples:\n"

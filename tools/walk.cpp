@@ -1,5 +1,6 @@
 #include "walk.hpp"
 
+#include <new>
 #include <optional>
 #include <set>
 #include <utility>
@@ -9,6 +10,7 @@
 #include "container.hpp"
 #include "escape.hpp"
 #include "identifier_names.hpp"
+#include "out_of_memory.hpp"
 
 namespace tool {
 namespace {
@@ -26,6 +28,7 @@ void walkExtensions(const Asn1Reader &reader, const std::string &list, const Pla
     try {
       extension = readExtension(reader.octets(member(list, number)).value());
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       visitor.unreadableExtension(place, number, error);
       continue;
     }
@@ -72,6 +75,7 @@ void walkCrl(Place place, ketra::View encoding, Visitor &visitor) {
     try {
       walkEntry(place, crl.octets(member(revoked, place.entry)).value(), visitor);
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       visitor.unreadable(place, problem(error));
     }
   }
@@ -82,7 +86,8 @@ void walkCrl(Place place, ketra::View encoding, Visitor &visitor) {
 Json nameText(ketra::View encoding) {
   try {
     return escapeDirectoryName(ketra::Name::decode(encoding).text());
-  } catch (const ketra::Error &) {
+  } catch (const ketra::Error &error) {
+    throwIfOutOfMemory(error);
     return nullptr;
   }
 }
@@ -110,6 +115,7 @@ void walkAttributes(const std::vector<ketra::View> &attributes, const Place &pla
         walkExtensionRequest(place, number, attribute, visitor, seen);
       }
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       visitor.unreadableAttribute(place, number, problem(error));
     }
   }
@@ -119,7 +125,8 @@ void walkAttributes(const std::vector<ketra::View> &attributes, const Place &pla
 void addType(ketra::View attribute, Json &types) {
   try {
     types.push_back(identifierJson(attributeType(attribute)));
-  } catch (const ketra::Error &) {
+  } catch (const ketra::Error &error) {
+    throwIfOutOfMemory(error);
     // walkAttributes tells.
   }
 }
@@ -152,23 +159,35 @@ void walkObject(Place place, const Stretch &stretch, Visitor &visitor) {
         return visitor.unreadable(place, problem("neither a certificate nor a CRL nor a certificate request"));
     }
   } catch (const ketra::Error &error) {
+    throwIfOutOfMemory(error);
     visitor.unreadable(place, problem(error));
+  }
+}
+
+void walkPiece(const Piece &piece, Visitor &visitor) {
+  const Place place{.file = *piece.file, .index = piece.index};
+  switch (piece.stretch.form) {
+    case Stretch::Form::Der:
+    case Stretch::Form::Pem: return walkObject(place, piece.stretch, visitor);
+    case Stretch::Form::Note: return visitor.note(place.file, piece.stretch.text);
+    case Stretch::Form::Fault:
+    case Stretch::Form::Nothing: return visitor.unreadable(place, problem(piece.stretch.text));
   }
 }
 
 }  // namespace
 
-void walk(const Batch &batch, Visitor &visitor) {
+std::vector<std::string> walk(const Batch &batch, Visitor &visitor) {
+  std::vector<std::string> failures;
   for (const Piece &piece : batch.pieces) {
-    const Place place{.file = *piece.file, .index = piece.index};
-    switch (piece.stretch.form) {
-      case Stretch::Form::Der:
-      case Stretch::Form::Pem: walkObject(place, piece.stretch, visitor); break;
-      case Stretch::Form::Note: visitor.note(place.file, piece.stretch.text); break;
-      case Stretch::Form::Fault:
-      case Stretch::Form::Nothing: visitor.unreadable(place, problem(piece.stretch.text)); break;
+    try {
+      walkPiece(piece, visitor);
+    } catch (const std::bad_alloc &) {
+      visitor.giveUp();
+      failures.push_back(*piece.file + " #" + std::to_string(piece.index) + ": out of memory");
     }
   }
+  return failures;
 }
 
 }  // namespace tool

@@ -226,6 +226,30 @@ TEST(Container, SparseFile) {
   EXPECT_NE(lastLine(result.out).find("; 1 unreadable"), std::string::npos) << result.out;
 }
 
+#ifndef KETRA_SANITIZED
+// A valid certificate that takes too much memory is not faulty, and hides nothing of what comes before and after it.
+TEST(Hostile, TooMuchMemory) {
+  Octets names(1000000);
+  for (std::size_t i = 0; i < names.size(); i += 2) names[i] = 0x82;
+  const std::string large = quote(file(certificate(fromHex("551D11"), tlv(0x30, names)), "large"));
+  const std::string ca = quote(sample("ca.pem")), files = ca + " " + large + " " + ca;
+  for (const int limit : {30000, 50000, 70000, 100000}) {
+    const std::string before = "ulimit -v " + std::to_string(limit) + ";";
+    const Result check = run("check -j1 " + files, before);
+    EXPECT_EQ(check.status, 2);
+    EXPECT_NE(check.err.find("large #1: out of memory"), std::string::npos) << check.err;
+    EXPECT_EQ(check.out.find('\n'), check.out.size() - 1) << check.out;
+    EXPECT_NE(check.out.find(" 20 extensions: 18 identical, 0 re-encoded, 0 refused, 0 rejected, 2 unknown\n"),
+              std::string::npos)
+        << check.out;
+    const Result show = run("show --json " + files, before);
+    EXPECT_EQ(show.status, 2);
+    EXPECT_NE(show.err.find("out of memory"), std::string::npos) << show.err;
+    EXPECT_NE(show.out.find("\"inhibitAnyPolicy\""), std::string::npos) << show.out;
+  }
+}
+#endif
+
 TEST(Container, Directories) {
   namespace fs = std::filesystem;
   const fs::path top = fs::path(file("")).parent_path() / "tree";
