@@ -29,11 +29,7 @@ class Pool {
 
 AsnEncodedData encoded(ketra::View view) {
   if (view.size() <= UINT32_MAX) return {view.data(), static_cast<uint32_t>(view.size())};
-  AsnErrorBlock err;
-  AsnErrorReset(&err);
-  err.code = AsnError_TooLong;
-  AsnErrorInfo("ketra", "tool::Asn1Reader", "more than 4294967295 octets", &err, nullptr, 0);
-  throw ketra::Error(err);
+  fail(AsnError_TooLong, "more than 4294967295 octets");
 }
 
 }  // namespace
@@ -113,6 +109,18 @@ ketra::Octets Asn1Reader::bits(const std::string &path, uint32_t count) const {
   out.reserve(bits.bits);
   for (uint32_t i = 0; i < bits.bits; ++i) out.push_back(bits.octets[i / 8] >> (7 - i % 8) & 1);
   return out;
+}
+
+std::string memberPath(const std::string &list, uint32_t number) {
+  return list == "/" ? std::to_string(number) : list + "/" + std::to_string(number);
+}
+
+void fail(uint32_t code, const std::string &message) {
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  err.code = code;
+  AsnErrorInfo("ketra", "outline", message.c_str(), &err, nullptr, 0);
+  throw ketra::Error(err);
 }
 
 bool hasDerLengths(ketra::View encoding) {

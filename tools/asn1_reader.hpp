@@ -36,6 +36,12 @@ class Asn1Reader {
   AsnValue value_ = nullptr;
 };
 
+// The path of a member of the list at a path, by its number from 1.
+std::string memberPath(const std::string &list, uint32_t number);
+
+// Throws ketra::Error for a fault that the program itself finds.
+[[noreturn]] void fail(uint32_t code, const std::string &message);
+
 // Whether every length of the encoding is as DER wants it.
 bool hasDerLengths(ketra::View encoding);
 

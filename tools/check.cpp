@@ -71,18 +71,17 @@ class Check : public Visitor {
   void note(const std::string &file, const std::string &text) override { out_ << file << ": " << text << "\n"; }
 
   void unreadable(const Place &place, const Json &problem) override {
-    ++tally_.unreadable;
-    fault(place) << kindName(place.kind) << " is " << Colour::Bad << "unreadable" << Colour::None << "\n";
-    explain(place, "unreadable", kindName(place.kind), problem);
+    explainUnreadable(place, kindName(place.kind), problem);
   }
 
   void giveUp() override { out_.clear(); }
 
-  void beginObject(const Place &place, const Json &) override {
+  void beginObject(const Place &place, const Json &facts) override {
+    sayFaults(place, facts);
     ++(place.kind == Kind::Crl ? tally_.crls : place.kind == Kind::Request ? tally_.requests : tally_.certificates);
   }
   void endObject() override {}
-  void beginEntry(const Place &, const Json &) override {}
+  void beginEntry(const Place &place, const Json &facts) override { sayFaults(place, facts); }
   void endEntry() override {}
 
   void extension(const Place &place, const Extension &extension) override {
@@ -109,6 +108,19 @@ class Check : public Visitor {
   }
 
  private:
+  void explainUnreadable(const Place &place, const std::string &what, const Json &problem) {
+    ++tally_.unreadable;
+    fault(place) << what << " is " << Colour::Bad << "unreadable" << Colour::None << "\n";
+    explain(place, "unreadable", what, problem);
+  }
+
+  void sayFaults(const Place &place, const Json &facts) {
+    if (!hasFault(facts)) return;
+    for (const Json &field : facts.at("odd")) {
+      if (field.contains("error")) explainUnreadable(place, field.at("field"), field["error"]);
+    }
+  }
+
   Verdict roundTrip(const Place &place, const Extension &extension, const TypedExtension &typed) {
     const Stored before{extension.value, extension.isCritical()};
     Writer writer;

@@ -70,8 +70,7 @@ Stretch stretchOf(const PemBlock &block) {
 
 }  // namespace
 
-std::optional<ketra::Octets> encodingOf(const Stretch &stretch) {
-  if (stretch.form == Stretch::Form::Der) return ketra::Octets(stretch.text.begin(), stretch.text.end());
+std::optional<ketra::Octets> decodePem(const Stretch &stretch) {
   std::optional<ketra::Octets> octets = decodeBase64(stretch.text);
   if (octets && stretch.hasMore) {
     const std::string_view text(reinterpret_cast<const char *>(octets->data()), octets->size());

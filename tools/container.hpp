@@ -28,8 +28,8 @@ struct Stretch {
   bool hasMore = false;    // other data follow the object
 };
 
-// The encoding of a stretch that is Der or Pem; nothing when it is not base64.
-std::optional<ketra::Octets> encodingOf(const Stretch &stretch);
+// The encoding in a stretch that is Pem; nothing when it is not base64.
+std::optional<ketra::Octets> decodePem(const Stretch &stretch);
 
 class Splitter {
  public:

@@ -102,6 +102,17 @@ void printExtension(std::ostream &out, const Json &extension, const std::string 
   if (extension.contains("hex")) out << deeper << "hex: " << scalar(extension["hex"]) << "\n";
 }
 
+// Fields that cannot be read, or have no text.
+void printOdd(std::ostream &out, const Json &head, const std::string &indent) {
+  if (!head.contains("odd")) return;
+  for (const Json &field : head["odd"]) {
+    out << indent << field.at("field").get<std::string>() << "\n";
+    if (field.contains("error")) printProblem(out, field["error"], indent + "  ");
+    if (field.contains("remark")) out << indent << "  remark: " << scalar(field["remark"]) << "\n";
+    out << indent << "  hex: " << scalar(field.at("hex")) << "\n";
+  }
+}
+
 std::string textOf(const Json &fact) {
   if (fact.is_null()) return "(unreadable)";
   const std::string text = scalar(fact);
@@ -122,6 +133,7 @@ class TextPrinter : public Printer {
     }
     out_ << "\n";
     if (head.contains("attributes")) out_ << "  attributes: " << joined(head["attributes"]) << "\n";
+    printOdd(out_, head, "  ");
     if (head.contains("error")) printProblem(out_, head["error"], "  ");
   }
   void list(const char *) override { isListed_ = true; }
@@ -130,9 +142,10 @@ class TextPrinter : public Printer {
     if (!item.contains("entry")) return printExtension(out_, item, "  ");
     out_ << "  entry " << item["entry"];
     for (const char *fact : {"serialNumber", "revocationDate"}) {
-      if (item.contains(fact)) out_ << ", " << fact << " " << scalar(item[fact]);
+      if (item.contains(fact)) out_ << ", " << fact << " " << textOf(item[fact]);
     }
     out_ << "\n";
+    printOdd(out_, item, "    ");
     if (item.contains("error")) printProblem(out_, item["error"], "    ");
     if (!item.contains("extensions")) return;
     for (const Json &extension : item["extensions"]) printExtension(out_, extension, "    ");

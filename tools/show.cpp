@@ -39,6 +39,7 @@ class Show : public Visitor {
   void beginObject(const Place &place, const Json &facts) override {
     Json head = headOf(place);
     head.update(facts);
+    allGood_ = allGood_ && !hasFault(facts);
     printer_.open(head);
     printer_.list("extensions");
     isCrl_ = place.kind == Kind::Crl;
@@ -56,6 +57,7 @@ class Show : public Visitor {
     beginEntries();
     entry_ = {{"entry", place.entry}};
     entry_.update(facts);
+    allGood_ = allGood_ && !hasFault(facts);
     entry_["extensions"] = Json::array();
   }
 

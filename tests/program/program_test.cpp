@@ -66,6 +66,42 @@ TEST(Hostile, BadExtensions) {
   }
 }
 
+// What is odd outside the extensions hides none of them.
+TEST(Hostile, OddFields) {
+  struct Case {
+    std::string sample, from, to, field, text;
+  };
+  const Case cases[] = {
+      {"ca.pem", "02021001", "02020010", "serialNumber",
+       ", serialNumber (unreadable)\n  serialNumber\n    error 0x02100029"},
+      {"ca.pem", "a003020102", "a003040102", "version", "\n  version\n    error 0x02100025"},
+      {"crl.pem", "034800", "034809", "signature", "\n  signature\n    error 0x0210002B"},
+      {"crl.pem", "170d323630333031", "180d323630333031", "thisUpdate",
+       ", thisUpdate (unreadable), nextUpdate 2026-04-"},
+      {"crl.pem", "170d323630343031", "170d323631333031", "nextUpdate", "malformed time: month"},
+      {"crl.pem", "170d3236303430313030", "170d323630343031302e", "nextUpdate", "malformed UTCTime"},
+      {"crl.pem", "170d3236303430313030303030305a", "180d323032363034303130302e355a", "",
+       ", nextUpdate 2026040100.5Z, "},
+      {"crl.pem", "301302022001", "30ff02022001", "revokedCertificates",
+       ", revoked 0\n  revokedCertificates\n    error 0x"},
+      {"crl.pem", "02022001", "02020001", "serialNumber",
+       "\n  entry 1, serialNumber (unreadable), revocationDate 2026"},
+      {"crl.pem", "02022003170d", "02022003040d", "revocationDate", "\n    revocationDate\n      error 0x"},
+      {"request.pem", "3028311030", "3028301030", "subject", ", subject (unreadable)\n"},
+  };
+  for (const auto &[name, from, to, field, text] : cases) {
+    SCOPED_TRACE(name + " " + field + " " + to);
+    const std::string path = patched(name, from, to);
+    const Result json = showJson(path), show = run("show " + quote(path)), check = run("check " + quote(path));
+    const Json odd = Json::parse(json.out).at(0), good = Json::parse(showJson(sample(name)).out).at(0);
+    EXPECT_EQ(odd["extensions"], good["extensions"]);
+    for (const Result *each : {&json, &show, &check}) EXPECT_EQ(each->status, field.empty() ? 0 : 1);
+    EXPECT_EQ(json.out.find("{\"field\":\"" + field + "\",\"error\":{") == json.out.npos, field.empty()) << json.out;
+    EXPECT_NE(show.out.find(text), std::string::npos) << show.out;
+    EXPECT_EQ(check.out.find(" " + field + " is unreadable\n") == check.out.npos, field.empty()) << check.out;
+  }
+}
+
 TEST(Hostile, DamagedObjects) {
   const std::string ca = der("ca.pem");
   const std::string pem = readAll(sample("ca.pem"));
