@@ -80,14 +80,7 @@ std::optional<bool> Asn1Reader::boolean(const std::string &path) const {
   return boolean.value != 0;
 }
 
-ketra::ObjectIdentifier Asn1Reader::objid(const std::string &path) const {
-  const Pool pool;
-  Objid objid{};
-  attempt([&](AsnErrorBlock *err) {
-    return AsnMUtilGetObjidBER(pool.handle(), object_.get(), value_, path.c_str(), &objid, err);
-  });
-  return ketra::ObjectIdentifier(objid);
-}
+Identifier Asn1Reader::identifier(const std::string &path) const { return Identifier(octets(path).value()); }
 
 std::optional<ketra::Octets> Asn1Reader::string(const std::string &path) const {
   const Pool pool;

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "identifier.hpp"
 #include "ketra/ketra.hpp"
 
 namespace tool {
@@ -22,7 +23,7 @@ class Asn1Reader {
   // Members of a list; 0 when it is absent.
   uint32_t count(const std::string &path) const;
   std::optional<bool> boolean(const std::string &path) const;
-  ketra::ObjectIdentifier objid(const std::string &path) const;
+  Identifier identifier(const std::string &path) const;
   // A string, put together when it comes in segments; nothing when it is absent.
   std::optional<ketra::Octets> string(const std::string &path) const;
   // The first `count` bits, one octet each.

@@ -125,14 +125,14 @@ class Check : public Visitor {
     const Stored before{extension.value, extension.isCritical()};
     Writer writer;
     try {
-      writer = typed.read(store(extension.objid, before));
+      writer = typed.read(store(typed.objid, before));
     } catch (const ketra::Error &error) {
       throwIfOutOfMemory(error);
       return failed(place, extension, Verdict::Rejected, error);
     }
     Stored after;
     try {
-      after = write(extension.objid, writer, before.critical);
+      after = write(typed.objid, writer, before.critical);
     } catch (const ketra::Error &error) {
       throwIfOutOfMemory(error);
       return failed(place, extension, Verdict::Refused, error);
@@ -156,8 +156,8 @@ class Check : public Visitor {
   // What the library has written itself must come back as it is.
   void secondRound(const Place &place, const Extension &extension, const TypedExtension &typed, const Stored &written) {
     try {
-      const Writer writer = typed.read(store(extension.objid, written));
-      const Stored again = write(extension.objid, writer, written.critical);
+      const Writer writer = typed.read(store(typed.objid, written));
+      const Stored again = write(typed.objid, writer, written.critical);
       if (again == written) return;
       begin(place, extension, true) << Colour::Bad << "FAULT: the second round differs" << Colour::None << "\n";
       out_ << "  written: " << text(again) << "\n";
@@ -169,7 +169,7 @@ class Check : public Visitor {
     }
   }
 
-  static std::string nameOf(const ketra::ObjectIdentifier &objid) {
+  static std::string nameOf(const Identifier &objid) {
     const char *name = identifierName(objid);
     return name != nullptr ? name : objid.text();
   }

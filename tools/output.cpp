@@ -16,7 +16,8 @@ std::string scalar(const Json &value) {
   if (value.is_null()) return "(absent)";
   if (value.is_string()) return value.get<std::string>();
   if (!value.is_object()) return value.dump();
-  const auto identifier = value.at("identifier").get<std::string>();
+  auto identifier = value.at("identifier").get<std::string>();
+  if (value.contains("identifierHex")) identifier += " (hex " + value["identifierHex"].get<std::string>() + ")";
   return value.contains("name") ? value["name"].get<std::string>() + " (" + identifier + ")" : identifier;
 }
 
@@ -40,7 +41,8 @@ void printNamed(std::ostream &out, const std::string &label, const Json &named, 
       printNamed(out, key, value, deeper);
     } else if (isScalarList(value)) {
       out << deeper << key << ": " << joined(value) << "\n";
-    } else if (key == "remark" || key == "minimum" || key == "maximum" || (key == "octets" && !hasText)) {
+    } else if (key == "remark" || key == "identifierHex" || key == "minimum" || key == "maximum" ||
+               (key == "octets" && !hasText)) {
       out << deeper << key << ": " << scalar(value) << "\n";
     }
   }

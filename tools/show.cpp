@@ -67,6 +67,7 @@ class Show : public Visitor {
     Json item;
     if (const char *name = identifierName(extension.objid); name != nullptr) item["name"] = name;
     item["identifier"] = extension.objid.text();
+    addIdentifierHex(item, extension.objid);
     item["critical"] = extension.isCritical();
     if (extension.isRepeated) {
       item["repeated"] = true;
@@ -101,7 +102,7 @@ class Show : public Visitor {
     if (const TypedExtension *typed = findTyped(extension.objid); typed != nullptr) {
       try {
         ketra::Extensions extensions;
-        extensions.set(extension.objid, extension.isCritical(), extension.value);
+        extensions.set(typed->objid, extension.isCritical(), extension.value);
         Fields fields = typed->fields(extensions);
         allGood_ = allGood_ && fields.allRead;
         item["value"] = std::move(fields.json);

@@ -282,19 +282,19 @@ Kind recognise(ketra::View encoding) {
   return fourth == kAttributesTag || fourth == kNone ? Kind::Request : Kind::Crl;
 }
 
-ketra::ObjectIdentifier attributeType(ketra::View encoding) { return Asn1Reader(kAttribute, encoding).objid("type"); }
+Identifier attributeType(ketra::View encoding) { return Asn1Reader(kAttribute, encoding).identifier("type"); }
 
-bool isExtensionRequest(const ketra::ObjectIdentifier &type) {
-  static const ketra::ObjectIdentifier kTypes[] = {
-      {1, 2, 840, 113549, 1, 9, 14},      // RFC 2985 5.4.2
-      {1, 3, 6, 1, 4, 1, 311, 2, 1, 14},  // of one maker, before that
+bool isExtensionRequest(const Identifier &type) {
+  static const Identifier kTypes[] = {
+      Identifier({1, 2, 840, 113549, 1, 9, 14}),      // RFC 2985 5.4.2
+      Identifier({1, 3, 6, 1, 4, 1, 311, 2, 1, 14}),  // of one maker, before that
   };
   return std::find(std::begin(kTypes), std::end(kTypes), type) != std::end(kTypes);
 }
 
 Extension readExtension(ketra::View encoding) {
   const Asn1Reader reader(kExtension, encoding);
-  return {reader.objid("extnID"), reader.boolean("critical"), reader.string("extnValue").value()};
+  return {reader.identifier("extnID"), reader.boolean("critical"), reader.string("extnValue").value()};
 }
 
 std::string timeText(const Asn1Reader &reader, const std::string &path) {

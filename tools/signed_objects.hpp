@@ -60,12 +60,12 @@ void addOdd(Json &facts, const char *field, ketra::View octets, const ketra::Err
 bool hasFault(const Json &facts);
 
 // The type of an attribute of a request; throws when the attribute is malformed.
-ketra::ObjectIdentifier attributeType(ketra::View encoding);
-bool isExtensionRequest(const ketra::ObjectIdentifier &type);
+Identifier attributeType(ketra::View encoding);
+bool isExtensionRequest(const Identifier &type);
 
 // One extension as it stands in its list.
 struct Extension {
-  ketra::ObjectIdentifier objid;
+  Identifier objid;
   std::optional<bool> critical;  // nothing: left out, so the default FALSE
   ketra::Octets value;           // the content of extnValue
   bool isRepeated = false;       // an extension before it has the same identifier

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "fields.hpp"
+#include "identifier.hpp"
 #include "ketra/ketra.hpp"
 
 namespace tool {
@@ -13,7 +14,8 @@ namespace tool {
 using Writer = std::function<void(ketra::Extensions &, bool critical)>;
 
 struct TypedExtension {
-  const Objid *objid;
+  ketra::ObjectIdentifier objid;
+  Identifier identifier;  // the same
   Fields (*fields)(const ketra::Extensions &);
   Writer (*read)(const ketra::Extensions &);
   // Why a valid value comes back as `written`, when neither lengths nor segments explain it. May be null.
@@ -23,6 +25,6 @@ struct TypedExtension {
 };
 
 // Null when the identifier is not typed.
-const TypedExtension *findTyped(const ketra::ObjectIdentifier &objid);
+const TypedExtension *findTyped(const Identifier &identifier);
 
 }  // namespace tool

@@ -15,7 +15,7 @@
 namespace tool {
 namespace {
 
-using Identifiers = std::set<ketra::ObjectIdentifier>;
+using Identifiers = std::set<Identifier>;
 
 // `seen` has the identifiers of the extensions before these.
 void walkExtensions(const Asn1Reader &reader, const std::string &list, const Place &place, Visitor &visitor,

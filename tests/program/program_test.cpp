@@ -66,6 +66,29 @@ TEST(Hostile, BadExtensions) {
   }
 }
 
+// Arcs beyond 32 bits in the identifier of an extension; 2^32-1 is the last that is not.
+TEST(Extensions, LargeArcs) {
+  const std::string cases[][2] = {
+      {"908080804F", "2.4294967295\n"},
+      {"9080808050", "2.4294967296 (hex 9080808050)\n"},
+      {"2A8FFFFFFF7F", "1.2.4294967295\n"},
+      {"2A9080808000", "1.2.4294967296 (hex 2a9080808000)\n"},
+      {"6983F09DA7EBCFDEE0C7A1A7B2C0948CC8F9D776",
+       "2.25.329800735698586629295641978511506172918 (hex 6983f09da7ebcfdee0c7a1a7b2c0948cc8f9d776)\n"},
+      {"B3D9B8F99FE8A087CEC080804F", "2.999999999999999999999999999 (hex b3d9b8f99fe8a087cec080804f)\n"},
+  };
+  for (const auto &[identifier, text] : cases) {
+    const std::string path = file(certificate(fromHex(identifier), fromHex("0500")));
+    const Result show = run("show " + quote(path)), check = run("check " + quote(path));
+    EXPECT_NE(show.out.find("\n  " + text), std::string::npos) << show.out;
+    EXPECT_NE(show.out.find("\n    hex: 0500\n"), std::string::npos) << show.out;
+    EXPECT_EQ(show.status, 0);
+    EXPECT_EQ(showJson(path).out.find("identifierHex") != std::string::npos, text.find("hex") != text.npos);
+    EXPECT_NE(check.out.find(" 1 unknown\n"), std::string::npos) << check.out;
+    EXPECT_EQ(check.status, 0);
+  }
+}
+
 // What is odd outside the extensions hides none of them.
 TEST(Hostile, OddFields) {
   struct Case {
