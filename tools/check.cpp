@@ -137,14 +137,28 @@ class Check : public Visitor {
       throwIfOutOfMemory(error);
       return failed(place, extension, Verdict::Refused, error);
     }
-    const std::string why = reason(typed, extension, before, after);
-    if (why.empty()) return Verdict::Identical;
+    std::string why = reason(typed, extension, before, after);
+    const std::string notDer = typed.writtenDefault != nullptr ? typed.writtenDefault(after.value) : "";
+    if (why.empty()) {
+      if (!notDer.empty()) remark(place, extension, "identical, not DER", notDer);
+      return Verdict::Identical;
+    }
+    if (!notDer.empty()) why += "; not DER: " + notDer;
     begin(place, extension, false) << Colour::Notable << verdictName(Verdict::ReEncoded) << Colour::None << ": " << why
                                    << "\n";
     out_ << "  read:    " << text(before) << "\n  written: " << text(after) << "\n";
+    if (before.critical && !after.critical) {
+      remark(place, extension, "critical is lost", "the library always writes this extension non-critical");
+    }
     tally_.countReason(verdictName(Verdict::ReEncoded), nameOf(extension.objid) + ": " + why, placeText(place));
     secondRound(place, extension, typed, after);
     return Verdict::ReEncoded;
+  }
+
+  // What is no fault and should not be overlooked.
+  void remark(const Place &place, const Extension &extension, const char *what, const std::string &why) {
+    begin(place, extension, false) << Colour::Notable << what << Colour::None << ": " << why << "\n";
+    tally_.countReason(what, nameOf(extension.objid) + ": " + why, placeText(place));
   }
 
   Verdict failed(const Place &place, const Extension &extension, Verdict verdict, const ketra::Error &error) {

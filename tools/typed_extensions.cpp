@@ -98,7 +98,7 @@ struct FromValue {
 // Show: where the fields come from; the tolerant form, if there is one.
 template <class T, class Show = FromValue<T>>
 TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr,
-                   std::string (*loss)(ketra::View) = nullptr) {
+                   std::string (*writtenDefault)(ketra::View) = nullptr, std::string (*loss)(ketra::View) = nullptr) {
   using Traits = ketra::ExtensionTraits<T>;
   const auto read = [](const ketra::Extensions &extensions) -> Writer {
     return [value = extensions.get<T>().value()](ketra::Extensions &to, bool critical) {
@@ -116,6 +116,7 @@ TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr,
       .fields = &Show::template show<T>,
       .read = read,
       .reason = reason,
+      .writtenDefault = writtenDefault,
       .loss = loss,
   };
 }
@@ -124,16 +125,18 @@ TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr,
 
 const TypedExtension *findTyped(const Identifier &identifier) {
   static const TypedExtension kRows[] = {
-      row<ketra::BasicConstraints>(basicConstraintsReason),
-      row<ketra::KeyUsage>(keyUsageReason, keyUsageLoss),
+      row<ketra::BasicConstraints>(basicConstraintsReason, basicConstraintsDefault),
+      row<ketra::KeyUsage>(keyUsageReason, nullptr, keyUsageLoss),
       row<ketra::SubjectKeyId>(),
       row<ketra::SubjectAltName, FromValue<ketra::TolerantSubjectAltName>>(namesReason),
       row<ketra::IssuerAltName, FromValue<ketra::TolerantIssuerAltName>>(namesReason),
       row<ketra::CertificateIssuer, FromValue<ketra::TolerantCertificateIssuer>>(namesReason),
-      row<ketra::CrlDistributionPoints, FromValue<ketra::TolerantCrlDistributionPoints>>(pointsReason, pointsLoss),
-      row<ketra::IssuingDistributionPoint, FromValue<ketra::TolerantIssuingDistributionPoint>>(issuingPointReason,
-                                                                                               issuingPointLoss),
-      row<ketra::NameConstraints, FromValue<ketra::TolerantNameConstraints>>(nameConstraintsReason),
+      row<ketra::CrlDistributionPoints, FromValue<ketra::TolerantCrlDistributionPoints>>(pointsReason, nullptr,
+                                                                                         pointsLoss),
+      row<ketra::IssuingDistributionPoint, FromValue<ketra::TolerantIssuingDistributionPoint>>(
+          issuingPointReason, issuingPointDefault, issuingPointLoss),
+      row<ketra::NameConstraints, FromValue<ketra::TolerantNameConstraints>>(nameConstraintsReason,
+                                                                             nameConstraintsDefault),
       row<ketra::AuthorityKeyId, FromValue<ketra::TolerantAuthorityKeyId>>(authorityKeyIdReason),
       row<ketra::CertificatePolicies, FromOctets<policyFields>>(policiesReason),
       row<ketra::PolicyMappings, FromOctets<mappingFields>>(),

@@ -20,6 +20,8 @@ struct TypedExtension {
   Writer (*read)(const ketra::Extensions &);
   // Why a valid value comes back as `written`, when neither lengths nor segments explain it. May be null.
   std::string (*reason)(ketra::View value, ketra::View written);
+  // Which default is written out in a value, which is valid, but not DER (X.690 11.5); empty when none is. May be null.
+  std::string (*writtenDefault)(ketra::View value);
   // What is set in a readable value that the fields do not tell; empty when nothing is. May be null.
   std::string (*loss)(ketra::View value);
 };

@@ -35,7 +35,7 @@ std::string toPem(const std::string &label, const std::string &content);
 std::string patched(const std::string &name, const std::string &from, const std::string &to);
 
 // A certificate with one extension, of the given content of extnID and of extnValue.
-std::string certificate(const Octets &objid, const Octets &value);
+std::string certificate(const Octets &objid, const Octets &value, bool isCritical = false);
 
 const Json &extension(const Json &object, const std::string &identifier);
 

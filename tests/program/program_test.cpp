@@ -379,6 +379,22 @@ TEST(Check, Summary) {
   }
 }
 
+// What comes back valid, but not quite as it was.
+TEST(Check, SummaryOfRemarks) {
+  const std::string written = quote(file(certificate(fromHex("551D13"), fromHex("3003010100")), "written"));
+  const Octets mappings = fromHex("300C300A06022A030604551D2000");
+  const std::string critical = quote(file(certificate(fromHex("551D21"), mappings, true), "critical"));
+  const Result result = run("check --summary " + written + " " + critical);
+  EXPECT_EQ(result.status, 0);
+  for (const std::string said : {
+           "\nidentical, not DER\n          1  basicConstraints: cA: the default is written out\n",
+           "\ncritical is lost\n          1  policyMappings: the library always writes this extension non-critical\n",
+           " 2 extensions: 1 identical, 1 re-encoded, 0 refused, 0 rejected, 0 unknown\n",
+       }) {
+    EXPECT_NE(result.out.find(said), std::string::npos) << said << result.out;
+  }
+}
+
 TEST(CommandLine, Colours) {
   const std::string path = quote(sample("ca.pem"));
   EXPECT_EQ(run("show " + path).out.find('\x1b'), std::string::npos);
