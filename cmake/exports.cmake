@@ -1,13 +1,20 @@
-# Limits what a library exports to the names of one list ("function NAME" or "data NAME" per line): a version script
-# on ELF, a module definition file on Windows, both generated from it.
+# Limits what a library exports to the names of one list ("function NAME" or "data NAME" per line, and the version that
+# brought the name, if it came after 0.2.0): a version script on ELF, a module definition file on Windows, both
+# generated from it. Appends to KETRA_SYMBOLS, Debian's list of names with versions.
 function(ketra_exports target list)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${list})
   file(STRINGS ${PROJECT_SOURCE_DIR}/${list} lines REGEX "^(function|data) ")
   set(map "{\n  global:\n")
   set(def "EXPORTS\n")
+  set(symbols "lib${target}.so.${KETRA_SOVERSION} libketra${KETRA_SOVERSION} #MINVER#\n")
   foreach(line IN LISTS lines)
-    string(REGEX MATCH "^([a-z]+) ([A-Za-z0-9_]+)$" matched "${line}")
+    string(REGEX MATCH "^([a-z]+) ([A-Za-z0-9_]+) ?([0-9.]*)$" matched "${line}")
     string(APPEND map "    ${CMAKE_MATCH_2};\n")
+    if(CMAKE_MATCH_3)
+      string(APPEND symbols " ${CMAKE_MATCH_2}@Base ${CMAKE_MATCH_3}\n")
+    else()
+      string(APPEND symbols " ${CMAKE_MATCH_2}@Base 0.2.0\n")
+    endif()
     if(CMAKE_MATCH_1 STREQUAL "data")
       string(APPEND def "  ${CMAKE_MATCH_2} DATA\n")
     else()
@@ -15,6 +22,7 @@ function(ketra_exports target list)
     endif()
   endforeach()
   string(APPEND map "  local: *;\n};\n")
+  set(KETRA_SYMBOLS "${KETRA_SYMBOLS}${symbols}" PARENT_SCOPE)
   file(WRITE ${PROJECT_BINARY_DIR}/${target}.map "${map}")
   file(WRITE ${PROJECT_BINARY_DIR}/${target}.def "${def}")
   if(BUILD_SHARED_LIBS)

@@ -1,11 +1,12 @@
 # shellcheck shell=bash disable=SC2034
 # Sourced by the scripts in the root: the Debian packages that building everything takes.
 KETRA_PACKAGES=(cmake ninja-build g++ libgtest-dev libcli11-dev nlohmann-json3-dev libbenchmark-dev)
-# What the benchmarks compare with; they leave out what is absent.
+# What the benchmarks compare with; they leave out what is absent. CI installs them for --full only.
 KETRA_PEERS=(libssl-dev libgnutls28-dev libbotan-2-dev ca-certificates)
 # What the presets for other platforms take besides.
 KETRA_I386=(g++-multilib googletest)
-KETRA_WINDOWS=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix googletest wine64)
+KETRA_WINDOWS=(g++-mingw-w64-x86-64-posix googletest wine64)
+KETRA_WINDOWS_32=(g++-mingw-w64-i686-posix)
 
 # need_packages PACKAGE...: installs what is missing when it may, otherwise names it and fails. Where there is no dpkg,
 # the configure step tells what is missing. Says nothing on standard output.

@@ -47,14 +47,5 @@ int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &
   return op.failed(stored, "Call ketraObjectSsetExt") ? stored : 0;
 }
 
-int32_t beginGet(const Operation &op, KetraObject extensions, const Extension &extension, AsnObject *work,
-                 AsnValue *value) {
-  AsnEncodedData encoding{nullptr, 0};
-  // A failed lookup has said all there is to say.
-  const int32_t found = ketraObjectSgetValueByObjid(extensions, extension.objid, &encoding, op.err());
-  if (found != 0) return found;
-  return openEncoded(op, extension.type, encoding, work, value);
-}
-
 }  // namespace detail
 }  // namespace ketra

@@ -35,8 +35,13 @@ namespace detail {
 
 int32_t finishSet(const Operation &op, KetraObject extensions, const Extension &extension, int32_t critical,
                   AsnObject work, AsnValue value);
-int32_t beginGet(const Operation &op, KetraObject extensions, const Extension &extension, AsnObject *work,
-                 AsnValue *value);
+inline int32_t beginGet(const Operation &op, KetraObject extensions, const Extension &extension,
+                        AsnEncodedData *encoding, AsnObject *work, AsnValue *value) {
+  // A failed lookup has said all there is to say.
+  const int32_t found = ketraObjectSgetValueByObjid(extensions, extension.objid, encoding, op.err());
+  if (found != 0) return found;
+  return openEncoded(op, extension.type, *encoding, work, value);
+}
 
 }  // namespace detail
 
@@ -61,9 +66,11 @@ template <class Read>
 int32_t getFrame(const Operation &op, KetraObject extensions, const void *structure, const Extension &extension,
                  Read &&read) {
   if (op.misses(extensions, structure)) return -1;
+  AsnEncodedData encoding{nullptr, 0};  // what the value is bound to: it lives until that is closed
   AsnObject work = nullptr;
   AsnValue value = nullptr;
-  if (const int32_t result = detail::beginGet(op, extensions, extension, &work, &value); result != 0) return result;
+  const int32_t begun = detail::beginGet(op, extensions, extension, &encoding, &work, &value);
+  if (begun != 0) return begun;
   if (const int32_t result = read(work, value); result != 0) return abandon(work, value, result);
   return closeAndDestroy(op, work, value);
 }

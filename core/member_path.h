@@ -1,4 +1,4 @@
-// Element paths with the number of a list member in them.
+// Element paths with the number of a list member in them, written as "%d" writes it: negative above 2^31-1.
 #pragma once
 
 #include <charconv>
@@ -18,14 +18,15 @@ class MemberPath {
   }
   // The path of a member of a list in a member.
   MemberPath &then(uint32_t member, std::string_view suffix) {
-    size_ = static_cast<std::size_t>(std::to_chars(text_ + size_, text_ + size_ + kDigits, member).ptr - text_);
+    size_ = static_cast<std::size_t>(
+        std::to_chars(text_ + size_, text_ + size_ + kDigits, static_cast<int32_t>(member)).ptr - text_);
     put(suffix);
     return *this;
   }
   operator const char *() const { return text_; }
 
  private:
-  static constexpr std::size_t kDigits = 10;
+  static constexpr std::size_t kDigits = 11;  // and a sign
 
   void put(std::string_view part) {
     std::memcpy(text_ + size_, part.data(), part.size());

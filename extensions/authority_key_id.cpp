@@ -64,7 +64,10 @@ int32_t KetraObjectSsetAuthorityKeyId(KetraObject extensions, const KetraAuthori
     if (op.failed(names, "Call X509MUtilCheckGenNamesOpt")) return names;
     const int32_t number = X509MUtilCheckCertSerialNumberOpt(&serial, err);
     if (op.failed(number, "Call X509MUtilCheckCertSerialNumberOpt")) return number;
-    return issuer.option != serial.option ? op.reject(KetraError_SetAuthorityKeyIdOpt, "opt", *value) : 0;
+    if (issuer.option == serial.option) return 0;
+    return op.rejectStructure(KetraError_SetAuthorityKeyIdOpt, "opt", *value, identifier.value.octets,
+                              identifier.value.length, identifier.option, issuer.genNames, issuer.option,
+                              serial.value.form, serial.option);
   };
   const auto fill = [&](AsnObject work, AsnValue root) {
     const auto &[identifier, issuer, serial] = *value;

@@ -22,7 +22,8 @@ int32_t checkPolicy(const Operation &op, const KetraPolicyInformation &policy) {
   if (op.failed(AsnCheckObjidBER(&policy.policyIdentifier, op.err()), "Call AsnCheckObjidBER")) return -1;
   const KetraPolicyQualifiersOpt &qualifiers = policy.policyQualifiers;
   if (qualifiers.option != 0 && qualifiers.option != 1) {
-    return op.reject(KetraError_SetCertPoliciesOption, "option", qualifiers);
+    return op.rejectStructure(KetraError_SetCertPoliciesOption, "option", qualifiers, qualifiers.policyQualifiers,
+                              qualifiers.option);
   }
   if (qualifiers.option == 0) return 0;
   if (qualifiers.policyQualifiers == nullptr) return op.reject(KetraError_SetCertPoliciesQualifiers, "Count = 0");

@@ -150,7 +150,9 @@ int32_t X509MUtilCheckDistributionPointNameOpt(const X509DistributionPointNameOp
       const int32_t checked = X509MUtilCheckDistributionPointName(&name->value, err);
       return op.failed(checked, "Call X509MUtilCheckDistributionPointName") ? checked : 0;
     }
-    default: return op.reject(KetraError_CheckDistributionPointNameOption, "option", *name);
+    default:
+      return op.rejectStructure(KetraError_CheckDistributionPointNameOption, "option", *name, name->value.type,
+                                name->value.fullName, name->option);
   }
 }
 

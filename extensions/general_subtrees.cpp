@@ -112,6 +112,7 @@ int32_t X509MUtilCheckGenSubtreesOpt(const X509GenSubtreesOpt *list, AsnErrorBlo
       const int32_t checked = X509MUtilCheckGenSubtrees(list->genSubtrees, err);
       return op.failed(checked, "Call X509MUtilCheckGenSubtrees") ? checked : 0;
     }
-    default: return op.reject(KetraError_CheckGenSubtreesOption, "option", *list);
+    default:
+      return op.rejectStructure(KetraError_CheckGenSubtreesOption, "option", *list, list->genSubtrees, list->option);
   }
 }

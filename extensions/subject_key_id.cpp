@@ -25,14 +25,15 @@ int32_t KetraObjectSsetSubjectKeyId(KetraObject extensions, const AsnOct *value,
 
 int32_t KetraObjectSgetSubjectKeyId(KetraObject extensions, AsnOct *value, AsnErrorBlock *err) {
   const Operation op(__func__, err);
-  return getFrame(op, extensions, value, kSubjectKeyId, [&](AsnObject work, AsnValue root) {
-    CacheEntry *cached = nullptr;
+  CacheEntry *cached = nullptr;
+  const auto read = [&](AsnObject work, AsnValue root) {
     if (const int32_t result = ketraObjectSgetSExt(extensions, CacheKind::SubjectKeyId, &cached, err); result != 0) {
       return result;
     }
-    const int32_t read = AsnMUtilGetOctBER(extensions->pool, work, root, "/", &cached->subjectKeyId, err);
-    if (op.failed(read, "Call AsnMUtilGetOctetBER")) return -1;
-    *value = byMember(cached->subjectKeyId);
-    return 0;
-  });
+    const int32_t got = AsnMUtilGetOctBER(extensions->pool, work, root, "/", &cached->subjectKeyId, err);
+    return op.failed(got, "Call AsnMUtilGetOctetBER") ? -1 : 0;
+  };
+  const int32_t result = getFrame(op, extensions, value, kSubjectKeyId, read);
+  if (result == 0) *value = byMember(cached->subjectKeyId);
+  return result;
 }

@@ -128,13 +128,11 @@ Octets write(const std::vector<Tlv> &row) {
 
 namespace {
 
-// X.690 8.1.2.4: the long form begins with 31, its first octet is not 80. The library takes numbers of 32 bits.
+// X.690 8.1.2.4: the long form begins with 31, its first octet is not 80.
 bool isTagWellFormed(const Octets &tag) {
   if ((tag[0] & ~0x20) == 0) return false;
   if ((tag[0] & 0x1F) != 0x1F) return true;
-  uint64_t number = 0;
-  for (std::size_t i = 1; i < tag.size() && number <= UINT32_MAX; ++i) number = number << 7 | (tag[i] & 0x7F);
-  return tag[1] != 0x80 && number >= 0x1F && number <= UINT32_MAX;
+  return tag[1] != 0x80 && tag[1] >= 0x1F;
 }
 
 bool isWellFormed(const Tlv &tlv, int depth) {

@@ -43,6 +43,17 @@ int32_t replaceByOwn(const Operation &op, X509GenNameObject object, const X509Ge
   return result;
 }
 
+// The parameter does not point into the object.
+int32_t replaceName(const Operation &op, X509GenNameObject object, const X509GenNameParam &parameter) {
+  if (const int32_t result = releaseName(op, object); result != 0) return result;
+  if (copyParam(op, object->pool, parameter, &object->param) != 0) {
+    forgetName(object);
+    return -1;
+  }
+  object->paramFlag = 1;
+  return 0;
+}
+
 int32_t setPdu(const Operation &op, bool ber, X509GenNameObject object, const AsnEncodedData *encoding) {
   if (op.misses(object, encoding)) return -1;
   AsnEncodedData copy{nullptr, 0};
@@ -92,7 +103,10 @@ int32_t x509GenNameObjectEncode(bool ber, X509GenNameObject object, AsnErrorBloc
   if (op.failed(encode(object->pool, work, value, "/", &encoding, err), "Call AsnMUtilEncodeXER")) {
     return abandon(work, value, -1);
   }
-  if (closeAndDestroy(op, work, value) != 0) return -1;
+  if (closeAndDestroy(op, work, value) != 0) {
+    intoScratch([&](AsnErrorBlock *scratch) { AsnMemObjectFree(object->pool, encoding.octets, scratch); });
+    return -1;
+  }
   object->pdu = byMember(encoding);
   return 0;
 }
@@ -147,14 +161,7 @@ int32_t X509GenNameObjectDestroy(X509GenNameObject object, AsnErrorBlock *err) {
 int32_t X509GenNameObjectSetName(X509GenNameObject object, const X509GenNameParam *parameter, AsnErrorBlock *err) {
   const Operation op(__func__, err);
   if (op.misses(object, parameter)) return -1;
-  if (sharesMemory(object->param, *parameter)) return replaceByOwn(op, object, *parameter);
-  if (const int32_t result = releaseName(op, object); result != 0) return result;
-  if (copyParam(op, object->pool, *parameter, &object->param) != 0) {
-    forgetName(object);
-    return -1;
-  }
-  object->paramFlag = 1;
-  return 0;
+  return (sharesMemory(object->param, *parameter) ? replaceByOwn : replaceName)(op, object, *parameter);
 }
 
 int32_t X509GenNameObjectGetName(X509GenNameObject object, X509GenNameParam *parameter, AsnErrorBlock *err) {
@@ -186,7 +193,7 @@ int32_t X509GenNameObjectCopy(X509GenNameObject destination, X509GenNameObject s
   if (op.misses(destination, source)) return -1;
   if (destination == source) return 0;
   if (source->paramFlag != 1) return releaseName(op, destination);
-  const int32_t result = X509GenNameObjectSetName(destination, &source->param, err);
+  const int32_t result = replaceName({"X509GenNameObjectSetName", err}, destination, source->param);
   if (op.failed(result, "Call X509GenNameObjectSetName")) return result;
   if (source->pduState == kNoPdu) return 0;
   const int32_t copied = AsnMUtilCopyEncodedDataBER(destination->pool, &destination->pdu, &source->pdu, err);

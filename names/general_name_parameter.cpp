@@ -115,12 +115,11 @@ bool overlap(const Span &a, const Span &b) {
 
 bool sharesMemory(const X509GenNameParam &held, const X509GenNameParam &given) {
   if (held.type == 0) return false;
-  // What lies inside a Name object is not known here: octets of its encoding may be what is given.
-  const bool isName = held.type == X509GenName_DirectoryName;
-  if (isName && given.type != X509GenName_DirectoryName) return true;
+  // What lies inside a Name object is not known here: whatever is given may be octets of its encoding.
+  const bool mayBeInside = held.type == X509GenName_DirectoryName && given.type != X509GenName_DirectoryName;
   for (const Span &a : ownedBy(held).spans) {
     for (const Span &b : ownedBy(given).spans) {
-      if (overlap(a, b)) return true;
+      if (mayBeInside ? b.begin != nullptr && b.size > 0 : overlap(a, b)) return true;
     }
   }
   return false;

@@ -144,7 +144,9 @@ int32_t X509MUtilCheckGenNames(const X509GenNameChain *chain, AsnErrorBlock *err
 int32_t X509MUtilCheckGenNamesOpt(const X509GenNamesOpt *names, AsnErrorBlock *err) {
   const Operation op(__func__, err);
   if (op.misses(names)) return -1;
-  if (names->option != 0 && names->option != 1) return op.reject(KetraError_CheckGenNamesOption, "option", *names);
+  if (names->option != 0 && names->option != 1) {
+    return op.rejectStructure(KetraError_CheckGenNamesOption, "option", *names, names->genNames, names->option);
+  }
   if (names->option == 0) return 0;
   const int32_t checked = X509MUtilCheckGenNames(names->genNames, err);
   return op.failed(checked, "Call X509MUtilCheckGenNames") ? checked : 0;

@@ -6,11 +6,19 @@
 namespace ketra {
 namespace {
 
-// Reads an ORAddress at one place and writes it at another.
+int32_t closeAfterFailure(AsnObject work, AsnValue value, int32_t result) {
+  intoScratch([&](AsnErrorBlock *err) { AsnClose(work, value, err); });
+  return result;
+}
+
+// Reads an ORAddress at one place and writes it at another. One of the two values is an ORAddress of its own, `opened`,
+// which a failure closes.
 int32_t transfer(const Operation &op, bool ber, AsnObject work, AsnValue from, const char *fromPath, AsnValue to,
-                 const char *toPath) {
+                 const char *toPath, AsnValue opened) {
   AsnMemObject pool = nullptr;
-  if (op.failed(AsnMemObjectCreate(&pool, op.err()), "Call AsnMemObjectCreate")) return -1;
+  if (op.failed(AsnMemObjectCreate(&pool, op.err()), "Call AsnMemObjectCreate")) {
+    return closeAfterFailure(work, opened, -1);
+  }
   X509ORAddress address{};
   int32_t result = x509MUtilSgetORAddress(ber, pool, work, from, fromPath, &address, op.err());
   if (!op.failed(result, "Call x509MUtilSgetORAddress")) {
@@ -18,15 +26,14 @@ int32_t transfer(const Operation &op, bool ber, AsnObject work, AsnValue from, c
     op.failed(result, "Call x509MUtilSetORAddress");
   }
   if (result != 0) {
+    closeAfterFailure(work, opened, result);
     intoScratch([&](AsnErrorBlock *err) { AsnMemObjectDestroy(pool, err); });
     return result;
   }
-  return op.failed(AsnMemObjectDestroy(pool, op.err()), "Call AsnMemObjectDestroy") ? -1 : 0;
-}
-
-int32_t closeAfterFailure(AsnObject work, AsnValue value, int32_t result) {
-  intoScratch([&](AsnErrorBlock *err) { AsnClose(work, value, err); });
-  return result;
+  if (op.failed(AsnMemObjectDestroy(pool, op.err()), "Call AsnMemObjectDestroy")) {
+    return closeAfterFailure(work, opened, -1);
+  }
+  return 0;
 }
 
 }  // namespace
@@ -39,8 +46,8 @@ int32_t setX400Address(const Operation &op, bool ber, AsnObject work, AsnValue v
   if (op.failed(AsnDecode(work, given, 0, &unused, op.err()), "Call AsnDecode")) {
     return closeAfterFailure(work, given, -1);
   }
-  const int32_t result = transfer(op, ber, work, given, "/", value, "x400Address");
-  if (result != 0) return closeAfterFailure(work, given, result);
+  const int32_t result = transfer(op, ber, work, given, "/", value, "x400Address", given);
+  if (result != 0) return result;
   return op.failed(AsnClose(work, given, op.err()), "Call AsnClose") ? -1 : 0;
 }
 
@@ -49,8 +56,8 @@ int32_t getX400Address(const Operation &op, bool ber, AsnMemObject pool, AsnObje
   const AsnType *type = schema::record(schema::Entry::ORAddress);
   AsnValue made = nullptr;
   if (op.failed(AsnOpenNew(work, type, &made, op.err()), "Call AsnOpenNew")) return -1;
-  const int32_t result = transfer(op, ber, work, value, "x400Address", made, "/");
-  if (result != 0) return closeAfterFailure(work, made, result);
+  const int32_t result = transfer(op, ber, work, value, "x400Address", made, "/", made);
+  if (result != 0) return result;
   const auto encode = ber ? AsnMUtilEncodeBER : AsnMUtilEncodeDER;
   if (op.failed(encode(pool, work, made, "/", address, op.err()), "Call AsnMUtilEncodeXER")) {
     return closeAfterFailure(work, made, -1);

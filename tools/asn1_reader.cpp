@@ -1,5 +1,7 @@
 #include "asn1_reader.hpp"
 
+#include "out_of_memory.hpp"
+
 namespace tool {
 namespace {
 
@@ -27,11 +29,7 @@ class Pool {
 
 AsnEncodedData encoded(ketra::View view) {
   if (view.size() <= UINT32_MAX) return {view.data(), static_cast<uint32_t>(view.size())};
-  AsnErrorBlock err;
-  AsnErrorReset(&err);
-  err.code = AsnError_TooLong;
-  AsnErrorInfo("ketra", "tool::Asn1Reader", "more than 4294967295 octets", &err, nullptr, 0);
-  throw ketra::Error(err);
+  fail(AsnError_TooLong, "more than 4294967295 octets");
 }
 
 }  // namespace
@@ -60,8 +58,10 @@ bool Asn1Reader::isInSegments(const std::string &path) const {
   uint32_t length = 0;
   AsnErrorBlock err;
   AsnErrorReset(&err);
-  return AsnCalAddressOfValFld(object_.get(), value_, path.c_str(), &address, &length, &err) != 0 &&
-         err.code == AsnError_Kind;
+  if (AsnCalAddressOfValFld(object_.get(), value_, path.c_str(), &address, &length, &err) == 0) return false;
+  if (err.code == AsnError_Kind) return true;
+  throwIfOutOfMemory(ketra::Error(err));
+  return false;
 }
 
 uint32_t Asn1Reader::count(const std::string &path) const {
@@ -80,14 +80,7 @@ std::optional<bool> Asn1Reader::boolean(const std::string &path) const {
   return boolean.value != 0;
 }
 
-ketra::ObjectIdentifier Asn1Reader::objid(const std::string &path) const {
-  const Pool pool;
-  Objid objid{};
-  attempt([&](AsnErrorBlock *err) {
-    return AsnMUtilGetObjidBER(pool.handle(), object_.get(), value_, path.c_str(), &objid, err);
-  });
-  return ketra::ObjectIdentifier(objid);
-}
+Identifier Asn1Reader::identifier(const std::string &path) const { return Identifier(octets(path).value()); }
 
 std::optional<ketra::Octets> Asn1Reader::string(const std::string &path) const {
   const Pool pool;
@@ -111,11 +104,27 @@ ketra::Octets Asn1Reader::bits(const std::string &path, uint32_t count) const {
   return out;
 }
 
+std::string memberPath(const std::string &list, uint32_t number) {
+  return list == "/" ? std::to_string(number) : list + "/" + std::to_string(number);
+}
+
+void fail(uint32_t code, const std::string &message) {
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  err.code = code;
+  AsnErrorInfo("ketra", "outline", message.c_str(), &err, nullptr, 0);
+  throw ketra::Error(err);
+}
+
 bool hasDerLengths(ketra::View encoding) {
   const Pool pool;
   const AsnEncodedData source = encoded(encoding);
   AsnEncodedData copy{};
-  return AsnMUtilCopyEncodedDataDER(pool.handle(), &copy, &source, nullptr) == 0;
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  if (AsnMUtilCopyEncodedDataDER(pool.handle(), &copy, &source, &err) == 0) return true;
+  if (err.code != AsnError_NotDer) throwIfOutOfMemory(ketra::Error(err));
+  return false;
 }
 
 }  // namespace tool

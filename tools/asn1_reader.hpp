@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "identifier.hpp"
 #include "ketra/ketra.hpp"
 
 namespace tool {
@@ -22,7 +23,7 @@ class Asn1Reader {
   // Members of a list; 0 when it is absent.
   uint32_t count(const std::string &path) const;
   std::optional<bool> boolean(const std::string &path) const;
-  ketra::ObjectIdentifier objid(const std::string &path) const;
+  Identifier identifier(const std::string &path) const;
   // A string, put together when it comes in segments; nothing when it is absent.
   std::optional<ketra::Octets> string(const std::string &path) const;
   // The first `count` bits, one octet each.
@@ -35,6 +36,12 @@ class Asn1Reader {
   std::unique_ptr<AsnObjectRecord, Destroy> object_;
   AsnValue value_ = nullptr;
 };
+
+// The path of a member of the list at a path, by its number from 1.
+std::string memberPath(const std::string &list, uint32_t number);
+
+// Throws ketra::Error for a fault that the program itself finds.
+[[noreturn]] void fail(uint32_t code, const std::string &message);
 
 // Whether every length of the encoding is as DER wants it.
 bool hasDerLengths(ketra::View encoding);

@@ -1,6 +1,7 @@
 #include "batches.hpp"
 
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include "escape.hpp"
@@ -18,20 +19,18 @@ bool isDirectory(const std::string &name) {
 
 }  // namespace
 
-BatchReader::File::File(const std::string &fileName, bool wasNamed)
+BatchReader::File::File(const std::string &fileName, bool wasNamed, uint64_t mostOctets)
     : name(std::make_shared<const std::string>(escape(fileName))),
       isNamed(wasNamed),
       input(fileName),
-      splitter(input) {}
+      splitter(input, mostOctets) {}
 
 std::optional<Batch> BatchReader::next() {
   Batch batch{.number = batches_, .firstPiece = pieces_, .filesBefore = files_};
   std::size_t octets = 0;
   while (batch.failure.empty() && octets < kMostOctets && batch.pieces.size() < kMostPieces) {
     if (file_) {
-      const std::size_t before = batch.pieces.size();
-      readFile(batch);
-      if (batch.pieces.size() > before) octets += batch.pieces.back().stretch.text.size();
+      octets += readFile(batch);
     } else if (!openNext(batch)) {
       break;
     }
@@ -57,7 +56,7 @@ bool BatchReader::openNext(Batch &batch) {
     directory_.emplace(name);
     objectsBeforeDirectory_ = objects_;
   } else {
-    file_.emplace(name, true);
+    file_.emplace(name, true, mostOctets_);
   }
   return true;
 }
@@ -65,7 +64,7 @@ bool BatchReader::openNext(Batch &batch) {
 void BatchReader::openFound(const DirectoryWalk::Found &found, Batch &batch) {
   const std::string name = nameOf(found.path);
   if (found.failure.empty()) {
-    file_.emplace(name, false);
+    file_.emplace(name, false, mostOctets_);
   } else {
     batch.failure = escape(name) + ": " + escape(found.failure);
   }
@@ -80,23 +79,33 @@ void BatchReader::endDirectory(Batch &batch) {
   ++pieces_;
 }
 
-// One stretch further.
-void BatchReader::readFile(Batch &batch) {
-  std::optional<Stretch> stretch = file_->splitter.next();
-  const std::string &failure = file_->input.failure();
-  if (failure.empty() && stretch) return add(batch, std::move(*stretch));
-  if (!failure.empty()) batch.failure = *file_->name + ": " + escape(failure);
+// One stretch further; returns its length.
+std::size_t BatchReader::readFile(Batch &batch) {
+  const std::shared_ptr<const std::string> name = file_->name;
+  std::string failure;
+  try {
+    std::optional<Stretch> stretch = file_->splitter.next();
+    failure = file_->input.failure();
+    if (failure.empty() && stretch) return add(batch, std::move(*stretch));
+  } catch (const std::bad_alloc &) {
+    file_.reset();
+    failure = "out of memory";
+  }
+  if (!failure.empty()) batch.failure = *name + ": " + escape(failure);
   file_.reset();
   ++files_;
+  return 0;
 }
 
-void BatchReader::add(Batch &batch, Stretch stretch) {
+std::size_t BatchReader::add(Batch &batch, Stretch stretch) {
   using Form = Stretch::Form;
   if (stretch.form == Form::Nothing) stretch.form = file_->isNamed ? Form::Fault : Form::Note;
   if (stretch.form != Form::Note) ++file_->index;
   if (stretch.form == Form::Der || stretch.form == Form::Pem) ++objects_;
+  const std::size_t length = stretch.text.size();
   batch.pieces.push_back({file_->name, file_->index, std::move(stretch)});
   ++pieces_;
+  return length;
 }
 
 }  // namespace tool

@@ -31,7 +31,9 @@ struct Batch {
 
 class BatchReader {
  public:
-  explicit BatchReader(std::vector<std::string> names) : names_(std::move(names)) {}
+  // Objects of more than `mostOctets` are not read.
+  BatchReader(std::vector<std::string> names, uint64_t mostOctets)
+      : names_(std::move(names)), mostOctets_(mostOctets) {}
   // Nothing at the end.
   std::optional<Batch> next();
   uint64_t pieces() const { return pieces_; }
@@ -39,7 +41,7 @@ class BatchReader {
 
  private:
   struct File {
-    File(const std::string &name, bool wasNamed);
+    File(const std::string &name, bool wasNamed, uint64_t mostOctets);
     std::shared_ptr<const std::string> name;
     bool isNamed;  // on the command line, not found in a directory
     uint64_t index = 0;
@@ -49,10 +51,11 @@ class BatchReader {
   bool openNext(Batch &batch);
   void openFound(const DirectoryWalk::Found &found, Batch &batch);
   void endDirectory(Batch &batch);
-  void readFile(Batch &batch);
-  void add(Batch &batch, Stretch stretch);
+  std::size_t readFile(Batch &batch);
+  std::size_t add(Batch &batch, Stretch stretch);
 
   std::vector<std::string> names_;
+  uint64_t mostOctets_;
   std::size_t nextName_ = 0;
   std::optional<DirectoryWalk> directory_;  // that is being walked through, the name before nextName_
   uint64_t objectsBeforeDirectory_ = 0;

@@ -4,12 +4,15 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "asn1_reader.hpp"
 #include "colour.hpp"
 #include "escape.hpp"
 #include "exit_status.hpp"
 #include "identifier_names.hpp"
+#include "out_of_memory.hpp"
 #include "typed_extensions.hpp"
 #include "walk.hpp"
 
@@ -63,20 +66,22 @@ class Check : public Visitor {
   explicit Check(std::ostream &out) : out_(out) {}
 
   const Tally &tally() const { return tally_; }
+  void setFailures(std::vector<std::string> failures) { tally_.failures = std::move(failures); }
 
   void note(const std::string &file, const std::string &text) override { out_ << file << ": " << text << "\n"; }
 
   void unreadable(const Place &place, const Json &problem) override {
-    ++tally_.unreadable;
-    fault(place) << kindName(place.kind) << " is " << Colour::Bad << "unreadable" << Colour::None << "\n";
-    explain(place, "unreadable", kindName(place.kind), problem);
+    explainUnreadable(place, kindName(place.kind), problem);
   }
 
-  void beginObject(const Place &place, const Json &) override {
+  void giveUp() override { out_.clear(); }
+
+  void beginObject(const Place &place, const Json &facts) override {
+    sayFaults(place, facts);
     ++(place.kind == Kind::Crl ? tally_.crls : place.kind == Kind::Request ? tally_.requests : tally_.certificates);
   }
   void endObject() override {}
-  void beginEntry(const Place &, const Json &) override {}
+  void beginEntry(const Place &place, const Json &facts) override { sayFaults(place, facts); }
   void endEntry() override {}
 
   void extension(const Place &place, const Extension &extension) override {
@@ -103,28 +108,57 @@ class Check : public Visitor {
   }
 
  private:
+  void explainUnreadable(const Place &place, const std::string &what, const Json &problem) {
+    ++tally_.unreadable;
+    fault(place) << what << " is " << Colour::Bad << "unreadable" << Colour::None << "\n";
+    explain(place, "unreadable", what, problem);
+  }
+
+  void sayFaults(const Place &place, const Json &facts) {
+    if (!hasFault(facts)) return;
+    for (const Json &field : facts.at("odd")) {
+      if (field.contains("error")) explainUnreadable(place, field.at("field"), field["error"]);
+    }
+  }
+
   Verdict roundTrip(const Place &place, const Extension &extension, const TypedExtension &typed) {
     const Stored before{extension.value, extension.isCritical()};
     Writer writer;
     try {
-      writer = typed.read(store(extension.objid, before));
+      writer = typed.read(store(typed.objid, before));
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       return failed(place, extension, Verdict::Rejected, error);
     }
     Stored after;
     try {
-      after = write(extension.objid, writer, before.critical);
+      after = write(typed.objid, writer, before.critical);
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       return failed(place, extension, Verdict::Refused, error);
     }
-    const std::string why = reason(typed, extension, before, after);
-    if (why.empty()) return Verdict::Identical;
+    std::string why = reason(typed, extension, before, after);
+    const std::string notDer = typed.writtenDefault != nullptr ? typed.writtenDefault(after.value) : "";
+    if (why.empty()) {
+      if (!notDer.empty()) remark(place, extension, "identical, not DER", notDer);
+      return Verdict::Identical;
+    }
+    if (!notDer.empty()) why += "; not DER: " + notDer;
     begin(place, extension, false) << Colour::Notable << verdictName(Verdict::ReEncoded) << Colour::None << ": " << why
                                    << "\n";
     out_ << "  read:    " << text(before) << "\n  written: " << text(after) << "\n";
+    if (before.critical && !after.critical) {
+      remark(place, extension, "critical is lost", "the library always writes this extension non-critical");
+    }
     tally_.countReason(verdictName(Verdict::ReEncoded), nameOf(extension.objid) + ": " + why, placeText(place));
     secondRound(place, extension, typed, after);
     return Verdict::ReEncoded;
+  }
+
+  // What is no fault and should not be overlooked.
+  void remark(const Place &place, const Extension &extension, const char *what, const std::string &why) {
+    begin(place, extension, false) << Colour::Notable << what << Colour::None << ": " << why << "\n";
+    tally_.countReason(what, nameOf(extension.objid) + ": " + why, placeText(place));
   }
 
   Verdict failed(const Place &place, const Extension &extension, Verdict verdict, const ketra::Error &error) {
@@ -136,19 +170,20 @@ class Check : public Visitor {
   // What the library has written itself must come back as it is.
   void secondRound(const Place &place, const Extension &extension, const TypedExtension &typed, const Stored &written) {
     try {
-      const Writer writer = typed.read(store(extension.objid, written));
-      const Stored again = write(extension.objid, writer, written.critical);
+      const Writer writer = typed.read(store(typed.objid, written));
+      const Stored again = write(typed.objid, writer, written.critical);
       if (again == written) return;
       begin(place, extension, true) << Colour::Bad << "FAULT: the second round differs" << Colour::None << "\n";
       out_ << "  written: " << text(again) << "\n";
       tally_.countReason("FAULT", nameOf(extension.objid) + ": the second round differs", placeText(place));
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       begin(place, extension, true) << Colour::Bad << "FAULT: the second round fails" << Colour::None << "\n";
       explain(place, "FAULT", nameOf(extension.objid), problem(error));
     }
   }
 
-  static std::string nameOf(const ketra::ObjectIdentifier &objid) {
+  static std::string nameOf(const Identifier &objid) {
     const char *name = identifierName(objid);
     return name != nullptr ? name : objid.text();
   }
@@ -183,7 +218,7 @@ int check(BatchReader &reader, bool isSummary, const Run &run) {
       [isSummary](const Batch &batch, std::ostream &out) {
         std::ostream nowhere(nullptr);
         Check visitor(isSummary ? nowhere : out);
-        walk(batch, visitor);
+        visitor.setFailures(walk(batch, visitor));
         return visitor.tally();
       },
       run);

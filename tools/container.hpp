@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -27,12 +28,13 @@ struct Stretch {
   bool hasMore = false;    // other data follow the object
 };
 
-// The encoding of a stretch that is Der or Pem; nothing when it is not base64.
-std::optional<ketra::Octets> encodingOf(const Stretch &stretch);
+// The encoding in a stretch that is Pem; nothing when it is not base64.
+std::optional<ketra::Octets> decodePem(const Stretch &stretch);
 
 class Splitter {
  public:
-  explicit Splitter(Input &input);
+  // An object of more than `most` octets, its text in PEM, is a Fault; it is not read.
+  Splitter(Input &input, uint64_t most);
   // The stretches of the file, one with each call; nothing at its end.
   std::optional<Stretch> next();
 
@@ -42,9 +44,13 @@ class Splitter {
   bool findPem();
   Stretch takeDer();
   Stretch takePem();
+  Stretch passOver(uint64_t length);
+  void skip(uint64_t size);
   std::optional<Stretch> end();
 
   Input &input_;
+  uint64_t most_;
+  std::size_t withoutPem_ = 0;  // in so many octets of the window no PEM begins
   std::size_t passedOver_ = 0;  // octets since the last stretch
   enum class Last { None, Der, Pem } last_ = Last::None;
 };

@@ -6,6 +6,7 @@
 
 #include "escape.hpp"
 #include "general_names.hpp"
+#include "out_of_memory.hpp"
 
 namespace tool {
 namespace {
@@ -14,7 +15,8 @@ Json relativeName(const ketra::RelativeName &name) {
   Json json = Json::object();
   try {
     json["text"] = escapeDirectoryName(name.text());
-  } catch (const ketra::Error &) {
+  } catch (const ketra::Error &error) {
+    throwIfOutOfMemory(error);
     json["remark"] = "this name has no text form";
   }
   json["octets"] = hex(name.encode());

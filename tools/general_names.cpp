@@ -6,7 +6,9 @@
 #include <variant>
 
 #include "escape.hpp"
+#include "identifier_lists.hpp"
 #include "identifier_names.hpp"
+#include "out_of_memory.hpp"
 
 namespace tool {
 namespace {
@@ -18,7 +20,8 @@ template <class Read>
 void addText(Json &json, const Read &read, std::string_view remark) {
   try {
     json["text"] = read();
-  } catch (const ketra::Error &) {
+  } catch (const ketra::Error &error) {
+    throwIfOutOfMemory(error);
     json["remark"] = remark;
   }
 }
@@ -35,7 +38,7 @@ struct ToJson {
   Json operator()(const ketra::OtherName &name) const {
     Json json{{"kind", "otherName"}};
     json["type"] = name.type.text();
-    if (const char *known = identifierName(name.type); known != nullptr) json["typeName"] = known;
+    if (const char *known = identifierName(Identifier(name.type)); known != nullptr) json["typeName"] = known;
     if (!name.value) return json;
     if (const std::optional<std::string> text = ketra::stringText(*name.value)) json["text"] = escape(*text);
     json["octets"] = hex(*name.value);
@@ -69,7 +72,7 @@ struct ToJson {
   }
   Json operator()(const ketra::RegisteredId &name) const {
     Json json{{"kind", "registeredID"}, {"text", name.id.text()}};
-    if (const char *known = identifierName(name.id); known != nullptr) json["typeName"] = known;
+    if (const char *known = identifierName(Identifier(name.id)); known != nullptr) json["typeName"] = known;
     return json;
   }
 
@@ -85,6 +88,9 @@ Json nameJson(const ketra::GeneralName &name) { return std::visit(ToJson{}, name
 Json nameJson(const ketra::NameOrError &name, bool &allRead) {
   const auto *bad = std::get_if<ketra::UnreadableName>(&name);
   if (bad == nullptr) return nameJson(std::get<ketra::GeneralName>(name));
+  if (bad->error.code() == AsnError_Range) {
+    if (Json json = largeIdentifierName(bad->encoding); !json.is_null()) return json;
+  }
   allRead = false;
   return {{"kind", "unreadable"}, {"error", problem(bad->error)}, {"octets", hex(bad->encoding)}};
 }
@@ -95,7 +101,7 @@ Json namesJson(const std::vector<ketra::NameOrError> &names, bool &allRead) {
   Json list = Json::array();
   for (const ketra::NameOrError &name : names) {
     list.push_back(nameJson(name, allRead));
-    const bool isBad = std::holds_alternative<ketra::UnreadableName>(name);
+    const bool isBad = list.back().contains("error");
     if (isBad && ++badMembers > kExplained) list.back().erase("error");
   }
   return list;

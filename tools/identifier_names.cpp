@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "escape.hpp"
+
 namespace tool {
 namespace {
 
@@ -140,18 +142,23 @@ constexpr Name kNames[] = {
 
 }  // namespace
 
-const char *identifierName(const ketra::ObjectIdentifier &objid) {
-  const std::string text = objid.text();
+const char *identifierName(const Identifier &identifier) {
+  const std::string text = identifier.text();
   for (const Name &name : kNames) {
     if (name.identifier == text) return name.name;
   }
   return nullptr;
 }
 
-Json identifierJson(const ketra::ObjectIdentifier &objid) {
-  Json json{{"identifier", objid.text()}};
-  if (const char *name = identifierName(objid); name != nullptr) json["name"] = name;
+Json identifierJson(const Identifier &identifier) {
+  Json json{{"identifier", identifier.text()}};
+  addIdentifierHex(json, identifier);
+  if (const char *name = identifierName(identifier); name != nullptr) json["name"] = name;
   return json;
+}
+
+void addIdentifierHex(Json &json, const Identifier &identifier) {
+  if (identifier.isLarge()) json["identifierHex"] = hex(identifier.content());
 }
 
 }  // namespace tool

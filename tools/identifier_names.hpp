@@ -1,13 +1,15 @@
 #pragma once
 
-#include "ketra/ketra.hpp"
+#include "identifier.hpp"
 #include "problem.hpp"
 
 namespace tool {
 
 // The well-known name of an identifier, or null.
-const char *identifierName(const ketra::ObjectIdentifier &objid);
-// {"identifier", "name"}; the name is left out when there is none.
-Json identifierJson(const ketra::ObjectIdentifier &objid);
+const char *identifierName(const Identifier &identifier);
+// {"identifier", "identifierHex", "name"}: the name is left out when there is none, the content octets but for an
+// identifier with an arc beyond 32 bits.
+Json identifierJson(const Identifier &identifier);
+void addIdentifierHex(Json &json, const Identifier &identifier);
 
 }  // namespace tool

@@ -23,12 +23,13 @@ Input::Input(const std::string &name) : file_(name == "-" ? stdin : openFile(nam
   }
 }
 
-bool Input::readMore() {
+bool Input::readMore(uint64_t enough) {
   if (file_ == nullptr) return false;
-  const std::size_t size = buffer_.size() - begin_;
-  buffer_.erase(0, begin_);
+  const std::size_t size = text().size();
+  buffer_.erase(buffer_.begin(), buffer_.begin() + static_cast<std::ptrdiff_t>(begin_));
   begin_ = 0;
-  const std::size_t wanted = std::max(kPart, size);
+  const std::size_t wanted = std::max(kPart, static_cast<std::size_t>(std::min<uint64_t>(size, enough)));
+  buffer_.reserve(size + wanted + kPart);  // growing by resize() would take more; a last part then fits in
   buffer_.resize(size + wanted);
   errno = 0;
   const std::size_t got = std::fread(buffer_.data() + size, 1, wanted, file_.get());
@@ -40,9 +41,27 @@ bool Input::readMore() {
   return got > 0;
 }
 
-void Input::readTo(std::size_t size) {
-  while (text().size() < size && readMore()) {
+void Input::readTo(uint64_t size) {
+  while (text().size() < size && readMore(size - text().size())) {
   }
+}
+
+void Input::skip(uint64_t size) {
+  const std::size_t inWindow = text().size();
+  begin_ += static_cast<std::size_t>(std::min<uint64_t>(size, inWindow));
+  if (size <= inWindow) return;
+  size -= inWindow;
+  if (file_ != nullptr && seekForward(file_.get(), size)) return;
+  while (size > 0 && readMore(size)) {
+    const std::size_t passed = static_cast<std::size_t>(std::min<uint64_t>(size, text().size()));
+    begin_ += passed;
+    size -= passed;
+  }
+}
+
+void Input::skipRest() {
+  file_.reset();
+  begin_ = buffer_.size();
 }
 
 }  // namespace tool

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tool {
 
@@ -15,13 +18,16 @@ class Input {
   explicit Input(const std::string &name);
 
   // What has been read and not skipped. Any reading or skipping invalidates it.
-  std::string_view text() const { return std::string_view(buffer_).substr(begin_); }
-  // Makes the window longer, at least twice as long: whoever looks through it anew each time takes linear time.
-  // Returns false, and the window stays as it is, at the end of the file.
-  bool readMore();
+  std::string_view text() const { return {buffer_.data() + begin_, buffer_.size() - begin_}; }
+  // Makes the window twice as long, so that looking through it again each time takes linear time; not much longer than
+  // by `enough` octets. Returns false, and the window stays as it is, at the end of the file.
+  bool readMore(uint64_t enough = std::numeric_limits<uint64_t>::max());
   // Reads until the window has `size` octets, or the file ends.
-  void readTo(std::size_t size);
-  void skip(std::size_t size) { begin_ += size; }
+  void readTo(uint64_t size);
+  // What lies beyond the window is not read where the file allows that.
+  void skip(uint64_t size);
+  // Nothing more is read.
+  void skipRest();
 
   // Why the file cannot be read to its end; empty when nothing is wrong.
   const std::string &failure() const { return failure_; }
@@ -33,7 +39,7 @@ class Input {
     }
   };
   std::unique_ptr<std::FILE, Close> file_;  // null at the end
-  std::string buffer_;
+  std::vector<char> buffer_;
   std::size_t begin_ = 0;  // of the window
   std::string failure_;
 };

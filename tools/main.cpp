@@ -8,6 +8,7 @@
 #include "batches.hpp"
 #include "check.hpp"
 #include "exit_status.hpp"
+#include "out_of_memory.hpp"
 #include "parallel.hpp"
 #include "platform.hpp"
 #include "show.hpp"
@@ -31,24 +32,20 @@ int run(int argc, char **argv) {
   const tool::Run how{.threads = request->threads,
                       .isColoured = !request->asJson && isColoured(request->colour),
                       .showsProgress = hasTerminal};
-  tool::BatchReader reader(request->files);
+  tool::BatchReader reader(request->files, request->mostOctets);
   if (request->command == tool::Command::Check) return tool::check(reader, request->isSummary, how);
   return tool::show(reader, request->asJson, how);
-}
-
-// Unwinding would ask for memory again, in destructors.
-[[noreturn]] void outOfMemory() {
-  std::fputs("ketra: out of memory\n", stderr);
-  std::_Exit(tool::kNotPossible);
 }
 
 }  // namespace
 
 int main(int argc, char **argv) {
   tool::makeStreamsBinary();
-  std::set_new_handler(outOfMemory);
+  std::set_terminate(tool::endUnwinding);
   try {
     return run(argc, argv);
+  } catch (const std::bad_alloc &) {
+    std::fputs("ketra: out of memory\n", stderr);
   } catch (const std::exception &error) {
     std::fprintf(stderr, "ketra: %s\n", error.what());
   }

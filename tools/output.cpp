@@ -16,7 +16,8 @@ std::string scalar(const Json &value) {
   if (value.is_null()) return "(absent)";
   if (value.is_string()) return value.get<std::string>();
   if (!value.is_object()) return value.dump();
-  const auto identifier = value.at("identifier").get<std::string>();
+  auto identifier = value.at("identifier").get<std::string>();
+  if (value.contains("identifierHex")) identifier += " (hex " + value["identifierHex"].get<std::string>() + ")";
   return value.contains("name") ? value["name"].get<std::string>() + " (" + identifier + ")" : identifier;
 }
 
@@ -40,7 +41,8 @@ void printNamed(std::ostream &out, const std::string &label, const Json &named, 
       printNamed(out, key, value, deeper);
     } else if (isScalarList(value)) {
       out << deeper << key << ": " << joined(value) << "\n";
-    } else if (key == "remark" || key == "minimum" || key == "maximum" || (key == "octets" && !hasText)) {
+    } else if (key == "remark" || key == "identifierHex" || key == "minimum" || key == "maximum" ||
+               (key == "octets" && !hasText)) {
       out << deeper << key << ": " << scalar(value) << "\n";
     }
   }
@@ -102,6 +104,17 @@ void printExtension(std::ostream &out, const Json &extension, const std::string 
   if (extension.contains("hex")) out << deeper << "hex: " << scalar(extension["hex"]) << "\n";
 }
 
+// Fields that cannot be read, or have no text.
+void printOdd(std::ostream &out, const Json &head, const std::string &indent) {
+  if (!head.contains("odd")) return;
+  for (const Json &field : head["odd"]) {
+    out << indent << field.at("field").get<std::string>() << "\n";
+    if (field.contains("error")) printProblem(out, field["error"], indent + "  ");
+    if (field.contains("remark")) out << indent << "  remark: " << scalar(field["remark"]) << "\n";
+    out << indent << "  hex: " << scalar(field.at("hex")) << "\n";
+  }
+}
+
 std::string textOf(const Json &fact) {
   if (fact.is_null()) return "(unreadable)";
   const std::string text = scalar(fact);
@@ -122,6 +135,7 @@ class TextPrinter : public Printer {
     }
     out_ << "\n";
     if (head.contains("attributes")) out_ << "  attributes: " << joined(head["attributes"]) << "\n";
+    printOdd(out_, head, "  ");
     if (head.contains("error")) printProblem(out_, head["error"], "  ");
   }
   void list(const char *) override { isListed_ = true; }
@@ -130,15 +144,22 @@ class TextPrinter : public Printer {
     if (!item.contains("entry")) return printExtension(out_, item, "  ");
     out_ << "  entry " << item["entry"];
     for (const char *fact : {"serialNumber", "revocationDate"}) {
-      if (item.contains(fact)) out_ << ", " << fact << " " << scalar(item[fact]);
+      if (item.contains(fact)) out_ << ", " << fact << " " << textOf(item[fact]);
     }
     out_ << "\n";
+    printOdd(out_, item, "    ");
     if (item.contains("error")) printProblem(out_, item["error"], "    ");
     if (!item.contains("extensions")) return;
     for (const Json &extension : item["extensions"]) printExtension(out_, extension, "    ");
   }
   void close() override {
     if (isListed_) out_ << "  no extensions\n";
+    isListed_ = false;
+  }
+  void giveUp(const Json &problem) override {
+    out_.clear();
+    out_ << "\n";
+    printProblem(out_, problem, "  ");
     isListed_ = false;
   }
 
@@ -152,29 +173,39 @@ class TextPrinter : public Printer {
 // Whatever has slipped in unescaped: the result is JSON in ASCII.
 std::string dump(const Json &value) { return value.dump(-1, ' ', true, Json::error_handler_t::replace); }
 
+// What is printed at once is printed whole or not at all, so that giveUp() can close it.
 class JsonPrinter : public Printer {
  public:
   JsonPrinter(std::ostream &out, bool isFirst) : out_(out), isFirst_(isFirst) {}
 
   void open(const Json &head) override {
-    std::string text = dump(head);
+    std::string text = (isFirst_ ? "[\n" : ",\n") + dump(head);
     text.pop_back();  // close() gives the brace
-    out_ << (isFirst_ ? "[\n" : ",\n") << text;
+    out_ << text;
     isFirst_ = false;
+    isOpen_ = true;
   }
   void list(const char *name) override {
     endList();
-    out_ << ",\n  \"" << name << "\": [";
+    out_ << ",\n  \"" + std::string(name) + "\": [";
     isInList_ = true;
     isFirstItem_ = true;
   }
   void item(const Json &item) override {
-    out_ << (isFirstItem_ ? "\n    " : ",\n    ") << dump(item);
+    out_ << (isFirstItem_ ? "\n    " : ",\n    ") + dump(item);
     isFirstItem_ = false;
   }
   void close() override {
     endList();
     out_ << "}";
+    isOpen_ = false;
+  }
+  void giveUp(const Json &problem) override {
+    out_.clear();
+    if (!isOpen_) return;
+    endList();
+    out_ << ",\n  \"error\": " + dump(problem);
+    close();
   }
 
  private:
@@ -185,6 +216,7 @@ class JsonPrinter : public Printer {
 
   std::ostream &out_;
   bool isFirst_;
+  bool isOpen_ = false;
   bool isInList_ = false;
   bool isFirstItem_ = true;
 };

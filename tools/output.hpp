@@ -18,6 +18,8 @@ class Printer {
   virtual void list(const char *name) = 0;
   virtual void item(const Json &item) = 0;
   virtual void close() = 0;
+  // After an exception: closes what is open.
+  virtual void giveUp(const Json &problem) = 0;
 };
 
 std::unique_ptr<Printer> makeTextPrinter(std::ostream &out);

@@ -6,6 +6,7 @@
 #include <deque>
 #include <exception>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <streambuf>
 #include <string>
@@ -15,6 +16,7 @@
 #include <utility>
 
 #include "colour.hpp"
+#include "out_of_memory.hpp"
 #include "progress.hpp"
 
 namespace tool {
@@ -26,11 +28,11 @@ struct Stopped {};
 // Lets batches through in the order of their numbers.
 class Turns {
  public:
-  // Throws Stopped when that turn will not come.
-  void await(uint64_t number) {
+  // Returns false when that turn will not come.
+  bool await(uint64_t number) {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [&] { return isStopped_ || turn_ == number; });
-    if (isStopped_) throw Stopped();
+    return !isStopped_;
   }
   void pass() {
     change([&] { ++turn_; });
@@ -60,12 +62,18 @@ class Turns {
 };
 
 // Keeps what a batch prints until its turn comes; when that is much, waits for the turn and lets it through.
-class OrderedBuffer : public std::streambuf {
+class OrderedBuffer : public std::streambuf, public Unprinted {
  public:
   OrderedBuffer(Turns &turns, uint64_t number) : turns_(turns), number_(number) {}
   void finish() {
-    turns_.await(number_);
+    if (!turns_.await(number_)) throw Stopped();
     writeResult(text_);
+    text_.clear();
+  }
+  void printNow() noexcept override {
+    if (!turns_.await(number_)) return;
+    std::fwrite(text_.data(), 1, text_.size(), stdout);
+    std::fflush(stdout);
   }
 
  protected:
@@ -83,9 +91,7 @@ class OrderedBuffer : public std::streambuf {
   void put(std::string_view text) {
     constexpr std::size_t kMost = std::size_t{1} << 20;
     text_ += text;
-    if (text_.size() < kMost) return;
-    finish();
-    text_.clear();
+    if (text_.size() >= kMost) finish();
   }
 
   Turns &turns_;
@@ -115,16 +121,22 @@ class Workshop {
     for (std::size_t i = 0; std::thread *helper = this->helper(i); ++i) helper->join();
     progress_.clear();
     if (failure_) std::rethrow_exception(failure_);
+    if (isOutOfMemory_) throw std::bad_alloc();
     return std::move(outcome_);
   }
 
  private:
   std::optional<Batch> take() {
     const std::lock_guard lock(mutex_);
-    if (turns_.isStopped()) return std::nullopt;
-    std::optional<Batch> batch = reader_.next();
-    if (batch && helpers_.size() + 1 < run_.threads) startHelper();
-    return batch;
+    if (turns_.isStopped() || isOutOfMemory_) return std::nullopt;
+    try {
+      std::optional<Batch> batch = reader_.next();
+      if (batch && helpers_.size() + 1 < run_.threads) startHelper();
+      return batch;
+    } catch (const std::bad_alloc &) {
+      isOutOfMemory_ = true;  // the other threads finish what they have
+      return std::nullopt;
+    }
   }
 
   // One with each batch, so that little input starts few.
@@ -133,6 +145,7 @@ class Workshop {
       helpers_.emplace_back([this] { work(); });
     } catch (const std::system_error &) {
       // The system has no more: those that run are enough.
+    } catch (const std::bad_alloc &) {
     }
   }
 
@@ -147,23 +160,33 @@ class Workshop {
     std::ostream out(&buffer);
     out.exceptions(std::ios_base::badbit);  // lets through what the buffer throws
     setColoured(out, run_.isColoured);
-    const Tally tally = handler_(batch, out);
-    buffer.finish();
+    Tally tally;
+    try {
+      tally = handler_(batch, out);
+      buffer.finish();
+    } catch (const std::bad_alloc &) {
+      buffer.printNow();
+      throw;
+    }
     // It is this batch's turn: nobody else is here.
     outcome_.tally.add(tally);
-    if (!batch.failure.empty()) {
-      outcome_.allRead = false;
-      progress_.clear();
-      std::fprintf(stderr, "ketra: %s\n", batch.failure.c_str());
-    }
+    for (const std::string &failure : tally.failures) report(failure);
+    if (!batch.failure.empty()) report(batch.failure);
     progress_.show(batch.firstPiece + batch.pieces.size(), batch.filesBefore);
     turns_.pass();
+  }
+
+  void report(const std::string &failure) {
+    outcome_.allRead = false;
+    progress_.clear();
+    std::fprintf(stderr, "ketra: %s\n", failure.c_str());
   }
 
   BatchReader &reader_;
   const Handler &handler_;
   const Run &run_;
-  std::mutex mutex_;  // of reader_, helpers_ and failure_
+  std::mutex mutex_;  // of reader_, isOutOfMemory_, helpers_ and failure_
+  bool isOutOfMemory_ = false;
   std::deque<std::thread> helpers_;
   std::exception_ptr failure_;
   Turns turns_;

@@ -5,9 +5,11 @@
 #include <io.h>
 #include <windows.h>
 #else
+#include <sys/types.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <limits>
 #include <string_view>
 #endif
 
@@ -16,6 +18,10 @@ namespace tool {
 #ifdef _WIN32
 
 std::FILE *openFile(const std::filesystem::path &path) { return _wfopen(path.c_str(), L"rb"); }
+
+bool seekForward(std::FILE *file, uint64_t size) {
+  return size <= INT64_MAX && _fseeki64(file, static_cast<int64_t>(size), SEEK_CUR) == 0;
+}
 
 void makeStreamsBinary() {
   _setmode(_fileno(stdin), _O_BINARY);
@@ -35,6 +41,10 @@ bool hasColours(std::FILE *stream) {
 #else
 
 std::FILE *openFile(const std::filesystem::path &path) { return std::fopen(path.c_str(), "rbe"); }
+
+bool seekForward(std::FILE *file, uint64_t size) {
+  return size <= std::numeric_limits<off_t>::max() && fseeko(file, static_cast<off_t>(size), SEEK_CUR) == 0;
+}
 
 void makeStreamsBinary() {}
 

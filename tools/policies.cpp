@@ -10,6 +10,11 @@
 namespace tool {
 namespace {
 
+ketra::PolicyQualifier qualifierOf(const ketra::ObjectIdentifier &id, const std::optional<ketra::View> &value) {
+  if (!value) return {id, std::nullopt};
+  return {id, value->copy()};
+}
+
 constexpr char kMalformed[] = "this qualifier is malformed";
 
 void addNotice(Json &json, const ketra::UserNotice &notice) {
@@ -20,45 +25,26 @@ void addNotice(Json &json, const ketra::UserNotice &notice) {
   json["noticeRef"] = {{"text", escape(notice.noticeRef->organization)}, {"noticeNumbers", std::move(numbers)}};
 }
 
-Json qualifierJson(const ketra::PolicyQualifier &qualifier) {
+}  // namespace
+
+Json qualifierJson(const Identifier &id, const std::optional<ketra::View> &value) {
+  static const Identifier kCps{ketra::qualifier::cps}, kUserNotice{ketra::qualifier::userNotice};
   Json json;
-  if (qualifier.id == ketra::qualifier::cps) {
+  if (id == kCps) {
     json["kind"] = "cps";
-    const std::optional<std::string> uri = qualifier.cps();
+    const std::optional<std::string> uri = qualifierOf(ketra::qualifier::cps, value).cps();
     json[uri ? "text" : "remark"] = uri ? escape(*uri) : kMalformed;
-  } else if (qualifier.id == ketra::qualifier::userNotice) {
+  } else if (id == kUserNotice) {
     json["kind"] = "userNotice";
-    const std::optional<ketra::UserNotice> notice = qualifier.notice();
+    const std::optional<ketra::UserNotice> notice = qualifierOf(ketra::qualifier::userNotice, value).notice();
     if (notice) addNotice(json, *notice);
     if (!notice) json["remark"] = kMalformed;
   } else {
-    json = {{"kind", "qualifier"}, {"type", qualifier.id.text()}};
+    json = {{"kind", "qualifier"}, {"type", id.text()}};
+    addIdentifierHex(json, id);
   }
-  if (qualifier.value) json["octets"] = hex(*qualifier.value);
+  if (value) json["octets"] = hex(*value);
   return json;
-}
-
-}  // namespace
-
-Fields fields(const ketra::CertificatePolicies &value) {
-  Json list = Json::array();
-  for (const ketra::PolicyInformation &policy : value.policies) {
-    Json json{{"policy", identifierJson(policy.policy)}};
-    for (const ketra::PolicyQualifier &qualifier : policy.qualifiers) {
-      json["qualifiers"].push_back(qualifierJson(qualifier));
-    }
-    list.push_back(std::move(json));
-  }
-  return {{{"policies", std::move(list)}}};
-}
-
-Fields fields(const ketra::PolicyMappings &value) {
-  Json list = Json::array();
-  for (const ketra::PolicyMapping &mapping : value.mappings) {
-    list.push_back({{"issuerDomainPolicy", identifierJson(mapping.issuerDomainPolicy)},
-                    {"subjectDomainPolicy", identifierJson(mapping.subjectDomainPolicy)}});
-  }
-  return {{{"mappings", std::move(list)}}};
 }
 
 Fields fields(const ketra::PolicyConstraints &value) {

@@ -7,13 +7,15 @@
 //   "octets"    the complete encoding of its value, in hex
 #pragma once
 
+#include <optional>
+
 #include "fields.hpp"
+#include "identifier.hpp"
 #include "ketra/ketra.hpp"
 
 namespace tool {
 
-Fields fields(const ketra::CertificatePolicies &value);
-Fields fields(const ketra::PolicyMappings &value);
+Json qualifierJson(const Identifier &id, const std::optional<ketra::View> &value);
 Fields fields(const ketra::PolicyConstraints &value);
 
 }  // namespace tool

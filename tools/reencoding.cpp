@@ -7,6 +7,7 @@
 
 #include "asn1_reader.hpp"
 #include "ketra/contracts/asn1_schema.hpp"
+#include "out_of_memory.hpp"
 
 namespace tool {
 namespace {
@@ -16,6 +17,9 @@ using namespace ketra::schema;
 // As much of the definitions as it takes to find the part that differs.
 // clang-format off
 constexpr Row kRows[] = {
+    Sequence("BasicConstraints"),
+        Component("cA", Boolean, Optional),
+        Component("pathLenConstraint", Integer, Optional),
     Type("KeyUsage", BitString),
     SequenceOf("Names"),
         Element(OpenType),
@@ -57,6 +61,7 @@ constexpr Row kRows[] = {
 };
 // clang-format on
 constexpr auto kRecords = compile(kRows);
+constexpr const AsnType *kBasicConstraints = &kRecords[indexOf(kRows, "BasicConstraints")];
 constexpr const AsnType *kKeyUsage = &kRecords[indexOf(kRows, "KeyUsage")];
 constexpr const AsnType *kNames = &kRecords[indexOf(kRows, "Names")];
 constexpr const AsnType *kAuthorityKeyId = &kRecords[indexOf(kRows, "AuthorityKeyId")];
@@ -66,11 +71,14 @@ constexpr const AsnType *kPoint = &kRecords[indexOf(kRows, "Point")];
 constexpr const AsnType *kIssuingPoint = &kRecords[indexOf(kRows, "IssuingPoint")];
 constexpr const AsnType *kNameConstraints = &kRecords[indexOf(kRows, "NameConstraints")];
 
+constexpr const char *kFlags[] = {"onlyContainsUserCerts", "onlyContainsCACerts", "indirectCRL"};
+constexpr const char *kSubtreeLists[] = {"permittedSubtrees", "excludedSubtrees"};
 constexpr std::size_t kUsageBits = 9, kReasonBits = 7;  // what the interface carries
 
 constexpr char kUnordered[] = "the members of a SET are not in the order of DER";
 constexpr char kSegments[] = "a string comes in segments";
 constexpr char kNotFf[] = "a TRUE is not FF";  // X.690 11.1
+constexpr char kDefault[] = "the default is written out";
 constexpr char kOther[] = "contents are not DER";
 
 // One value and how it is written. The finders below give the reason for the part at a path; empty: it is the same.
@@ -149,7 +157,7 @@ std::string listReason(const Both &both, const std::string &list) {
 std::string pointNameReason(const Both &both, const std::string &path) {
   if (both.areEqual(path + "/fullName") && both.areEqual(path + "/nameRelativeToCRLIssuer")) return {};
   const std::string reason = labelled("fullName", listReason(both, path + "/fullName"));
-  return reason.empty() ? std::string("nameRelativeToCRLIssuer: ") + kUnordered : reason;
+  return reason.empty() ? std::string("nameRelativeToCRLIssuer: ").append(kUnordered) : reason;
 }
 
 }  // namespace
@@ -180,7 +188,7 @@ std::string issuingPointReason(ketra::View value, ketra::View written) {
   const Both both(kIssuingPoint, value, written);
   std::string reason = pointNameReason(both, "distributionPoint");
   if (reason.empty()) reason = labelled("onlySomeReasons", bitsReason(both, "onlySomeReasons", kReasonBits));
-  for (const char *flag : {"onlyContainsUserCerts", "onlyContainsCACerts", "indirectCRL"}) {
+  for (const char *flag : kFlags) {
     if (reason.empty() && !both.areEqual(flag)) reason = labelled(flag, kNotFf);
   }
   return reason.empty() ? kOther : reason;
@@ -188,7 +196,7 @@ std::string issuingPointReason(ketra::View value, ketra::View written) {
 
 std::string nameConstraintsReason(ketra::View value, ketra::View written) {
   const Both both(kNameConstraints, value, written);
-  for (const char *list : {"permittedSubtrees", "excludedSubtrees"}) {
+  for (const char *list : kSubtreeLists) {
     const std::string reason = memberReason(both.before, list, "subtree",
                                             [&](const std::string &path) { return nameReason(both, path + "/base"); });
     if (!reason.empty()) return labelled(list, reason);
@@ -223,6 +231,31 @@ std::string attributesReason(ketra::View value, ketra::View written) {
   return reason.empty() ? kOther : reason;
 }
 
+std::string basicConstraintsDefault(ketra::View value) {
+  return Asn1Reader(kBasicConstraints, value).boolean("cA") == false ? labelled("cA", kDefault) : "";
+}
+
+std::string issuingPointDefault(ketra::View value) {
+  const Asn1Reader reader(kIssuingPoint, value);
+  for (const char *flag : kFlags) {
+    if (reader.boolean(flag) == false) return labelled(flag, kDefault);
+  }
+  return {};
+}
+
+std::string nameConstraintsDefault(ketra::View value) {
+  const Asn1Reader reader(kNameConstraints, value);
+  for (const char *list : kSubtreeLists) {
+    const std::string reason = memberReason(reader, list, "subtree", [&](const std::string &subtree) {
+      const std::optional<ketra::View> minimum = reader.octets(subtree + "/minimum");
+      const bool isZero = minimum && minimum->size() == 1 && *minimum->data() == 0;
+      return isZero ? labelled("minimum", kDefault) : "";
+    });
+    if (!reason.empty()) return labelled(list, reason);
+  }
+  return {};
+}
+
 std::string keyUsageLoss(ketra::View value) { return lostBit(Asn1Reader(kKeyUsage, value), "/", kUsageBits); }
 
 // Each point by itself, as show reads them.
@@ -232,7 +265,8 @@ std::string pointsLoss(ketra::View value) {
     try {
       const Asn1Reader point(kPoint, list.octets(number).value());
       return labelled("reasons", lostBit(point, "reasons", kReasonBits));
-    } catch (const ketra::Error &) {
+    } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       return std::string();
     }
   });

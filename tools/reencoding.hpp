@@ -19,6 +19,11 @@ std::string policiesReason(ketra::View value, ketra::View written);
 std::string timeReason(ketra::View value, ketra::View written);
 std::string attributesReason(ketra::View value, ketra::View written);
 
+// Which DEFAULT is written out in a valid value; empty when none is.
+std::string basicConstraintsDefault(ketra::View value);
+std::string issuingPointDefault(ketra::View value);
+std::string nameConstraintsDefault(ketra::View value);
+
 // What is set in a value that was read and does not come with it; empty when nothing is.
 std::string keyUsageLoss(ketra::View value);
 std::string pointsLoss(ketra::View value);

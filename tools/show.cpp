@@ -5,6 +5,7 @@
 #include "escape.hpp"
 #include "exit_status.hpp"
 #include "identifier_names.hpp"
+#include "out_of_memory.hpp"
 #include "output.hpp"
 #include "typed_extensions.hpp"
 #include "walk.hpp"
@@ -38,6 +39,7 @@ class Show : public Visitor {
   void beginObject(const Place &place, const Json &facts) override {
     Json head = headOf(place);
     head.update(facts);
+    allGood_ = allGood_ && !hasFault(facts);
     printer_.open(head);
     printer_.list("extensions");
     isCrl_ = place.kind == Kind::Crl;
@@ -49,10 +51,13 @@ class Show : public Visitor {
     printer_.close();
   }
 
+  void giveUp() override { printer_.giveUp(problem("out of memory: the rest is not shown")); }
+
   void beginEntry(const Place &place, const Json &facts) override {
     beginEntries();
     entry_ = {{"entry", place.entry}};
     entry_.update(facts);
+    allGood_ = allGood_ && !hasFault(facts);
     entry_["extensions"] = Json::array();
   }
 
@@ -62,6 +67,7 @@ class Show : public Visitor {
     Json item;
     if (const char *name = identifierName(extension.objid); name != nullptr) item["name"] = name;
     item["identifier"] = extension.objid.text();
+    addIdentifierHex(item, extension.objid);
     item["critical"] = extension.isCritical();
     if (extension.isRepeated) {
       item["repeated"] = true;
@@ -96,7 +102,7 @@ class Show : public Visitor {
     if (const TypedExtension *typed = findTyped(extension.objid); typed != nullptr) {
       try {
         ketra::Extensions extensions;
-        extensions.set(extension.objid, extension.isCritical(), extension.value);
+        extensions.set(typed->objid, extension.isCritical(), extension.value);
         Fields fields = typed->fields(extensions);
         allGood_ = allGood_ && fields.allRead;
         item["value"] = std::move(fields.json);
@@ -104,6 +110,7 @@ class Show : public Visitor {
         if (!loss.empty()) item["value"]["remark"] = loss;
         return;
       } catch (const ketra::Error &error) {
+        throwIfOutOfMemory(error);
         allGood_ = false;
         item["error"] = problem(error);
       }
@@ -134,8 +141,8 @@ int show(BatchReader &reader, bool asJson, const Run &run) {
       [asJson](const Batch &batch, std::ostream &out) {
         const auto printer = asJson ? makeJsonPrinter(out, batch.firstPiece == 0) : makeTextPrinter(out);
         Show visitor(*printer);
-        walk(batch, visitor);
         Tally tally;
+        tally.failures = walk(batch, visitor);
         tally.allGood = visitor.allGood();
         return tally;
       },

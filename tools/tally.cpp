@@ -7,11 +7,11 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostRows = 1000;  // identifiers, and reasons, that are told apart
-constexpr std::size_t kMostArcs = 64;
-constexpr int kWidth = 11;  // of a column
+constexpr std::size_t kMostRows = 1000;   // identifiers, and reasons, that are told apart
+constexpr std::size_t kMostOctets = 128;  // of an identifier
+constexpr int kWidth = 11;                // of a column
 
-std::string nameOf(const ketra::ObjectIdentifier &objid) {
+std::string nameOf(const Identifier &objid) {
   const char *name = identifierName(objid);
   return name != nullptr ? name + (" (" + objid.text() + ")") : objid.text();
 }
@@ -45,13 +45,11 @@ uint64_t Tally::Row::extensions() const {
   return sum;
 }
 
-void Tally::countRow(const ketra::ObjectIdentifier &objid, Verdict verdict, bool critical) {
-  rowOf(objid).add(verdict, critical);
-}
+void Tally::countRow(const Identifier &objid, Verdict verdict, bool critical) { rowOf(objid).add(verdict, critical); }
 
-Tally::Row &Tally::rowOf(const ketra::ObjectIdentifier &objid) {
+Tally::Row &Tally::rowOf(const Identifier &objid) {
   if (const auto found = rows_.find(objid); found != rows_.end()) return found->second;
-  return rows_.size() < kMostRows && objid.arcs().size() <= kMostArcs ? rows_[objid] : otherRows_;
+  return rows_.size() < kMostRows && objid.content().size() <= kMostOctets ? rows_[objid] : otherRows_;
 }
 
 void Tally::countReason(const std::string &what, const std::string &reason, const std::string &place) {

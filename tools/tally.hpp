@@ -7,8 +7,9 @@
 #include <ostream>
 #include <string>
 #include <utility>
+#include <vector>
 
-#include "ketra/ketra.hpp"
+#include "identifier.hpp"
 
 namespace tool {
 
@@ -23,10 +24,11 @@ class Tally {
   uint64_t crls = 0;
   uint64_t requests = 0;
   uint64_t unreadable = 0;
+  std::vector<std::string> failures;  // of a batch: what the program could not do, escaped
 
   void count(Verdict verdict, bool critical) { all_.add(verdict, critical); }
   // For the summary: one row for each identifier, and one for each reason, with the place where it came first.
-  void countRow(const ketra::ObjectIdentifier &objid, Verdict verdict, bool critical);
+  void countRow(const Identifier &objid, Verdict verdict, bool critical);
   void countReason(const std::string &what, const std::string &reason, const std::string &place);
 
   // Adds what comes later in the input.
@@ -51,14 +53,14 @@ class Tally {
   };
   using ReasonKey = std::pair<std::string, std::string>;
 
-  Row &rowOf(const ketra::ObjectIdentifier &objid);
+  Row &rowOf(const Identifier &objid);
   void addReason(const ReasonKey &key, const Reason &reason);
   void printHeading(std::ostream &out) const;
   void printRow(std::ostream &out, const Row &row, const std::string &name) const;
   void printReasons(std::ostream &out) const;
 
   Row all_;
-  std::map<ketra::ObjectIdentifier, Row> rows_;
+  std::map<Identifier, Row> rows_;
   Row otherRows_;  // of identifiers for which there was no room
   std::map<ReasonKey, Reason> reasons_;
   uint64_t otherReasons_ = 0;

@@ -1,15 +1,13 @@
 #include "typed_extensions.hpp"
 
-#include <algorithm>
 #include <optional>
-#include <span>
 #include <utility>
 #include <vector>
 
 #include "distribution_points.hpp"
 #include "escape.hpp"
 #include "general_names.hpp"
-#include "identifier_names.hpp"
+#include "identifier_lists.hpp"
 #include "name_constraints.hpp"
 #include "policies.hpp"
 #include "reencoding.hpp"
@@ -56,12 +54,6 @@ Fields fields(const ketra::TolerantAuthorityKeyId &value) {
   return fields;
 }
 
-Fields fields(const ketra::ExtKeyUsage &value) {
-  Json purposes = Json::array();
-  for (const ketra::ObjectIdentifier &purpose : value.purposes) purposes.push_back(identifierJson(purpose));
-  return {{{"purposes", std::move(purposes)}}};
-}
-
 Fields fields(const ketra::PrivateKeyUsagePeriod &value) {
   Json json = Json::object();
   if (value.notBefore) json["notBefore"] = ketra::timeText(*value.notBefore);
@@ -80,28 +72,33 @@ Fields fields(const ketra::CrlNumber &value) { return numberFields("number", val
 Fields fields(const ketra::DeltaCrlIndicator &value) { return numberFields("baseCRLNumber", value.baseCrlNumber); }
 
 Fields fields(const ketra::ReasonCode &value) { return {{{"reason", ketra::nameOf(value)}}}; }
-Fields fields(const ketra::HoldInstruction &value) { return {{{"instruction", identifierJson(value.instruction)}}}; }
 Fields fields(const ketra::InvalidityDate &value) { return {{{"date", ketra::timeText(value.date)}}}; }
 
-Fields fields(const ketra::SubjectDirectoryAttributes &value) {
-  Json list = Json::array();
-  for (const ketra::Attribute &attribute : value.attributes) {
-    Json values = Json::array();
-    for (const ketra::Octets &each : attribute.values) {
-      Json json{{"kind", "value"}};
-      if (const std::optional<std::string> text = ketra::stringText(each)) json["text"] = escape(*text);
-      json["octets"] = hex(each);
-      values.push_back(std::move(json));
+// Shown from its octets, which the library judges; arcs beyond 32 bits are not its fault.
+template <Fields (*kFields)(ketra::View)>
+struct FromOctets {
+  template <class T>
+  static Fields show(const ketra::Extensions &extensions) {
+    try {
+      extensions.get<T>();
+    } catch (const ketra::Error &error) {
+      if (error.code() != AsnError_Range) throw;
     }
-    list.push_back({{"type", identifierJson(attribute.type)}, {"values", std::move(values)}});
+    return kFields(extensions.find<T>()->value);
   }
-  return {{{"attributes", std::move(list)}}};
-}
+};
+template <class Shown>
+struct FromValue {
+  template <class T>
+  static Fields show(const ketra::Extensions &extensions) {
+    return fields(extensions.get<Shown>().value());
+  }
+};
 
-// Shown: the tolerant form, if there is one.
-template <class T, class Shown = T>
+// Show: where the fields come from; the tolerant form, if there is one.
+template <class T, class Show = FromValue<T>>
 TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr,
-                   std::string (*loss)(ketra::View) = nullptr) {
+                   std::string (*writtenDefault)(ketra::View) = nullptr, std::string (*loss)(ketra::View) = nullptr) {
   using Traits = ketra::ExtensionTraits<T>;
   const auto read = [](const ketra::Extensions &extensions) -> Writer {
     return [value = extensions.get<T>().value()](ketra::Extensions &to, bool critical) {
@@ -114,43 +111,47 @@ TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr,
     };
   };
   return {
-      .objid = &Traits::objid(),
-      .fields = [](const ketra::Extensions &extensions) { return fields(extensions.get<Shown>().value()); },
+      .objid = ketra::ObjectIdentifier(Traits::objid()),
+      .identifier = Identifier(ketra::ObjectIdentifier(Traits::objid())),
+      .fields = &Show::template show<T>,
       .read = read,
       .reason = reason,
+      .writtenDefault = writtenDefault,
       .loss = loss,
   };
 }
 
 }  // namespace
 
-const TypedExtension *findTyped(const ketra::ObjectIdentifier &objid) {
+const TypedExtension *findTyped(const Identifier &identifier) {
   static const TypedExtension kRows[] = {
-      row<ketra::BasicConstraints>(basicConstraintsReason),
-      row<ketra::KeyUsage>(keyUsageReason, keyUsageLoss),
+      row<ketra::BasicConstraints>(basicConstraintsReason, basicConstraintsDefault),
+      row<ketra::KeyUsage>(keyUsageReason, nullptr, keyUsageLoss),
       row<ketra::SubjectKeyId>(),
-      row<ketra::SubjectAltName, ketra::TolerantSubjectAltName>(namesReason),
-      row<ketra::IssuerAltName, ketra::TolerantIssuerAltName>(namesReason),
-      row<ketra::CertificateIssuer, ketra::TolerantCertificateIssuer>(namesReason),
-      row<ketra::CrlDistributionPoints, ketra::TolerantCrlDistributionPoints>(pointsReason, pointsLoss),
-      row<ketra::IssuingDistributionPoint, ketra::TolerantIssuingDistributionPoint>(issuingPointReason,
-                                                                                    issuingPointLoss),
-      row<ketra::NameConstraints, ketra::TolerantNameConstraints>(nameConstraintsReason),
-      row<ketra::AuthorityKeyId, ketra::TolerantAuthorityKeyId>(authorityKeyIdReason),
-      row<ketra::CertificatePolicies>(policiesReason),
-      row<ketra::PolicyMappings>(),
+      row<ketra::SubjectAltName, FromValue<ketra::TolerantSubjectAltName>>(namesReason),
+      row<ketra::IssuerAltName, FromValue<ketra::TolerantIssuerAltName>>(namesReason),
+      row<ketra::CertificateIssuer, FromValue<ketra::TolerantCertificateIssuer>>(namesReason),
+      row<ketra::CrlDistributionPoints, FromValue<ketra::TolerantCrlDistributionPoints>>(pointsReason, nullptr,
+                                                                                         pointsLoss),
+      row<ketra::IssuingDistributionPoint, FromValue<ketra::TolerantIssuingDistributionPoint>>(
+          issuingPointReason, issuingPointDefault, issuingPointLoss),
+      row<ketra::NameConstraints, FromValue<ketra::TolerantNameConstraints>>(nameConstraintsReason,
+                                                                             nameConstraintsDefault),
+      row<ketra::AuthorityKeyId, FromValue<ketra::TolerantAuthorityKeyId>>(authorityKeyIdReason),
+      row<ketra::CertificatePolicies, FromOctets<policyFields>>(policiesReason),
+      row<ketra::PolicyMappings, FromOctets<mappingFields>>(),
       row<ketra::PolicyConstraints>(),
-      row<ketra::ExtKeyUsage>(),
+      row<ketra::ExtKeyUsage, FromOctets<purposeFields>>(),
       row<ketra::PrivateKeyUsagePeriod>(timeReason),
-      row<ketra::SubjectDirectoryAttributes>(attributesReason),
+      row<ketra::SubjectDirectoryAttributes, FromOctets<attributeFields>>(attributesReason),
       row<ketra::CrlNumber>(),
       row<ketra::DeltaCrlIndicator>(),
       row<ketra::ReasonCode>(),
-      row<ketra::HoldInstruction>(),
+      row<ketra::HoldInstruction, FromOctets<instructionFields>>(),
       row<ketra::InvalidityDate>(timeReason),
   };
   for (const TypedExtension &row : kRows) {
-    if (std::ranges::equal(objid.arcs(), std::span(row.objid->arcs, row.objid->count))) return &row;
+    if (row.identifier == identifier) return &row;
   }
   return nullptr;
 }

@@ -3,8 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <iostream>
+#include <string_view>
 #include <system_error>
 #include <thread>
 
@@ -22,7 +25,7 @@ constexpr const char *kFooter =
     "standard input.\n"
     "\n"
     "Exit status: 0 all good; 1 some of the input is faulty, the rest was handled;\n"
-    "2 a file cannot be read, results cannot be written, or wrong usage.";
+    "2 a file cannot be read, results cannot be written, out of memory, wrong usage.";
 
 constexpr const char *kExamples =
     "Examples:\n"
@@ -65,6 +68,7 @@ class CommandLine {
     app_.parse(argc, argv);
     request_.command = check_->parsed() ? Command::Check : Command::Show;
     readJobs();
+    readMostOctets();
     readColour();
   }
 
@@ -81,6 +85,10 @@ class CommandLine {
     command.add_option("FILE", request_.files, "Files and directories to read")->required()->type_name("");
     command.add_option("-j,--jobs", jobs_, "Use N threads (default: one for each processor)")->type_name("N");
     command
+        .add_option("--max-object", mostOctets_,
+                    "Do not read an object of more than SIZE octets; SIZE\nmay end in K, M or G (default: 256M)")
+        ->type_name("SIZE");
+    command
         .add_option("--color", colour_, "always, never, or auto (the default): on a terminal,\nunless NO_COLOR is set")
         ->type_name("WHEN");
     command.footer(kFooter);
@@ -92,6 +100,22 @@ class CommandLine {
     const bool isNumber = error == std::errc() && end == jobs_.data() + jobs_.size();
     if (isNumber && request_.threads >= 1 && request_.threads <= kMost) return;
     throw CLI::ValidationError("--jobs", jobs_ + " is no number from 1 to " + std::to_string(kMost));
+  }
+
+  // The library reads encodings of up to 4294967295 octets.
+  void readMostOctets() {
+    constexpr uint64_t kMost = uint64_t{1} << 32;
+    constexpr std::string_view kUnits = "KMG";
+    const std::size_t unit = mostOctets_.empty() ? kUnits.npos : kUnits.find(mostOctets_.back());
+    const char *const digitsEnd = mostOctets_.data() + mostOctets_.size() - (unit == kUnits.npos ? 0 : 1);
+    const std::size_t shift = unit == kUnits.npos ? 0 : 10 * (unit + 1);
+    uint64_t number = 0;
+    const auto [end, error] = std::from_chars(mostOctets_.data(), digitsEnd, number);
+    const bool isNumber = error == std::errc() && end == digitsEnd;
+    if (!isNumber || number == 0 || number > kMost >> shift) {
+      throw CLI::ValidationError("--max-object", mostOctets_ + " is not a size from 1 to 4G");
+    }
+    request_.mostOctets = number << shift;
   }
 
   void readColour() {
@@ -141,6 +165,7 @@ class CommandLine {
 
   Request &request_;
   std::string jobs_ = std::to_string(std::max(1U, std::thread::hardware_concurrency()));
+  std::string mostOctets_ = "256M";
   std::string colour_ = "auto";
   CLI::App app_{"Shows and checks the extensions of X.509 certificates, CRLs and certificate requests.", "ketra"};
   CLI::App *show_ = app_.add_subcommand("show", "Print every extension, field by field");

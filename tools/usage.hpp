@@ -1,6 +1,7 @@
 // The command line: what it asks for, and what is said when it makes no sense.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,6 +17,7 @@ struct Request {
   bool asJson = false;
   bool isSummary = false;
   unsigned threads = 1;
+  uint64_t mostOctets = 0;  // of one object
   ColourChoice colour = ColourChoice::Auto;
 };
 

@@ -1,5 +1,6 @@
 #include "walk.hpp"
 
+#include <new>
 #include <optional>
 #include <set>
 #include <utility>
@@ -9,13 +10,12 @@
 #include "container.hpp"
 #include "escape.hpp"
 #include "identifier_names.hpp"
+#include "out_of_memory.hpp"
 
 namespace tool {
 namespace {
 
-std::string member(const std::string &list, uint32_t number) { return list + "/" + std::to_string(number); }
-
-using Identifiers = std::set<ketra::ObjectIdentifier>;
+using Identifiers = std::set<Identifier>;
 
 // `seen` has the identifiers of the extensions before these.
 void walkExtensions(const Asn1Reader &reader, const std::string &list, const Place &place, Visitor &visitor,
@@ -24,8 +24,9 @@ void walkExtensions(const Asn1Reader &reader, const std::string &list, const Pla
   for (uint32_t number = 1; number <= count; ++number) {
     Extension extension;
     try {
-      extension = readExtension(reader.octets(member(list, number)).value());
+      extension = readExtension(reader.octets(memberPath(list, number)).value());
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       visitor.unreadableExtension(place, number, error);
       continue;
     }
@@ -39,52 +40,64 @@ void walkExtensions(const Asn1Reader &reader, const std::string &list, const Pla
   walkExtensions(reader, list, place, visitor, seen);
 }
 
-std::string serialNumber(const Asn1Reader &reader, const std::string &path) {
-  return ketra::SerialNumber::ofContent(reader.octets(path).value()).hex();
+// The list in a field of the type, if it is there.
+std::optional<Asn1Reader> listIn(const AsnType *type, const std::optional<ketra::View> &field) {
+  if (!field) return std::nullopt;
+  return std::optional<Asn1Reader>(std::in_place, type, *field);
+}
+
+void walkExtensions(const std::optional<Asn1Reader> &extensions, const Place &place, Visitor &visitor) {
+  if (extensions) walkExtensions(*extensions, "/", place, visitor);
 }
 
 void walkCertificate(const Place &place, ketra::View encoding, Visitor &visitor) {
-  const Asn1Reader certificate(kCertificate, encoding);
-  visitor.beginObject(place, {{"serialNumber", serialNumber(certificate, "tbsCertificate/serialNumber")}});
-  walkExtensions(certificate, "tbsCertificate/extensions", place, visitor);
+  const Outline certificate = Outline::ofSigned(Kind::Certificate, encoding);
+  const std::optional<Asn1Reader> extensions = listIn(kTbsExtensions, certificate.octets("extensions"));
+  visitor.beginObject(place, certificate.facts());
+  walkExtensions(extensions, place, visitor);
   visitor.endObject();
 }
 
 void walkEntry(const Place &place, ketra::View encoding, Visitor &visitor) {
-  const Asn1Reader entry(kRevokedCertificate, encoding);
-  if (entry.count("crlEntryExtensions") == 0) return;
-  visitor.beginEntry(place, {{"serialNumber", serialNumber(entry, "userCertificate")},
-                             {"revocationDate", timeText(entry, "revocationDate")}});
-  walkExtensions(entry, "crlEntryExtensions", place, visitor);
+  const Outline entry = Outline::ofEntry(encoding);
+  const std::optional<Asn1Reader> extensions = listIn(kOpenList, entry.octets("crlEntryExtensions"));
+  const Json facts = entry.facts();
+  if ((!extensions || extensions->count("/") == 0) && !facts.contains("odd")) return;
+  visitor.beginEntry(place, facts);
+  walkExtensions(extensions, place, visitor);
   visitor.endEntry();
 }
 
+// A list that cannot be read is odd, and hides no extension of the CRL.
+std::optional<Asn1Reader> revokedIn(const Outline &crl, Json &facts) {
+  constexpr char kRevoked[] = "revokedCertificates";
+  try {
+    return listIn(kOpenList, crl.octets(kRevoked));
+  } catch (const ketra::Error &error) {
+    throwIfOutOfMemory(error);
+    addOdd(facts, kRevoked, crl.octets(kRevoked).value(), error);
+    return std::nullopt;
+  }
+}
+
 void walkCrl(Place place, ketra::View encoding, Visitor &visitor) {
-  const Asn1Reader crl(kCertificateList, encoding);
-  const std::string revoked = "tbsCertList/revokedCertificates";
-  const uint32_t count = crl.count(revoked);
-  Json facts{{"thisUpdate", timeText(crl, "tbsCertList/thisUpdate")}};
-  if (std::string next = timeText(crl, "tbsCertList/nextUpdate"); !next.empty()) facts["nextUpdate"] = std::move(next);
+  const Outline crl = Outline::ofSigned(Kind::Crl, encoding);
+  const std::optional<Asn1Reader> extensions = listIn(kCrlExtensions, crl.octets("crlExtensions"));
+  Json facts = crl.facts();
+  const std::optional<Asn1Reader> revoked = revokedIn(crl, facts);
+  const uint32_t count = revoked ? revoked->count("/") : 0;
   facts["revoked"] = count;
   visitor.beginObject(place, facts);
-  walkExtensions(crl, "tbsCertList/crlExtensions", place, visitor);
+  walkExtensions(extensions, place, visitor);
   for (place.entry = 1; place.entry <= count; ++place.entry) {
     try {
-      walkEntry(place, crl.octets(member(revoked, place.entry)).value(), visitor);
+      walkEntry(place, revoked->octets(memberPath("/", place.entry)).value(), visitor);
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       visitor.unreadable(place, problem(error));
     }
   }
   visitor.endObject();
-}
-
-// The text form of a name; null when it has none.
-Json nameText(ketra::View encoding) {
-  try {
-    return escapeDirectoryName(ketra::Name::decode(encoding).text());
-  } catch (const ketra::Error &) {
-    return nullptr;
-  }
 }
 
 // Every request for extensions is walked through, although there should be one (RFC 2985 5.4.2).
@@ -96,7 +109,7 @@ void walkExtensionRequest(const Place &place, uint32_t number, ketra::View encod
     visitor.unreadableAttribute(place, number, problem("extensionRequest has " + std::to_string(count) + " values"));
   }
   for (uint32_t value = 1; value <= count; ++value) {
-    walkExtensions(attribute, member("values", value), place, visitor, seen);
+    walkExtensions(attribute, memberPath("values", value), place, visitor, seen);
   }
 }
 
@@ -110,6 +123,7 @@ void walkAttributes(const std::vector<ketra::View> &attributes, const Place &pla
         walkExtensionRequest(place, number, attribute, visitor, seen);
       }
     } catch (const ketra::Error &error) {
+      throwIfOutOfMemory(error);
       visitor.unreadableAttribute(place, number, problem(error));
     }
   }
@@ -119,56 +133,79 @@ void walkAttributes(const std::vector<ketra::View> &attributes, const Place &pla
 void addType(ketra::View attribute, Json &types) {
   try {
     types.push_back(identifierJson(attributeType(attribute)));
-  } catch (const ketra::Error &) {
+  } catch (const ketra::Error &error) {
+    throwIfOutOfMemory(error);
     // walkAttributes tells.
   }
 }
 
 void walkRequest(const Place &place, ketra::View encoding, Visitor &visitor) {
-  const Asn1Reader request(kCertificationRequest, encoding);
+  const Outline request = Outline::ofSigned(Kind::Request, encoding);
+  const std::optional<Asn1Reader> list = listIn(kAttributes, request.octets("attributes"));
   std::vector<ketra::View> attributes;
   Json types = Json::array();
-  const uint32_t count = request.count("certificationRequestInfo/attributes");
+  const uint32_t count = list ? list->count("/") : 0;
   for (uint32_t number = 1; number <= count; ++number) {
-    attributes.push_back(request.octets(member("certificationRequestInfo/attributes", number)).value());
+    attributes.push_back(list->octets(memberPath("/", number)).value());
     addType(attributes.back(), types);
   }
-  const ketra::View subject = request.octets("certificationRequestInfo/subject").value();
-  visitor.beginObject(place, {{"subject", nameText(subject)}, {"attributes", std::move(types)}});
+  Json facts = request.facts();
+  facts["attributes"] = std::move(types);
+  visitor.beginObject(place, facts);
   walkAttributes(attributes, place, visitor);
   visitor.endObject();
 }
 
-void walkObject(Place place, const Stretch &stretch, Visitor &visitor) {
-  const std::optional<ketra::Octets> encoding = encodingOf(stretch);
-  if (!encoding) return visitor.unreadable(place, problem("the PEM block " + stretch.label + " is not base64"));
+void walkEncoding(Place place, Kind kind, ketra::View encoding, Visitor &visitor) {
   try {
-    place.kind = stretch.kind == Kind::Unknown ? recognise(*encoding) : stretch.kind;
+    place.kind = kind == Kind::Unknown ? recognise(encoding) : kind;
     switch (place.kind) {
-      case Kind::Certificate: return walkCertificate(place, *encoding, visitor);
-      case Kind::Crl: return walkCrl(place, *encoding, visitor);
-      case Kind::Request: return walkRequest(place, *encoding, visitor);
+      case Kind::Certificate: return walkCertificate(place, encoding, visitor);
+      case Kind::Crl: return walkCrl(place, encoding, visitor);
+      case Kind::Request: return walkRequest(place, encoding, visitor);
       case Kind::Unknown:
         return visitor.unreadable(place, problem("neither a certificate nor a CRL nor a certificate request"));
     }
   } catch (const ketra::Error &error) {
+    throwIfOutOfMemory(error);
     visitor.unreadable(place, problem(error));
+  }
+}
+
+void walkObject(const Place &place, const Stretch &stretch, Visitor &visitor) {
+  if (stretch.form == Stretch::Form::Der) {
+    const ketra::View encoding(reinterpret_cast<const uint8_t *>(stretch.text.data()), stretch.text.size());
+    return walkEncoding(place, stretch.kind, encoding, visitor);
+  }
+  const std::optional<ketra::Octets> encoding = decodePem(stretch);
+  if (!encoding) return visitor.unreadable(place, problem("the PEM block " + stretch.label + " is not base64"));
+  walkEncoding(place, stretch.kind, *encoding, visitor);
+}
+
+void walkPiece(const Piece &piece, Visitor &visitor) {
+  const Place place{.file = *piece.file, .index = piece.index};
+  switch (piece.stretch.form) {
+    case Stretch::Form::Der:
+    case Stretch::Form::Pem: return walkObject(place, piece.stretch, visitor);
+    case Stretch::Form::Note: return visitor.note(place.file, piece.stretch.text);
+    case Stretch::Form::Fault:
+    case Stretch::Form::Nothing: return visitor.unreadable(place, problem(piece.stretch.text));
   }
 }
 
 }  // namespace
 
-void walk(const Batch &batch, Visitor &visitor) {
+std::vector<std::string> walk(const Batch &batch, Visitor &visitor) {
+  std::vector<std::string> failures;
   for (const Piece &piece : batch.pieces) {
-    const Place place{.file = *piece.file, .index = piece.index};
-    switch (piece.stretch.form) {
-      case Stretch::Form::Der:
-      case Stretch::Form::Pem: walkObject(place, piece.stretch, visitor); break;
-      case Stretch::Form::Note: visitor.note(place.file, piece.stretch.text); break;
-      case Stretch::Form::Fault:
-      case Stretch::Form::Nothing: visitor.unreadable(place, problem(piece.stretch.text)); break;
+    try {
+      walkPiece(piece, visitor);
+    } catch (const std::bad_alloc &) {
+      visitor.giveUp();
+      failures.push_back(*piece.file + " #" + std::to_string(piece.index) + ": out of memory");
     }
   }
+  return failures;
 }
 
 }  // namespace tool

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "batches.hpp"
 #include "ketra/ketra.hpp"
@@ -35,8 +36,11 @@ class Visitor {
   virtual void unreadableExtension(const Place &place, uint32_t number, const ketra::Error &error) = 0;
   // An attribute of a request, by its number from 1, that is malformed.
   virtual void unreadableAttribute(const Place &place, uint32_t number, const Json &problem) = 0;
+  // Nothing more comes of what was begun.
+  virtual void giveUp() = 0;
 };
 
-void walk(const Batch &batch, Visitor &visitor);
+// Returns what is to be said of pieces for which there was no memory.
+std::vector<std::string> walk(const Batch &batch, Visitor &visitor);
 
 }  // namespace tool

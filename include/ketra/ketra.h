@@ -1,5 +1,6 @@
 /** @file
- * libketra: typed access to the standard extensions of X.509 version 3 certificates and version 2 CRLs. */
+ * libketra: typed access to the standard extensions of X.509 version 3 certificates and version 2 CRLs. The C headers
+ * need C11, or C++. */
 
 /** @defgroup ketra Typed extensions, C interface
  * The standard extensions of X.509 version 3 certificates and version 2 CRLs (X.509 9, RFC 5280 4.2, 5.2 and 5.3).
@@ -8,13 +9,16 @@
  * - Every operation but KetraVersion returns 0 on success; otherwise -1 or the result of the operation that failed,
  *   with a code (ketra_errors.h, contracts/asn1.h, contracts/certificate.h) and a trace, innermost cause first, in
  *   `err`, which may be null. A null handle, structure or out-parameter is KetraError_NullParameter.
- * - A set checks the whole structure first and stores last: a failed set leaves the extensions as they were. When it
- *   fails in storing, its encoding stays in the object's pool. The structure is only read and may be released after the
+ * - A set checks the whole structure first and stores last: a failed set leaves the extensions as they were, unless all
+ *   that failed was returning its own copy of the encoding to the pool after the store. An encoding that was made but
+ *   not stored, or not returned, stays in the object's pool. The structure is only read and may be released after the
  *   call.
  * - `critical` 1 marks the extension critical; every other value leaves it non-critical.
  * - A get of an extension that is not there is KetraError_ExtensionAbsent. Octets and arcs that a get returns are
  *   allocated in the pool of the Extensions object (KetraObjectGetMemObject) and live until they are freed there or
- *   the object is destroyed. After a failure, fields that were read before it keep what was read.
+ *   the object is destroyed; names lie in their own objects. Serial numbers in octets, policy qualifiers and the values
+ *   of relative names point into the stored extension instead, and an instruction code lies in a buffer of the thread:
+ *   their operations say how long they live. After a failure, fields that were read before it keep what was read.
  * - Which operation sets which code of its own stands in ketra_errors.h; codes of a check or of the decoder
  *   (`AsnCheckError_...`, `AsnError_...`) stay as they were set.
  * - What an operation reads costs time in proportion to its length, and at the peak less than 160 octets of work memory
@@ -28,6 +32,7 @@
 #include "ketra/contracts/asn1.h"
 #include "ketra/contracts/attributes.h"
 #include "ketra/contracts/certificate.h"
+#include "ketra/ketra_version.h"
 
 #if defined(_WIN32) && !defined(KETRA_STATIC)
 #ifdef KETRA_BUILD
@@ -167,7 +172,8 @@ KETRA_API int32_t X509GenNameObjectSetName(X509GenNameObject object, const X509G
                                            AsnErrorBlock *err);
 /** A view of the parameter. An object without a name is KetraError_GetNameEmpty. */
 KETRA_API int32_t X509GenNameObjectGetName(X509GenNameObject object, X509GenNameParam *parameter, AsnErrorBlock *err);
-/** Take a copy of one encoded GeneralName and decode it at once. The DER form refuses lengths that are not DER.
+/** Take a copy of one encoded GeneralName and decode it at once. The DER form refuses lengths that are not DER and
+ * constructed strings; in the value of an otherName and in the attributes of a name it looks at lengths only.
  * @{ */
 KETRA_API int32_t X509GenNameObjectSetPduDER(X509GenNameObject object, const AsnEncodedData *encoding,
                                              AsnErrorBlock *err);
@@ -391,8 +397,7 @@ KETRA_API int32_t KetraObjectSgetKeyUsage(KetraObject extensions, AsnBit *value,
 
 /** The key identifier: any octets, none too. Always stored non-critical. */
 KETRA_API int32_t KetraObjectSsetSubjectKeyId(KetraObject extensions, const AsnOct *value, AsnErrorBlock *err);
-/** The octets lie in the pool of the Extensions object. Written only when the identifier was read; a failing close or
- * destroy after that leaves it written. */
+/** The octets lie in the pool of the Extensions object. Written only when the get succeeds. */
 KETRA_API int32_t KetraObjectSgetSubjectKeyId(KetraObject extensions, AsnOct *value, AsnErrorBlock *err);
 
 /** @} */

@@ -42,8 +42,8 @@
 namespace ketra {
 inline namespace face {
 
-/// What a read may cost. Reading takes less than 250 octets of memory per octet of the value, results included; a list
-/// of empty names comes near that, an ordinary value takes 10 to 30.
+/// What a read may cost. Reading takes less than 260 octets of memory per octet of the value, results included; a list
+/// of bad names that all fail differently comes near that, an ordinary value takes 10 to 30.
 struct ReadLimits {
   std::size_t octets = std::numeric_limits<std::size_t>::max();  ///< of the value as it is stored
 };

@@ -29,6 +29,8 @@ typedef struct AsnErrorMeaning {
 } AsnErrorMeaning;
 
 /** Renders code and trace as lines that a person can read, innermost failure first; what is not printable is escaped.
+ * An offending number follows its message in decimal (a negative one, which may be a large length, in hex too), octets
+ * follow in hex; structures, which may hold pointers, are left out.
  * `meanings` (may be null) explains codes of other components. Writes at most `size` octets, NUL included, and returns
  * the length of the whole text without the NUL, so a call with size 0 measures. A null block has the empty text. */
 KETRA_RUNTIME_API uint32_t AsnErrorText(const AsnErrorBlock *err, const AsnErrorMeaning *meanings,
@@ -58,7 +60,9 @@ KETRA_RUNTIME_API int32_t KetraObjectCreate(KetraObject *object, AsnErrorBlock *
 KETRA_RUNTIME_API int32_t KetraObjectDestroy(KetraObject object, AsnErrorBlock *err);
 /** Replaces the contents of the object by the members of an Extensions SEQUENCE (RFC 5280 4.1), which is copied. An
  * identifier that occurs twice is KetraObjectError_Duplicate, an empty SEQUENCE KetraObjectError_Empty; on failure the
- * object is unchanged. An explicit critical FALSE is kept as {0, present}. Values are not looked into. */
+ * object is unchanged. An explicit critical FALSE is kept as {0, present}. An extension whose identifier has an arc
+ * beyond 32 bits is kept too: it is counted, reached by index and written back, but has no arcs to be found by. Values
+ * are not looked into. */
 KETRA_RUNTIME_API int32_t KetraObjectSetPduBER(KetraObject object, const AsnEncodedData *encoding, AsnErrorBlock *err);
 /** Encodes the extensions, in their order, as one Extensions SEQUENCE in the object's pool; the caller frees it there
  * or leaves it to the object's end. Criticality is written only when it is TRUE. An object without extensions has no
@@ -66,7 +70,8 @@ KETRA_RUNTIME_API int32_t KetraObjectSetPduBER(KetraObject object, const AsnEnco
 KETRA_RUNTIME_API int32_t KetraObjectGetPduDER(KetraObject object, AsnEncodedData *encoding, AsnErrorBlock *err);
 /** Number of extensions. */
 KETRA_RUNTIME_API int32_t KetraObjectCalExt(KetraObject object, uint32_t *count, AsnErrorBlock *err);
-/** The extension at an index from 0, in encoding order, as KetraObjectSearchExtpByObjid finds it. Visiting one after
+/** The extension at an index from 0, in encoding order, as KetraObjectSearchExtpByObjid finds it; one whose identifier
+ * has an arc beyond 32 bits has zero arcs in its record. Visiting one after
  * the other takes constant time each; a jump takes as long as its distance. No such index is KetraObjectError_Index. */
 KETRA_RUNTIME_API int32_t KetraObjectGetExtpByIndex(KetraObject object, uint32_t index,
                                                     const KetraExtension **extension, AsnErrorBlock *err);

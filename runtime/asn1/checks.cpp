@@ -8,8 +8,7 @@ int32_t failNull(Call call) { return call.fail(AsnCheckError_NullParameter, "no 
 
 int32_t checkPointer(Call call, const void *octets, const uint32_t &length) {
   if (octets != nullptr || length == 0) return 0;
-  return call.fail(AsnCheckError_Pointer, Text() << "a null pointer with a length of " << length, &length,
-                   static_cast<uint32_t>(sizeof length));
+  return call.fail(AsnCheckError_Pointer, Text() << "a null pointer with a length of " << length, length);
 }
 
 int32_t checkObjidValue(Call call, const Objid &objid) {
@@ -36,8 +35,7 @@ int32_t checkOptional(Call call, const Optional *optional, Check &&checkValue) {
     case 0: return 0;
     case 1: return checkValue(call, optional->value);
     default:
-      return call.fail(AsnCheckError_Option, Text() << "a presence flag of " << optional->option, &optional->option,
-                       static_cast<uint32_t>(sizeof optional->option));
+      return call.fail(AsnCheckError_Option, Text() << "a presence flag of " << optional->option, optional->option);
   }
 }
 
@@ -74,8 +72,7 @@ int32_t AsnCheckBitOptBER(const AsnBitOpt *bits, AsnErrorBlock *err) {
 int32_t AsnCheckBoolOptBER(const AsnBoolOpt *boolean, AsnErrorBlock *err) {
   return checkOptional({__func__, err}, boolean, [](Call call, const int32_t &value) {
     if (value == 0 || value == 1) return 0;
-    return call.fail(AsnCheckError_Boolean, Text() << "a BOOLEAN is 0 or 1, not " << value, &value,
-                     static_cast<uint32_t>(sizeof value));
+    return call.fail(AsnCheckError_Boolean, Text() << "a BOOLEAN is 0 or 1, not " << value, value);
   });
 }
 

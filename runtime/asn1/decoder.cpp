@@ -402,11 +402,13 @@ bool Decoder::nextComponent(Frame &frame, uint8_t identifier) {
   }
   frame.current = nullptr;
   for (uint32_t i = 1; i <= definition->count; ++i) {
-    if (match(definition + i, identifier) == nullptr) continue;
+    // An open type takes any tag: that says nothing about which component this was meant to be.
+    const AsnType *const matched = match(definition + i, identifier);
+    if (matched == nullptr || kindOf(matched) == Kind::Open) continue;
     fault_.set(AsnError_Component, pos_) << "component " << nameOf(definition + i) << " is repeated or out of order";
     return false;
   }
-  fault_.set(AsnError_Component, pos_).hex(identifier) << " is the tag of no component";
+  fault_.set(AsnError_Component, pos_).hex(identifier) << " is the tag of no component that may follow";
   return false;
 }
 

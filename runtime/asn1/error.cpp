@@ -29,12 +29,32 @@ const char *moduleOf(std::string_view function) {
   return module->name;
 }
 
+void append(const char *module, const char *function, const char *message, AsnErrorBlock *err,
+            const Offending &offending) {
+  if (err == nullptr) return;
+  if (err->count >= ASN_TRACE_ENTRIES) {
+    ++err->dropped;
+    return;
+  }
+  AsnTraceEntry &entry = err->entries[err->count++];
+  const auto &[value, valueLength, kind] = offending;
+  entry.module = module == nullptr ? "" : module;
+  entry.function = function == nullptr ? "" : function;
+  const std::size_t length = message == nullptr ? 0 : strnlen(message, ASN_TRACE_MESSAGE - 1);
+  if (length > 0) std::memcpy(entry.message, message, length);
+  entry.message[length] = '\0';
+  entry.value = value;
+  entry.valueLength = valueLength;
+  entry.valueKind = kind;
+  if (value != nullptr) std::memcpy(entry.valueOctets, value, std::min<uint32_t>(valueLength, ASN_TRACE_VALUE));
+}
+
 }  // namespace
 
-int32_t reportFailure(const char *function, AsnErrorBlock *err, uint32_t code, const char *message, const void *value,
-                      uint32_t valueLength) {
+int32_t reportFailure(const char *function, AsnErrorBlock *err, uint32_t code, const char *message,
+                      const Offending &offending) {
   if (err != nullptr) err->code = code;
-  AsnErrorInfo(moduleOf(function), function, message, err, value, valueLength);
+  append(moduleOf(function), function, message, err, offending);
   return -1;
 }
 
@@ -92,14 +112,19 @@ class Output {
   uint32_t length_ = 0;
 };
 
-void render(Output &out, const AsnTraceEntry &entry) {
-  out.put("\n  ");
-  out.escaped(entry.module);
-  out.put(' ');
-  out.escaped(entry.function);
-  out.put(": ");
-  out.escaped(entry.message);
-  if (entry.value == nullptr || entry.valueLength == 0) return;
+void renderNumber(Output &out, const uint8_t *octets) {
+  int32_t number = 0;
+  std::memcpy(&number, octets, sizeof number);
+  out.put((Text() << " [" << number).c_str());
+  if (number < 0) {
+    out.put(" (0x");
+    out.hex(static_cast<uint32_t>(number), 8);
+    out.put(')');
+  }
+  out.put(']');
+}
+
+void renderOctets(Output &out, const AsnTraceEntry &entry) {
   out.put(" [");
   const uint32_t copied = std::min<uint32_t>(entry.valueLength, ASN_TRACE_VALUE);
   for (uint32_t i = 0; i < copied; ++i) {
@@ -109,6 +134,18 @@ void render(Output &out, const AsnTraceEntry &entry) {
   out.put(copied < entry.valueLength ? " ...]" : "]");
 }
 
+void render(Output &out, const AsnTraceEntry &entry) {
+  out.put("\n  ");
+  out.escaped(entry.module);
+  out.put(' ');
+  out.escaped(entry.function);
+  out.put(": ");
+  out.escaped(entry.message);
+  if (entry.value == nullptr || entry.valueLength == 0) return;
+  if (entry.valueKind == ASN_VALUE_NUMBER) renderNumber(out, entry.valueOctets);
+  if (entry.valueKind == ASN_VALUE_OCTETS) renderOctets(out, entry);
+}
+
 }  // namespace
 }  // namespace ketra::asn1
 
@@ -116,20 +153,13 @@ using namespace ketra::asn1;
 
 int32_t AsnErrorInfo(const char *module, const char *function, const char *message, AsnErrorBlock *err,
                      const void *value, uint32_t valueLength) {
-  if (err == nullptr) return 0;
-  if (err->count >= ASN_TRACE_ENTRIES) {
-    ++err->dropped;
-    return 0;
+  Offending offending;
+  if (value != nullptr) {
+    offending.value = value;
+    if (valueLength == sizeof(uint32_t)) offending.kind = ASN_VALUE_NUMBER;
   }
-  AsnTraceEntry &entry = err->entries[err->count++];
-  entry.module = module == nullptr ? "" : module;
-  entry.function = function == nullptr ? "" : function;
-  const std::size_t length = message == nullptr ? 0 : strnlen(message, ASN_TRACE_MESSAGE - 1);
-  if (length > 0) std::memcpy(entry.message, message, length);
-  entry.message[length] = '\0';
-  entry.value = value;
-  entry.valueLength = valueLength;
-  if (value != nullptr) std::memcpy(entry.valueOctets, value, std::min<uint32_t>(valueLength, ASN_TRACE_VALUE));
+  offending.length = valueLength;
+  append(module, function, message, err, offending);
   return 0;
 }
 

@@ -48,9 +48,23 @@ class Text {
   std::size_t size_ = 0;
 };
 
+// What offends: a 32-bit number, octets, or nothing.
+struct Offending {
+  const void *value = nullptr;
+  uint32_t length = 0;
+  uint32_t kind = ASN_VALUE_STRUCTURE;
+
+  constexpr Offending() = default;
+  Offending(const int32_t &number) : value(&number), length(sizeof number), kind(ASN_VALUE_NUMBER) {}
+  Offending(const uint32_t &number) : value(&number), length(sizeof number), kind(ASN_VALUE_NUMBER) {}
+  Offending(const uint8_t *octets, uint32_t count) : value(octets), length(count), kind(ASN_VALUE_OCTETS) {}
+};
+
+inline constexpr Offending kNothing;
+
 // Sets the code, appends the entry, returns -1.
 [[gnu::cold]] int32_t reportFailure(const char *function, AsnErrorBlock *err, uint32_t code, const char *message,
-                                    const void *value, uint32_t valueLength);
+                                    const Offending &offending);
 
 // One call of an exported operation: under which name it reports, and where to. Small: it travels in registers where it
 // is only passed on.
@@ -58,13 +72,13 @@ struct Call {
   const char *function;
   AsnErrorBlock *err;
 
-  [[gnu::always_inline]] inline int32_t fail(uint32_t code, const char *message, const void *value = nullptr,
-                                             uint32_t valueLength = 0) const {
-    return reportFailure(function, err, code, message, value, valueLength);
+  [[gnu::always_inline]] inline int32_t fail(uint32_t code, const char *message,
+                                             const Offending &offending = kNothing) const {
+    return reportFailure(function, err, code, message, offending);
   }
-  [[gnu::always_inline]] inline int32_t fail(uint32_t code, const Text &message, const void *value = nullptr,
-                                             uint32_t valueLength = 0) const {
-    return reportFailure(function, err, code, message.c_str(), value, valueLength);
+  [[gnu::always_inline]] inline int32_t fail(uint32_t code, const Text &message,
+                                             const Offending &offending = kNothing) const {
+    return reportFailure(function, err, code, message.c_str(), offending);
   }
 };
 

@@ -23,6 +23,10 @@ class Segments {
         --depth_;
         continue;
       }
+      if (p_ == level.end) {
+        fault.set(AsnError_EndOfContents, p_) << "the end-of-contents octets are missing";
+        return Step::Fault;
+      }
       Header header;
       if (!readHeader(p_, level.end, header, fault)) return Step::Fault;
       if ((header.identifier & ~0x20) != tag_) {

@@ -5,25 +5,24 @@
 namespace ketra::asn1 {
 namespace {
 
-// Moves `q` behind the identifier octets of the high-tag-number form (X.690 8.1.2.4).
+// Moves `q` past the identifier octets of the high-tag-number form (X.690 8.1.2.4). No known type has such a tag, so
+// the number may be of any size.
 bool skipTagNumber(const uint8_t *&q, const uint8_t *end, Fault &fault) {
-  const uint8_t *start = q;
-  uint32_t number = 0;
-  do {
-    if (q == end) {
-      fault.set(AsnError_Truncated, q) << "the encoding ends inside a tag";
-      return false;
-    }
-    if (number > UINT32_MAX >> 7 || (q == start && *q == 0x80)) {
-      fault.set(AsnError_Tag, q) << (q == start ? "the tag number is padded" : "the tag number exceeds 32 bits");
-      return false;
-    }
-    number = number << 7 | (*q & 0x7Fu);
-  } while ((*q++ & 0x80) != 0);
-  if (number < 31) {
-    fault.set(AsnError_Tag, start) << "tag number " << number << " in the form for high tag numbers";
+  const uint8_t *const start = q;
+  if (q != end && *q == 0x80) {
+    fault.set(AsnError_Tag, q) << "the tag number is padded";
     return false;
   }
+  while (q != end && *q >= 0x80) ++q;
+  if (q == end) {
+    fault.set(AsnError_Truncated, q) << "the encoding ends inside a tag";
+    return false;
+  }
+  if (*start < 31) {
+    fault.set(AsnError_Tag, start) << "tag number " << uint32_t{*start} << " in the form for high tag numbers";
+    return false;
+  }
+  ++q;
   return true;
 }
 
@@ -114,6 +113,10 @@ bool walk(const uint8_t *octets, uint32_t length, Fault &fault, Visit &&visit) {
     if (depth > 0 && !levels[depth - 1].indefinite && p == bound) {
       --depth;
       continue;
+    }
+    if (depth > 0 && p == bound) {
+      fault.set(AsnError_EndOfContents, p) << "the end-of-contents octets are missing";
+      return false;
     }
     Header header;
     if (!readValueHeader(p, bound, header, fault)) return false;

@@ -104,7 +104,7 @@ int32_t AttributeList::readEntries(Call call, const AsnOct &attributes, uint32_t
     if (!asn1::readArcs(parts.type.octets, parts.type.length, entry->arcCount, numbers)) {
       const auto number = static_cast<uint32_t>(entry - entries_) + 1;
       return call.fail(AsnError_Range, Text() << "the type of attribute " << number << " has an arc beyond 32 bits",
-                       parts.type.octets, parts.type.length);
+                       {parts.type.octets, parts.type.length});
     }
     numbers += entry->arcCount;
     Walk values(parts.values);

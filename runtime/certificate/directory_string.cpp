@@ -101,7 +101,7 @@ bool hasShape(Call call, const X509DirStr *string, const char *what) {
   }
   if (isChoice(string->choice)) return true;
   call.fail(X509DirStrError_Choice, Text() << what << " has alternative " << string->choice << "; there are 1 to 5",
-            &string->choice, static_cast<uint32_t>(sizeof string->choice));
+            string->choice);
   return false;
 }
 
@@ -113,7 +113,7 @@ bool countCharacters(Call call, const X509DirStr &string, const char *what, uint
     if (characters.atEnd()) return true;
     const auto offset = static_cast<uint32_t>(characters.at() - string.octets);
     call.fail(X509DirStrError_Characters, Text() << what << " is no UTF-8 from octet " << offset << " on",
-              characters.at(), string.length - offset);
+              {characters.at(), string.length - offset});
     return false;
   }
   const uint32_t unit = string.choice == X509DirStr_BmpString ? 2 : string.choice == X509DirStr_UniversalString ? 4 : 1;
@@ -207,6 +207,5 @@ int32_t X509MUtilGetCheckLengthOfDirStr(const X509DirStr *string, uint32_t upper
   if (count >= 1 && count <= upperBound) return 0;
   return call.fail(
       X509DirStrError_Length,
-      ketra::asn1::Text() << what << " has " << count << " characters; 1 to " << upperBound << " are allowed", &count,
-      static_cast<uint32_t>(sizeof count));
+      ketra::asn1::Text() << what << " has " << count << " characters; 1 to " << upperBound << " are allowed", count);
 }

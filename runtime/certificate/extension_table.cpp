@@ -25,28 +25,47 @@ bool sameObjid(const Objid &a, const Objid &b) {
   return rest == 0 || a.arcs[0] == b.arcs[0];
 }
 
+bool sameOctets(const AsnOct &a, const AsnOct &b) {
+  return a.length == b.length && std::memcmp(a.octets, b.octets, a.length) == 0;
+}
+
 }  // namespace
 
 // The first slot to look at. Mixed with an address, so that nobody who writes certificates can make identifiers
 // collide.
-uint32_t Table::slotOf(const Objid &objid) const {
+uint32_t Table::slotOf(const Identifier &identifier) const {
   uint64_t mixed = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(pool_)) | 1;
-  for (uint32_t i = 0; i < objid.count; ++i) {
-    mixed = (mixed ^ objid.arcs[i]) * 0x9E3779B97F4A7C15u;
+  const auto mix = [&](uint32_t part) {
+    mixed = (mixed ^ part) * 0x9E3779B97F4A7C15u;
     mixed ^= mixed >> 32;
-  }
+  };
+  const auto &[objid, octets] = identifier;
+  for (uint32_t i = 0; i < objid.count; ++i) mix(objid.arcs[i]);
+  for (uint32_t i = 0; i < octets.length; ++i) mix(octets.octets[i]);
   return static_cast<uint32_t>(mixed * 0xC2B2AE3D27D4EB4Fu >> 32) & (indexSize_ - 1);
 }
 
-Entry *Table::find(const Objid &objid) const {
+template <class Matches>
+inline Entry *Table::search(const Objid &objid, const AsnOct &octets, Matches &&matches) const {
   if (index_ == nullptr) {
     Entry *entry = first_;
-    while (entry != nullptr && !sameObjid(entry->extension.objid, objid)) entry = entry->next;
+    while (entry != nullptr && !matches(*entry)) entry = entry->next;
     return entry;
   }
-  for (uint32_t slot = slotOf(objid);; slot = (slot + 1) & (indexSize_ - 1)) {
-    if (index_[slot] == nullptr || sameObjid(index_[slot]->extension.objid, objid)) return index_[slot];
+  for (uint32_t slot = slotOf({objid, octets});; slot = (slot + 1) & (indexSize_ - 1)) {
+    if (index_[slot] == nullptr || matches(*index_[slot])) return index_[slot];
   }
+}
+
+Entry *Table::find(const Objid &objid) const {
+  if (objid.count == 0) return nullptr;  // the arcs of what is found by its octets
+  return search(objid, {}, [&](const Entry &entry) { return sameObjid(entry.extension.objid, objid); });
+}
+
+Entry *Table::find(const Identifier &identifier) const {
+  const AsnOct &octets = identifier.octets;
+  if (octets.length == 0) return find(identifier.objid);
+  return search({}, octets, [&](const Entry &entry) { return sameOctets(entry.identifier().octets, octets); });
 }
 
 Entry *Table::at(uint32_t position) {
@@ -61,10 +80,11 @@ Entry *Table::at(uint32_t position) {
   return visited_;
 }
 
-int32_t Table::append(const KetraExtension &extension, bool ownsValue, AsnErrorBlock *err) {
+int32_t Table::append(const KetraExtension &extension, const AsnOct &identifier, bool ownsValue, AsnErrorBlock *err) {
   void *memory = nullptr;
   if (makeRoom(err) != 0 || AsnMemObjectMalloc(pool_, sizeof(Entry), &memory, err) != 0) return -1;
-  auto *entry = new (memory) Entry{extension, ownsValue, ++appended_, last_, nullptr};
+  auto *entry =
+      new (memory) Entry{extension, identifier.octets, identifier.length, ownsValue, ++appended_, last_, nullptr};
   (last_ == nullptr ? first_ : last_->next) = entry;
   last_ = entry;
   ++count_;
@@ -90,7 +110,7 @@ int32_t Table::makeRoom(AsnErrorBlock *err) {
 }
 
 void Table::enter(Entry *entry) {
-  uint32_t slot = slotOf(entry->extension.objid);
+  uint32_t slot = slotOf(entry->identifier());
   while (index_[slot] != nullptr) slot = (slot + 1) & (indexSize_ - 1);
   index_[slot] = entry;
 }
@@ -98,10 +118,10 @@ void Table::enter(Entry *entry) {
 // Empties the entry's slot, and moves up what stands behind it only because slots before were taken.
 void Table::leave(const Entry *entry) {
   const uint32_t mask = indexSize_ - 1;
-  uint32_t hole = slotOf(entry->extension.objid);
+  uint32_t hole = slotOf(entry->identifier());
   while (index_[hole] != entry) hole = (hole + 1) & mask;
   for (uint32_t slot = (hole + 1) & mask; index_[slot] != nullptr; slot = (slot + 1) & mask) {
-    const uint32_t home = slotOf(index_[slot]->extension.objid);
+    const uint32_t home = slotOf(index_[slot]->identifier());
     if (((slot - home) & mask) < ((slot - hole) & mask)) continue;
     index_[hole] = index_[slot];
     hole = slot;

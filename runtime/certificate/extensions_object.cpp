@@ -7,6 +7,7 @@
 #include "ketra/contracts/asn1_schema.hpp"
 #include "ketra/contracts/certificate.h"
 #include "ketra/ketra_runtime.h"
+#include "runtime/asn1/content.h"
 #include "runtime/asn1/pool.h"
 #include "runtime/certificate/extension_table.h"
 
@@ -30,6 +31,20 @@ constexpr schema::Row kRows[] = {
 };
 constexpr auto kExtensions = schema::compile(kRows);
 
+// What is written: an identifier with an arc beyond 32 bits by its content octets.
+constexpr schema::Row kWrittenRows[] = {
+    // clang-format off
+    schema::SequenceOf("Extensions"),
+        schema::Element("Extension"),
+    schema::Sequence("Extension"),
+        schema::Component("extnID", schema::ObjectIdentifier, schema::Optional),
+        schema::Component("octetsOfExtnID", schema::Octets(6), schema::Optional),
+        schema::Component("critical", schema::Boolean, schema::Optional),
+        schema::Component("extnValue", schema::OctetString),
+    // clang-format on
+};
+constexpr auto kWrittenExtensions = schema::compile(kWrittenRows);
+
 struct ExtensionsObject : KetraObjectRecord {
   explicit ExtensionsObject(AsnMemObject memory) : KetraObjectRecord{memory, {}, nullptr}, table(memory) {}
   Table table;
@@ -42,7 +57,7 @@ int32_t addNew(KetraObject object, const KetraExtension &extension, const AsnEnc
   KetraExtension copy = extension;
   copy.value = value;
   if (AsnMUtilCopyObjidBER(object->pool, &copy.objid, &extension.objid, err) != 0) return -1;
-  if (table.append(copy, true, err) == 0) return 0;
+  if (table.append(copy, {}, true, err) == 0) return 0;
   table.free(copy.objid.arcs);
   return -1;
 }
@@ -59,6 +74,25 @@ class MemberPath {
   char text_[12];
 };
 
+// Reads the arcs of a member's identifier into the pool; one with an arc that does not fit stays where it is, as
+// octets.
+int32_t readIdentifier(AsnMemObject pool, AsnObject work, AsnValue member, Identifier *identifier, AsnErrorBlock *err) {
+  AsnOct content{};
+  if (AsnCalAddressOfValFld(work, member, "extnID", &content.octets, &content.length, err) != 0) return -1;
+  const uint32_t count = asn1::countArcs(content.octets, content.length);
+  if (count <= UINT32_MAX / sizeof(uint32_t)) {
+    auto *arcs = static_cast<uint32_t *>(asn1::allocate(pool, static_cast<uint32_t>(count * sizeof(uint32_t)), err));
+    if (arcs == nullptr) return -1;
+    if (asn1::readArcs(content.octets, content.length, count, arcs)) {
+      *identifier = {{arcs, count}, {}};
+      return 0;
+    }
+    AsnMemObjectFree(pool, arcs, nullptr);
+  }
+  *identifier = {{}, content};
+  return 0;
+}
+
 // Where the value of a member lies in the encoding; one in segments gets a copy.
 int32_t readValue(AsnMemObject pool, AsnObject work, AsnValue member, KetraExtension *extension, bool *owns,
                   AsnErrorBlock *err) {
@@ -73,23 +107,25 @@ int32_t readValue(AsnMemObject pool, AsnObject work, AsnValue member, KetraExten
 
 int32_t readMember(Call call, AsnMemObject pool, AsnObject work, AsnValue list, uint32_t number, Table *table) {
   KetraExtension extension{};
+  Identifier identifier{};
   AsnValue member = nullptr;
   AsnBoolOpt critical{};
   bool ownsValue = false;
   if (AsnGetElement(work, list, MemberPath(number), &member, call.err) != 0 ||
       AsnGetOptBoolBER(work, member, "critical", &critical, call.err) != 0 ||
-      AsnMUtilGetObjidBER(pool, work, member, "extnID", &extension.objid, call.err) != 0) {
+      readIdentifier(pool, work, member, &identifier, call.err) != 0) {
     return -1;
   }
+  extension.objid = identifier.objid;
   extension.critical = critical.value;
   extension.criticalOption = critical.option;
   int32_t result = 0;
-  if (table->find(extension.objid) != nullptr) {
+  if (table->find(identifier) != nullptr) {
     result = call.fail(KetraObjectError_Duplicate, Text() << "extension " << number << " repeats an identifier");
   } else {
     result = readValue(pool, work, member, &extension, &ownsValue, call.err);
   }
-  if (result == 0) result = table->append(extension, ownsValue, call.err);
+  if (result == 0) result = table->append(extension, identifier.octets, ownsValue, call.err);
   if (result == 0) return 0;
   table->free(extension.objid.arcs);
   if (ownsValue) table->free(extension.value.octets);
@@ -113,14 +149,15 @@ int32_t readMembers(Call call, AsnMemObject pool, AsnObject work, Table *table, 
   return 0;
 }
 
-int32_t writeMember(AsnObject work, AsnValue list, uint32_t number, const KetraExtension &extension,
-                    AsnErrorBlock *err) {
+int32_t writeMember(AsnObject work, AsnValue list, uint32_t number, const Entry &entry, AsnErrorBlock *err) {
+  const KetraExtension &extension = entry.extension;
   const AsnOct octets{extension.value.octets, extension.value.length};
+  const AsnOct identifier = entry.identifier().octets;
   AsnValue member = nullptr;
-  if (AsnMakeElement(work, list, MemberPath(number), &member, err) != 0 ||
-      AsnSetObjidDER(work, member, "extnID", &extension.objid, err) != 0) {
-    return -1;
-  }
+  if (AsnMakeElement(work, list, MemberPath(number), &member, err) != 0) return -1;
+  const int32_t set = identifier.length > 0 ? AsnSetOctDER(work, member, "octetsOfExtnID", &identifier, err)
+                                            : AsnSetObjidDER(work, member, "extnID", &extension.objid, err);
+  if (set != 0) return -1;
   if (extension.criticalOption == 1 && extension.critical != 0 &&
       AsnSetBoolDER(work, member, "critical", 1, err) != 0) {
     return -1;
@@ -131,10 +168,10 @@ int32_t writeMember(AsnObject work, AsnValue list, uint32_t number, const KetraE
 int32_t writeMembers(const Table &table, AsnMemObject pool, AsnObject work, AsnEncodedData *encoding,
                      AsnErrorBlock *err) {
   AsnValue list = nullptr;
-  if (AsnOpenNew(work, kExtensions.data(), &list, err) != 0) return -1;
+  if (AsnOpenNew(work, kWrittenExtensions.data(), &list, err) != 0) return -1;
   uint32_t number = 0;
   for (const Entry *entry = table.first(); entry != nullptr; entry = entry->next) {
-    if (writeMember(work, list, ++number, entry->extension, err) != 0) return -1;
+    if (writeMember(work, list, ++number, *entry, err) != 0) return -1;
   }
   return AsnMUtilEncodeDER(pool, work, list, "/", encoding, err);
 }

@@ -184,7 +184,7 @@ int32_t X509IpAddressToText(const AsnOct *address, char *text, uint32_t size, As
   }
   const uint32_t length = address->length;
   if (length != kIpv4 && length != kIpv6 && length != 2 * kIpv4 && length != 2 * kIpv6) {
-    return call.fail(X509IpError_Length, Text() << "an address of " << length << " octets", address->octets, length);
+    return call.fail(X509IpError_Length, Text() << "an address of " << length << " octets", {address->octets, length});
   }
   const bool hasMask = length == 2 * kIpv4 || length == 2 * kIpv6;
   const uint32_t half = hasMask ? length / 2 : length;

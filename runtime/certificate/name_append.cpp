@@ -63,12 +63,12 @@ int32_t checkAttribute(Call call, const X509NameAttribute &attribute, uint32_t n
   if (count == 0) return call.fail(X509DirStrError_Length, Text() << what.c_str() << " has no characters");
   if (value.choice == X509DirStr_PrintableString && !isPrintable(value.octets, value.length)) {
     return call.fail(X509DirStrError_Characters, Text() << what.c_str() << " has characters beyond PrintableString",
-                     value.octets, value.length);
+                     {value.octets, value.length});
   }
   if (!isIa5Type(attribute.type) || fitsIa5(value)) return 0;
   return call.fail(X509NameError_Attribute,
                    Text() << what.c_str() << " is an IA5String: ASCII, given as PrintableString or UTF8String",
-                   value.octets, value.length);
+                   {value.octets, value.length});
 }
 
 int32_t writeAttribute(Call call, AsnObject work, AsnValue rdn, const X509NameAttribute &attribute) {

@@ -22,7 +22,7 @@ int32_t checkContent(Call call, const uint8_t *octets, uint32_t length) {
 }
 
 int32_t failForm(Call call, const int32_t &form) {
-  return call.fail(X509SerialError_Form, Text() << "a serial number of the form " << form, &form, sizeof form);
+  return call.fail(X509SerialError_Form, Text() << "a serial number of the form " << form, form);
 }
 
 }  // namespace
@@ -37,9 +37,7 @@ int32_t X509MUtilCheckCertSerialNumberOpt(const X509CertSerialNumberOpt *serial,
   switch (serial->option) {
     case 0: return 0;
     case 1: break;
-    default:
-      return call.fail(X509SerialError_Form, Text() << "a presence flag of " << serial->option, &serial->option,
-                       sizeof serial->option);
+    default: return call.fail(X509SerialError_Form, Text() << "a presence flag of " << serial->option, serial->option);
   }
   switch (value.form) {
     case kNumber: return 0;

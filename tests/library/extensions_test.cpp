@@ -57,7 +57,7 @@ TEST(Criticality, OnlyExactlyOneIsCritical) {
   }
 }
 
-TEST(Version, OneConstantBanner) {
+TEST(Version, OneConstantBannerThatAgreesWithTheMacros) {
   const char *first = nullptr;
   const char *second = nullptr;
   EXPECT_EQ(KetraVersion(&first), 0);
@@ -68,6 +68,10 @@ TEST(Version, OneConstantBanner) {
   EXPECT_EQ(std::count(banner.begin(), banner.end(), '\n'), 2);
   EXPECT_EQ(banner.back(), '\n');
   EXPECT_NE(banner.find("Version " KETRA_TEST_VERSION " (" KETRA_TEST_DATE ")\n"), std::string::npos);
+  EXPECT_STREQ(KETRA_VERSION_TEXT, KETRA_TEST_VERSION);
+  EXPECT_EQ(std::to_string(KETRA_VERSION_MAJOR) + "." + std::to_string(KETRA_VERSION_MINOR) + "." +
+                std::to_string(KETRA_VERSION_PATCH),
+            KETRA_TEST_VERSION);
 }
 
 }  // namespace

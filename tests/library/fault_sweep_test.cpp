@@ -10,6 +10,7 @@
 #include "library/outside_calls.h"
 #include "library/outside_operations.h"
 #include "library/system_requests.h"
+#include "names/general_name_object.h"
 
 namespace ketra::test {
 namespace {
@@ -165,6 +166,7 @@ int32_t runArmed(const Operation &operation, Stage &stage, Err &err, int failAt)
   outside.cleanUp.clear();
   outside.owed.clear();
   outside.openRoots.clear();
+  outside.bound.clear();
   outside.lookedUp.clear();
   outside.opened.clear();
   outside.lengthsOf.clear();
@@ -239,6 +241,15 @@ void expectCleanUp(const ExpectedCall &call) {
   EXPECT_EQ(made, owed);
 }
 
+// Values are closed before the pool is destroyed into which they were read.
+void expectOrder() {
+  const auto &calls = outside.cleanUp;
+  const auto closed = std::find(calls.begin(), calls.end(), "AsnClose");
+  if (closed != calls.end()) {
+    EXPECT_EQ(std::find(calls.begin(), closed, "AsnMemObjectDestroy"), closed);
+  }
+}
+
 void expectFailure(const Case &one, const Operation &operation, const Run &success, std::size_t failed) {
   const ExpectedCall &call = one.calls[failed];
   SCOPED_TRACE(call.name + ", call " + std::to_string(failed + 1));
@@ -247,10 +258,13 @@ void expectFailure(const Case &one, const Operation &operation, const Run &succe
   ASSERT_EQ(operation.prepare(stage, err), 0);
   const Live live;
   const State before(stage);
+  const AsnOct octets = stage.octets;
   EXPECT_EQ(runArmed(operation, stage, err, static_cast<int>(failed) + 1), call.result);
   EXPECT_EQ(err.code(), kInjectedCode);
   EXPECT_EQ(err.trace(), call.trace);
   if (!outside.cleanUpFails) expectCleanUp(call);
+  expectOrder();
+  EXPECT_EQ(stage.octets.octets, octets.octets) << "written by a success only";
   EXPECT_EQ(outside.liveWorkObjects, live.workObjects);
   EXPECT_LE(outside.livePools, live.pools);
   EXPECT_LE(outside.liveNames, live.names);
@@ -303,7 +317,9 @@ TEST(FaultSweep, FailedEncodingKeepsTheOldOne) {
     Stage stage("dNSName");
     Err err;
     ASSERT_EQ(stage.object.setPdu(ber), 0);
+    const auto used = usage(stage.object.handle->pool);
     EXPECT_EQ(runArmed(get, stage, err, failAt), -1);
+    EXPECT_EQ(usage(stage.object.handle->pool), used);
     EXPECT_EQ(stage.object.ber(), toHex(ber)) << outside.calls.back();
     EXPECT_EQ(stage.object.der(), "82 01 61");
   }

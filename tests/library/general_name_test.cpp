@@ -46,6 +46,11 @@ TEST(GeneralName, States) {
   ASSERT_EQ(X509GenNameObjectSetName(object, &param, nullptr), 0);
   EXPECT_EQ(object.ber(), sampleOf("iPAddress"));
   EXPECT_EQ(object.setPdu(fromHex("82 81 01 61"), false), -1) << "the DER form refuses other lengths";
+  EXPECT_EQ(object.setPdu(fromHex("A2 03 04 01 61"), false), -1) << "and constructed strings";
+  const Octets endless = fromHex("A4 80 30 80 00 00");
+  const AsnEncodedData unended{endless.data(), static_cast<uint32_t>(endless.size())};
+  EXPECT_EQ(codeOf(X509GenNameObjectSetPduDER, object, &unended), uint32_t{AsnError_EndOfContents});
+  EXPECT_EQ(codeOf(X509GenNameObjectSetPduBER, object, &unended), uint32_t{AsnError_EndOfContents});
   ASSERT_EQ(X509GenNameObjectCopy(copy, copy, nullptr), 0);
   EXPECT_EQ(copy.der(), "82 02 61 62");
   ASSERT_EQ(X509GenNameObjectCopy(copy, GenName(), nullptr), 0);
@@ -63,6 +68,25 @@ TEST(GeneralName, DamagedRecord) {
   EXPECT_EQ(refusal(X509GenNameObjectGetPduDER, object, &encoding), "0147E244 x509GenNameObjectSetParam: type [12]");
   EXPECT_EQ(codeOf(X509GenNameObjectSetName, object, &other), 0x0147E144u);
   EXPECT_EQ(object.der(), "empty");
+}
+
+// Whatever kind is held, a kind that does not exist and a copy that fails leave no name.
+TEST(GeneralName, FailuresLeaveNoName) {
+  GenName large("dNSName");
+  Param param = large.param();
+  static const std::string name(100000, 'x');
+  param.dNSName = exactly(name);
+  ASSERT_EQ(X509GenNameObjectSetName(large, &param, nullptr), 0);
+  param.type = 10;
+  for (const char *kind : kKinds) {
+    GenName object(kind);
+    EXPECT_EQ(codeOf(X509GenNameObjectSetName, object, &param), uint32_t{KetraError_SetNameType});
+    EXPECT_EQ(object.der(), "empty") << kind;
+    GenName copy(kind);
+    ASSERT_EQ(AsnMemObjectSetLimit(copy.handle->pool, 1, nullptr), 0);
+    EXPECT_EQ(codeOf(X509GenNameObjectCopy, copy, large), uint32_t{AsnMemError_Limit});
+    EXPECT_EQ(copy.der(), "empty") << kind;
+  }
 }
 
 // Setting one object again and again: replaced parameters and refused encodings go back to the pool.

@@ -89,15 +89,16 @@ constexpr double kMostTimes = 40;         // the time of an ordinary input, octe
 constexpr double kNoticeable = 0.05;      // seconds
 constexpr double kMostDecoding = 90 + 1;  // octets per octet: AsnDecode promises it, and the object has a copy
 constexpr double kMostWork = 160;         // ketra.h promises it
-constexpr double kMostByFace = 250;       // ketra.hpp does, and ketra_chains.h
+constexpr double kMostByChains = 250;     // ketra_chains.h does
+constexpr double kMostByFace = 260;       // ketra.hpp does
 constexpr double kBesides = 1 << 16;
 
 // What makes the objects and nodes for what it reads.
-bool isFace(const Way &way) {
-  return way.name.find("face") != std::string::npos || way.name.find("chains") != std::string::npos;
-}
+bool isChains(const Way &way) { return way.name.find("chains") != std::string::npos; }
+bool isFace(const Way &way) { return way.name.find("face") != std::string::npos || isChains(way); }
 double mostMemory(const Way &way) {
-  return way.kind == Way::Kind::Count ? kMostDecoding : isFace(way) ? kMostByFace : kMostWork;
+  if (way.kind == Way::Kind::Count) return kMostDecoding;
+  return isChains(way) ? kMostByChains : isFace(way) ? kMostByFace : kMostWork;
 }
 
 class HostileInputs : public testing::TestWithParam<std::string> {};
@@ -199,26 +200,42 @@ TEST(HostileStack, IsSmall) {
   ASSERT_EQ(pthread_attr_destroy(&attributes), 0);
 }
 
-// Work memory grows by doubling: what lies just behind a step costs most.
+// Bad names no two of which fail alike: a tolerant read keeps an error for each.
+Octets differentlyBad(std::size_t count) {
+  Octets names;
+  for (std::size_t i = 1 << 16; i > (1 << 16) - count; --i) {
+    const Octets name = {0xA6, 0x04, 0x24, 0x82, static_cast<uint8_t>((i - 1) >> 8), static_cast<uint8_t>(i - 1)};
+    names.insert(names.end(), name.begin(), name.end());
+  }
+  return tlv(0x30, names);
+}
+
+// Work memory grows by doubling: what lies just past a step costs most.
 TEST(HostileMemory, AtEveryStageOfGrowth) {
   if (!isMeasurable()) GTEST_SKIP() << "another malloc than the test's own";
   Worst worst;
   Worst decoding;
-  for (const auto &row : rowsOf(KETRA_GROWING_INPUTS)) {
-    const std::string &type = row.at(0);
-    const std::string &recipe = row.at(1);
-    for (std::size_t count = 1 << 15; count <= 1 << 16; count += 1 << 12) {
-      const Octets octets = build(recipe + std::to_string(count));
-      for (const Way &way : waysToRead(type)) {
-        if (isFace(way) || way.name.find(": ") != std::string::npos) continue;
-        const double multiple = costOf(way, octets).memory / static_cast<double>(octets.size());
-        EXPECT_LE(multiple, mostMemory(way)) << recipe << count << ", " << way.name;
-        (way.kind == Way::Kind::Count ? decoding : worst)
-            .note(multiple, type + " " + recipe + std::to_string(count) + ", " + way.name);
-      }
+  Worst ofFace;
+  const auto measure = [&](const std::string &type, const std::string &what, const Octets &octets) {
+    for (const Way &way : waysToRead(type)) {
+      if (way.name.find(": ") != std::string::npos) continue;
+      const double multiple = costOf(way, octets).memory / static_cast<double>(octets.size());
+      EXPECT_LE(multiple, mostMemory(way)) << what << ", " << way.name;
+      (isFace(way)                    ? ofFace
+       : way.kind == Way::Kind::Count ? decoding
+                                      : worst)
+          .note(multiple, type + " " + what + ", " + way.name);
     }
+  };
+  for (std::size_t count = 1 << 15; count <= 1 << 16; count += 1 << 12) {
+    for (const auto &row : rowsOf(KETRA_GROWING_INPUTS)) {
+      const std::string recipe = row.at(1) + std::to_string(count);
+      measure(row.at(0), recipe, build(recipe));
+    }
+    measure("subjectAltName", std::to_string(count) + " names that fail differently", differentlyBad(count));
   }
-  std::cout << "octets of memory per octet " << worst << "\nof a decoder " << decoding << "\n";
+  std::cout << "octets of memory per octet " << worst << "\nof a decoder " << decoding << "\nof the C++ face " << ofFace
+            << "\n";
 }
 
 // ---- Whole Extensions ----------------------------------------------------------------------------------------------

@@ -47,8 +47,22 @@ void settle(const void *handle) {
 
 void opened(AsnObject object, const AsnType *type, AsnValue value) {
   if (!outside.armed) return;
+  outside.bound.erase(value);
   if (outside.opened.empty()) outside.opened = type->name;
   if (!outside.openRoots.emplace(object, value).second) owe(value, "AsnClose");
+}
+
+// The structure that a value was opened from lives until that is closed.
+void bound(AsnValue value, const AsnEncodedData *encoding) {
+  if (outside.armed) outside.bound[value] = {encoding, *encoding};
+}
+void expectBound(AsnValue value) {
+  const auto bound = outside.bound.find(value);
+  if (!outside.armed || bound == outside.bound.end()) return;
+  const auto &[encoding, given] = bound->second;
+  EXPECT_EQ(encoding->octets, given.octets);
+  EXPECT_EQ(encoding->length, given.length);
+  outside.bound.erase(bound);
 }
 
 void closed(AsnObject object, AsnValue value) {
@@ -250,10 +264,12 @@ CALL(AsnObjectCreate, (AsnObject * o, AsnErrorBlock *err), (o, err), ketra::test
 CALL(AsnOpenNew, (AsnObject o, const AsnType *t, AsnValue *v, AsnErrorBlock *err), (o, t, v, err),
      ketra::test::opened(o, t, *v))
 CALL(AsnOpenFromMem, (AsnObject o, const AsnType *t, const AsnEncodedData *d, AsnValue *v, AsnErrorBlock *err),
-     (o, t, d, v, err), ketra::test::opened(o, t, *v))
+     (o, t, d, v, err), ketra::test::opened(o, t, *v);
+     ketra::test::bound(*v, d))
 CALL(AsnDecode, (AsnObject o, AsnValue v, int32_t z, uint32_t *s, AsnErrorBlock *err), (o, v, z, s, err),
      EXPECT_EQ(z, 0))
-RELEASE(AsnClose, (AsnObject o, AsnValue v, AsnErrorBlock *err), (o, v, err), ketra::test::closed(o, v))
+RELEASE(AsnClose, (AsnObject o, AsnValue v, AsnErrorBlock *err), (o, v, err), ketra::test::expectBound(v);
+        ketra::test::closed(o, v))
 RELEASE(AsnObjectDestroy, (AsnObject o, AsnErrorBlock *err), (o, err), ketra::test::released(o))
 
 extern "C" int32_t AsnMUtilErrorFinishAsn(AsnObject o, AsnValue v) {

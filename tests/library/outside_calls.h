@@ -33,7 +33,8 @@ struct OutsideCalls {
   // with the calls that release them.
   std::map<const void *, std::string> owed;
   std::vector<const Objid *> lookedUp;
-  std::string opened;                        // the type of the first value
+  std::map<AsnValue, std::pair<const AsnEncodedData *, AsnEncodedData>> bound;  // what values were opened from
+  std::string opened;                                                           // the type of the first value
   std::map<AsnObject, AsnValue> openRoots;   // the first value of each work object, while it is open
   std::map<std::string, std::string> paths;  // of the calls that were made, each after a blank, by their names
   std::vector<int32_t> lengthsOf;            // what string lengths were said to belong to

@@ -270,7 +270,7 @@ const std::map<std::string, Operation> kOperations = {
     SET(CertPolicies, "CertificatePoliciesSyntax", 1, &s.sampleChains.head),
     GET(CertPolicies, , "CertificatePoliciesSyntax", 0, s.preparedChains.policies),
     GET(CertPolicies, CalInformation, "CertificatePoliciesSyntax", &s.number),
-    GET(CertPolicies, CalQualifier, "CertificatePoliciesSyntax", 0, &s.number),
+    GET(CertPolicies, CalQualifier, "CertificatePoliciesSyntax", s.index(), &s.number),
     SET(PolicyMappings, "PolicyMappings", s.sampleChains.mappings),
     GET(PolicyMappings, , "PolicyMappings", s.preparedChains.mappings),
     GET(PolicyMappings, CalPolicyMapping, "PolicyMappings", &s.number),

@@ -1,6 +1,7 @@
 // The operations that the sweeps run, and what they run on.
 #pragma once
 
+#include <cstdlib>
 #include <functional>
 
 #include "schema/schema.h"
@@ -63,6 +64,7 @@ struct Stage {
   using Node = std::vector<uint32_t>;
   std::vector<std::vector<Node>> nodes() const;
   bool holdsOldNameOrNone() { return object.handle == nullptr || object.der() == held || object.der() == "empty"; }
+  uint32_t index() const { return static_cast<uint32_t>(std::strtoul(input.c_str(), nullptr, 10)); }  // else 0
   bool isFirst() const { return input.starts_with("first-"); }
 
   // Values to set, and places for results.

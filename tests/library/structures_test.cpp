@@ -32,6 +32,14 @@ struct Blamed {
     return Blamed{&blamed, sizeof blamed}; \
   }
 
+// The whole structure, as far as its last field goes.
+#define BLAMED_TO(last, ...)                                                                         \
+  []([[maybe_unused]] Stage &s) {                                                                    \
+    const auto &blamed = (__VA_ARGS__);                                                              \
+    const auto *end = reinterpret_cast<const char *>(&blamed.last) + sizeof blamed.last;             \
+    return Blamed{&blamed, static_cast<std::size_t>(end - reinterpret_cast<const char *>(&blamed))}; \
+  }
+
 constexpr uint8_t kOnes[] = {0xFF, 0xFF};
 constexpr uint8_t kPadded[] = {0x00, 0x01};
 constexpr uint32_t kNoArcs[] = {3, 5};
@@ -89,7 +97,9 @@ TEST(Structures, AreSetOrRefused) {
        CHANGED(s.sampleChains.policies[0].policyQualifiers.option = s.sampleChains.qualifiers[0].qualifier.option = 0),
        "=30 0E 30 05 06 03 2A 03 01 30 05 06 03 2A 03 02"},
       {"", CHANGED(s.sampleChains.head = nullptr), "01463083 Count = 0"},
-      {"", BLAMED(s.sampleChains.policies[1].policyQualifiers.option = 2, s.sampleChains.policies[1].policyQualifiers),
+      {"",
+       BLAMED_TO(option, s.sampleChains.policies[1].policyQualifiers.option = 2,
+                 s.sampleChains.policies[1].policyQualifiers),
        "01463054 option"},
       {"", CHANGED(s.sampleChains.policies[1].policyQualifiers = {nullptr, 1}), "01463084 Count = 0"},
       {"", CHANGED(s.sampleChains.policies[1].policyIdentifier.count = 1), "02300006 AsnCheckObjidBER"},
@@ -107,9 +117,16 @@ TEST(Structures, AreSetOrRefused) {
 
       {"KetraObjectSsetAuthorityKeyId", CHANGED(), std::string("=") + Chains::kKeyId},
       {"", CHANGED(s.sampleChains.keyId = {{{nullptr, 1}, 0}, {}, {}}), "=30 00"},
-      {"", BLAMED(s.sampleChains.keyId.authorityCertSerialNumber.option = 0, s.sampleChains.keyId), "01461059 opt"},
-      {"", BLAMED(s.sampleChains.keyId.authorityCertIssuer.option = 0, s.sampleChains.keyId), "01461059 opt"},
-      {"", BLAMED(s.sampleChains.keyId.authorityCertIssuer.option = 2, s.sampleChains.keyId.authorityCertIssuer),
+      {"",
+       BLAMED_TO(authorityCertSerialNumber.option, s.sampleChains.keyId.authorityCertSerialNumber.option = 0,
+                 s.sampleChains.keyId),
+       "01461059 opt"},
+      {"",
+       BLAMED_TO(authorityCertSerialNumber.option, s.sampleChains.keyId.authorityCertIssuer.option = 0,
+                 s.sampleChains.keyId),
+       "01461059 opt"},
+      {"",
+       BLAMED_TO(option, s.sampleChains.keyId.authorityCertIssuer.option = 2, s.sampleChains.keyId.authorityCertIssuer),
        "0147F754 X509MUtilCheckGenNamesOpt: option"},
       {"", CHANGED(s.sampleChains.keyId.authorityCertSerialNumber.value.form = 2),
        "02510030 X509MUtilCheckCertSerialNumberOpt"},
@@ -165,7 +182,8 @@ TEST(Structures, AreSetOrRefused) {
       {"X509MUtilCheckDistributionPointName fullName", CHANGED(s.sampleName.fullName = nullptr),
        "0147F682 X509MUtilCheckGenNames: Count = 0"},
       {"X509MUtilCheckDistributionPointNameOpt",
-       BLAMED(s.samples.issuing.distributionPoint.option = 2, s.samples.issuing.distributionPoint), "014FD554"},
+       BLAMED_TO(option, s.samples.issuing.distributionPoint.option = 2, s.samples.issuing.distributionPoint),
+       "014FD554"},
       {"X509MUtilSgetDistributionPointNameOpt", CHANGED(s.prepared.attributes[0].next = nullptr),
        "014FD299 X509MUtilSgetDistributionPointName: Chain of DistributionPointName "},
       {"KetraObjectSsetCRLDistributionPoints", CHANGED(), "=" + Structures::pointsDer()},
@@ -183,7 +201,7 @@ TEST(Structures, AreSetOrRefused) {
       {"X509MUtilCheckGenSubtrees", CHANGED(s.samples.subtrees[1].maximum.option = 2), "02300004 AsnCheckIntOptBER"},
       {"X509MUtilCheckGenSubtreesOpt", CHANGED(s.sampleSubtrees.genSubtrees = nullptr), "014FB486"},
       {"", CHANGED(s.samples.subtrees[1].base = nullptr), "014FB402"},
-      {"", BLAMED(s.sampleSubtrees.option = 2, s.sampleSubtrees), "014FB554"},
+      {"", BLAMED_TO(option, s.sampleSubtrees.option = 2, s.sampleSubtrees), "014FB554"},
       {"X509MUtilSgetGenSubtreesOpt", CHANGED(s.prepared.subtrees[0].next = nullptr),
        "014FB299 X509MUtilSgetGenSubtrees: Chain of GenSubtrees"},
       {"KetraObjectSsetNameConstraints both", CHANGED(s.sampleConstraints = {}), "=30 00"},
@@ -219,7 +237,71 @@ TEST(Structures, AreSetOrRefused) {
                 (err.block.entries[0].value == blamed.value && err.block.entries[0].valueLength == blamed.length));
     EXPECT_EQ(stage.extensions.pdu(), before);
     EXPECT_TRUE(stage.holdsOldNameOrNone());
+    Stage other(input);
+    row.change(other);
+    EXPECT_EQ(called(operation.run, other).text(), err.text()) << "no address is printed";
   }
+}
+
+// What a trace keeps of a structure: its fields and zeros between them, whatever the padding holds. The text has
+// nothing of it.
+template <class Structure, class Check>
+void expectFieldsOnly(const char *text, const std::string &kept, Check &&check, void (*fill)(Structure &)) {
+  for (const int garbage : {0xA5, 0x5A}) {
+    Structure structure;
+    std::memset(&structure, garbage, sizeof structure);
+    fill(structure);
+    Err err;
+    std::memset(&err.block.entries, garbage, sizeof err.block.entries);
+    EXPECT_EQ(check(&structure, err), -1);
+    EXPECT_EQ(err.text().substr(err.text().find('\n') + 3), text);
+    const AsnTraceEntry &entry = err.block.entries[0];
+    const Octets octets(entry.valueOctets, entry.valueOctets + ASN_TRACE_VALUE);
+    EXPECT_TRUE(sizeof(void *) != 8 || toHex(octets) == toHex(fromHex(kept))) << toHex(octets);
+  }
+}
+
+TEST(Structures, TracesHaveNoPadding) {
+  Extensions extensions;
+  const auto setKeyId = [&](const KetraAuthorityKeyId *value, AsnErrorBlock *err) {
+    return KetraObjectSsetAuthorityKeyId(extensions, value, err);
+  };
+  const auto setPolicy = [&](KetraPolicyInformation *value, AsnErrorBlock *err) {
+    return KetraObjectSsetCertPolicies(extensions, 0, &value, err);
+  };
+  expectFieldsOnly<KetraAuthorityKeyId>("X509 KetraObjectSsetAuthorityKeyId: opt", "00*8+03+00*15", setKeyId,
+                                        [](KetraAuthorityKeyId &value) {
+                                          value.keyIdentifier.value.octets = nullptr;
+                                          value.keyIdentifier.value.length = 3;
+                                          value.keyIdentifier.option = 0;
+                                          value.authorityCertIssuer.option = 0;
+                                          value.authorityCertSerialNumber.value.form = 0;
+                                          value.authorityCertSerialNumber.option = 1;
+                                        });
+  expectFieldsOnly<X509GenNamesOpt>("X509 X509MUtilCheckGenNamesOpt: option", "00*8+02+00*15",
+                                    X509MUtilCheckGenNamesOpt, [](X509GenNamesOpt &names) {
+                                      names.genNames = nullptr;
+                                      names.option = 2;
+                                    });
+  expectFieldsOnly<X509GenSubtreesOpt>("X509 X509MUtilCheckGenSubtreesOpt: option", "00*8+02+00*15",
+                                       X509MUtilCheckGenSubtreesOpt, [](X509GenSubtreesOpt &list) {
+                                         list.genSubtrees = nullptr;
+                                         list.option = 2;
+                                       });
+  expectFieldsOnly<X509DistributionPointNameOpt>("X509 X509MUtilCheckDistributionPointNameOpt: option",
+                                                 "01+00*15+02+00*7", X509MUtilCheckDistributionPointNameOpt,
+                                                 [](X509DistributionPointNameOpt &name) {
+                                                   name.value.type = 1;
+                                                   name.value.fullName = nullptr;
+                                                   name.option = 2;
+                                                 });
+  expectFieldsOnly<KetraPolicyInformation>("X509 KetraObjectSsetCertPolicies: option", "00*8+02+00*15", setPolicy,
+                                           [](KetraPolicyInformation &policy) {
+                                             policy.next = nullptr;
+                                             policy.policyIdentifier = X509Objid_KeyUsage;
+                                             policy.policyQualifiers.policyQualifiers = nullptr;
+                                             policy.policyQualifiers.option = 2;
+                                           });
 }
 
 // Of values that are stored: how the innermost entry begins, or what is counted.

@@ -49,14 +49,15 @@
   FIELD(AsnType, count, 8, 8)                                         \
   FIELD(AsnType, link, 12, 12)                                        \
   FIELD(AsnType, name, 16, 16)                                        \
-  SIZE(AsnTraceEntry, 160, 176)                                       \
+  SIZE(AsnTraceEntry, 172, 184)                                       \
   FIELD(AsnTraceEntry, module, 0, 0)                                  \
   FIELD(AsnTraceEntry, function, 4, 8)                                \
   FIELD(AsnTraceEntry, message, 8, 16)                                \
   FIELD(AsnTraceEntry, value, 136, 144)                               \
   FIELD(AsnTraceEntry, valueLength, 140, 152)                         \
   FIELD(AsnTraceEntry, valueOctets, 144, 156)                         \
-  SIZE(AsnErrorBlock, 3852, 4240)                                     \
+  FIELD(AsnTraceEntry, valueKind, 168, 180)                           \
+  SIZE(AsnErrorBlock, 4140, 4432)                                     \
   FIELD(AsnErrorBlock, code, 0, 0)                                    \
   FIELD(AsnErrorBlock, count, 4, 4)                                   \
   FIELD(AsnErrorBlock, dropped, 8, 8)                                 \

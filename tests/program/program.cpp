@@ -45,9 +45,9 @@ std::string file(const std::string &content, const std::string &name) {
 
 std::string quote(const std::string &argument) { return "'" + argument + "'"; }
 
-Result run(const std::string &arguments) {
+Result run(const std::string &arguments, const std::string &before) {
   const std::string err = file("", "stderr");
-  const std::string command = quote(KETRA_PROGRAM) + " " + arguments + " 2>" + quote(err);
+  const std::string command = before + " " + quote(KETRA_PROGRAM) + " " + arguments + " 2>" + quote(err);
   std::FILE *pipe = popen(command.c_str(), "r");
   Result result;
   char part[4096];
@@ -92,10 +92,11 @@ std::string patched(const std::string &name, const std::string &from, const std:
   return file(content);
 }
 
-std::string certificate(const Octets &objid, const Octets &value) {
+std::string certificate(const Octets &objid, const Octets &value, bool isCritical) {
   const Octets algorithm = fromHex("30 03 06 01 2A"), empty = fromHex("30 00"), signature = fromHex("03 01 00");
   const Octets time = fromHex("17 0D 32 36 30 31 30 31 30 30 30 30 30 30 5A");
-  const Octets extension = tlv(0x30, tlv(0x06, objid) + tlv(0x04, value));
+  const Octets critical = isCritical ? fromHex("01 01 FF") : Octets{};
+  const Octets extension = tlv(0x30, tlv(0x06, objid) + critical + tlv(0x04, value));
   const Octets signedPart = fromHex("A0 03 02 01 02 02 01 01") + algorithm + empty + tlv(0x30, time + time) + empty +
                             tlv(0x30, algorithm + signature) + tlv(0xA3, tlv(0x30, extension));
   const Octets whole = tlv(0x30, tlv(0x30, signedPart) + algorithm + signature);

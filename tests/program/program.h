@@ -22,8 +22,8 @@ struct Result {
 };
 
 std::string quote(const std::string &argument);
-// `arguments` as the shell reads them.
-Result run(const std::string &arguments);
+// `arguments` as the shell reads them; `before`: a command that runs the program, or what limits it.
+Result run(const std::string &arguments, const std::string &before = "");
 Result showJson(const std::string &path);
 std::string lastLine(const std::string &text);
 
@@ -35,7 +35,7 @@ std::string toPem(const std::string &label, const std::string &content);
 std::string patched(const std::string &name, const std::string &from, const std::string &to);
 
 // A certificate with one extension, of the given content of extnID and of extnValue.
-std::string certificate(const Octets &objid, const Octets &value);
+std::string certificate(const Octets &objid, const Octets &value, bool isCritical = false);
 
 const Json &extension(const Json &object, const std::string &identifier);
 

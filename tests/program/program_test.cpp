@@ -6,6 +6,7 @@
 #include <fstream>
 #include <string>
 
+#include "ketra/ketra.h"
 #include "program.h"
 
 namespace ketra::test {
@@ -63,6 +64,65 @@ TEST(Hostile, BadExtensions) {
     EXPECT_NE(text.out.find(c.text), std::string::npos) << text.out;
     EXPECT_NE(check.out.find(c.checked), std::string::npos) << check.out;
     EXPECT_NE(lastLine(check.out).find(", 1 rejected, "), std::string::npos) << check.out;
+  }
+}
+
+// Arcs beyond 32 bits in the identifier of an extension; 2^32-1 is the last that is not.
+TEST(Extensions, LargeArcs) {
+  const std::string cases[][2] = {
+      {"908080804F", "2.4294967295\n"},
+      {"9080808050", "2.4294967296 (hex 9080808050)\n"},
+      {"2A8FFFFFFF7F", "1.2.4294967295\n"},
+      {"2A9080808000", "1.2.4294967296 (hex 2a9080808000)\n"},
+      {"6983F09DA7EBCFDEE0C7A1A7B2C0948CC8F9D776",
+       "2.25.329800735698586629295641978511506172918 (hex 6983f09da7ebcfdee0c7a1a7b2c0948cc8f9d776)\n"},
+      {"B3D9B8F99FE8A087CEC080804F", "2.999999999999999999999999999 (hex b3d9b8f99fe8a087cec080804f)\n"},
+  };
+  for (const auto &[identifier, text] : cases) {
+    const std::string path = file(certificate(fromHex(identifier), fromHex("0500")));
+    const Result show = run("show " + quote(path)), check = run("check " + quote(path));
+    EXPECT_NE(show.out.find("\n  " + text), std::string::npos) << show.out;
+    EXPECT_NE(show.out.find("\n    hex: 0500\n"), std::string::npos) << show.out;
+    EXPECT_EQ(show.status, 0);
+    EXPECT_EQ(showJson(path).out.find("identifierHex") != std::string::npos, text.find("hex") != text.npos);
+    EXPECT_NE(check.out.find(" 1 unknown\n"), std::string::npos) << check.out;
+    EXPECT_EQ(check.status, 0);
+  }
+}
+
+// What is odd outside the extensions hides none of them.
+TEST(Hostile, OddFields) {
+  struct Case {
+    std::string sample, from, to, field, text;
+  };
+  const Case cases[] = {
+      {"ca.pem", "02021001", "02020010", "serialNumber",
+       ", serialNumber (unreadable)\n  serialNumber\n    error 0x02100029"},
+      {"ca.pem", "a003020102", "a003040102", "version", "\n  version\n    error 0x02100025"},
+      {"crl.pem", "034800", "034809", "signature", "\n  signature\n    error 0x0210002B"},
+      {"crl.pem", "170d323630333031", "180d323630333031", "thisUpdate",
+       ", thisUpdate (unreadable), nextUpdate 2026-04-"},
+      {"crl.pem", "170d323630343031", "170d323631333031", "nextUpdate", "malformed time: month"},
+      {"crl.pem", "170d3236303430313030", "170d323630343031302e", "nextUpdate", "malformed UTCTime"},
+      {"crl.pem", "170d3236303430313030303030305a", "180d323032363034303130302e355a", "",
+       ", nextUpdate 2026040100.5Z, "},
+      {"crl.pem", "301302022001", "30ff02022001", "revokedCertificates",
+       ", revoked 0\n  revokedCertificates\n    error 0x"},
+      {"crl.pem", "02022001", "02020001", "serialNumber",
+       "\n  entry 1, serialNumber (unreadable), revocationDate 2026"},
+      {"crl.pem", "02022003170d", "02022003040d", "revocationDate", "\n    revocationDate\n      error 0x"},
+      {"request.pem", "3028311030", "3028301030", "subject", ", subject (unreadable)\n"},
+  };
+  for (const auto &[name, from, to, field, text] : cases) {
+    SCOPED_TRACE(name + " " + field + " " + to);
+    const std::string path = patched(name, from, to);
+    const Result json = showJson(path), show = run("show " + quote(path)), check = run("check " + quote(path));
+    const Json odd = Json::parse(json.out).at(0), good = Json::parse(showJson(sample(name)).out).at(0);
+    EXPECT_EQ(odd["extensions"], good["extensions"]);
+    for (const Result *each : {&json, &show, &check}) EXPECT_EQ(each->status, field.empty() ? 0 : 1);
+    EXPECT_EQ(json.out.find("{\"field\":\"" + field + "\",\"error\":{") == json.out.npos, field.empty()) << json.out;
+    EXPECT_NE(show.out.find(text), std::string::npos) << show.out;
+    EXPECT_EQ(check.out.find(" " + field + " is unreadable\n") == check.out.npos, field.empty()) << check.out;
   }
 }
 
@@ -154,6 +214,102 @@ TEST(Container, ManyObjects) {
   EXPECT_NE(run("show -j4 - < " + path + " > /dev/full").err.find("No space left"), std::string::npos);
 }
 
+// Each is tried as the start of a PEM block's commentary: a search from each to the end would take minutes.
+TEST(Container, ManyShortSequences) {
+  std::string input;
+  for (int i = 0; i < 150000; ++i) input += "0\x05-----";
+  const Result result = run("check --summary " + quote(file(input)), "timeout 20");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(lastLine(result.out).find("; 150000 unreadable"), std::string::npos) << result.out;
+}
+
+// What is too long is one fault, and hides nothing but, when it does not say its length, the rest of its file.
+TEST(Container, LongObjects) {
+  const std::string ca = der("ca.pem"), pem = readAll(sample("ca.pem")), most = std::to_string(ca.size());
+  const std::string begin = "-----BEGIN CERTIFICATE-----\n", end = "-----END CERTIFICATE-----\n";
+  const std::string longer = octets("30820BB8") + std::string(3000, '\0'), line = std::string(64, 'A') + "\n";
+  std::string lines;
+  for (int i = 0; i < 3000; ++i) lines += line;
+  struct Case {
+    std::string size, input, objects;
+  };
+  const Case cases[] = {
+      {most, ca, "cert;"},
+      {std::to_string(ca.size() - 1), ca + ca, "an o;an o;"},
+      {"2K", ca + longer + ca, "cert;an o;cert;"},
+      {"64K", octets("3083100000") + std::string(1 << 20, '\0') + ca, "an o;cert;"},
+      {"64K", octets("3080") + std::string(1 << 20, '\0'), "more;"},
+      {"2K", ca + octets("3080") + ca + longer, "cert;more;"},
+      {std::to_string(pem.size() - 1), pem, "cert;"},  // the newline behind it does not belong to it
+      {std::to_string(pem.size() - 2), pem + "\n", "more;"},
+      {"2K", ca + begin + lines + end + pem, "cert;more;"},
+      {"2K", begin + lines, "more;"},
+      {"2K", begin.substr(0, 20) + std::string(1 << 20, 'A'), "more;"},
+  };
+  for (const auto &[size, input, objects] : cases) {
+    SCOPED_TRACE(size + " " + objects);
+    const std::string path = quote(file(input)), show = "show --json --max-object " + size + " ";
+    const Result named = run(show + path), piped = run(show + "-", "cat " + path + " |");
+    std::string seen;
+    for (const Json &object : Json::parse(named.out)) {
+      const std::string said = object.contains("error") ? object["error"]["trace"][0] : object.at("kind");
+      seen += said.substr(0, 4) + ";";
+    }
+    EXPECT_EQ(seen, objects);
+    EXPECT_EQ(named.status, objects == "cert;" ? 0 : 1);
+    EXPECT_EQ(piped.status, named.status);
+    EXPECT_EQ(Json::parse(piped.out).size(), Json::parse(named.out).size());
+  }
+  for (const std::string &start : {octets("3080"), begin + "AAAA"}) {
+    const Result endless = run("check --max-object 1M -", "(cat " + quote(file(start)) + "; yes) | timeout 20");
+    EXPECT_EQ(endless.status, 1);
+    EXPECT_NE(endless.out.find("more than 1048576 octets"), std::string::npos) << endless.out;
+  }
+}
+
+// 20 GB of zeros that take no space, beside good files.
+TEST(Container, SparseFile) {
+  namespace fs = std::filesystem;
+  const fs::path top = fs::path(file("")).parent_path() / "sparse";
+  fs::create_directory(top);
+  fs::copy_file(sample("ca.pem"), top / "a");
+  fs::copy_file(sample("ca.pem"), top / "z");
+  std::ofstream(top / "m", std::ios::binary) << octets("3080");
+  fs::resize_file(top / "m", uint64_t{20} << 30);
+#ifdef KETRA_SANITIZED
+  const Result result = run("check --max-object 1M " + quote(top.string()));
+#else
+  const Result result = run("check " + quote(top.string()), "ulimit -v 3000000;");
+#endif
+  EXPECT_EQ(result.status, 1) << result.err;
+  EXPECT_EQ(lastLine(result.out).find("2 certificates, "), 0u) << result.out;
+  EXPECT_NE(lastLine(result.out).find("; 1 unreadable"), std::string::npos) << result.out;
+}
+
+#ifndef KETRA_SANITIZED
+// A valid certificate that takes too much memory is not faulty, and hides nothing of what comes before and after it.
+TEST(Hostile, TooMuchMemory) {
+  Octets names(1000000);
+  for (std::size_t i = 0; i < names.size(); i += 2) names[i] = 0x82;
+  const std::string large = quote(file(certificate(fromHex("551D11"), tlv(0x30, names)), "large"));
+  const std::string ca = quote(sample("ca.pem")), files = ca + " " + large + " " + ca;
+  for (const int limit : {30000, 50000, 70000, 100000}) {
+    const std::string before = "ulimit -v " + std::to_string(limit) + ";";
+    const Result check = run("check -j1 " + files, before);
+    EXPECT_EQ(check.status, 2);
+    EXPECT_NE(check.err.find("large #1: out of memory"), std::string::npos) << check.err;
+    EXPECT_EQ(check.out.find('\n'), check.out.size() - 1) << check.out;
+    EXPECT_NE(check.out.find(" 20 extensions: 18 identical, 0 re-encoded, 0 refused, 0 rejected, 2 unknown\n"),
+              std::string::npos)
+        << check.out;
+    const Result show = run("show --json " + files, before);
+    EXPECT_EQ(show.status, 2);
+    EXPECT_NE(show.err.find("out of memory"), std::string::npos) << show.err;
+    EXPECT_NE(show.out.find("\"inhibitAnyPolicy\""), std::string::npos) << show.out;
+  }
+}
+#endif
+
 TEST(Container, Directories) {
   namespace fs = std::filesystem;
   const fs::path top = fs::path(file("")).parent_path() / "tree";
@@ -224,6 +380,22 @@ TEST(Check, Summary) {
   }
 }
 
+// What comes back valid, but not quite as it was.
+TEST(Check, SummaryOfRemarks) {
+  const std::string written = quote(file(certificate(fromHex("551D13"), fromHex("3003010100")), "written"));
+  const Octets mappings = fromHex("300C300A06022A030604551D2000");
+  const std::string critical = quote(file(certificate(fromHex("551D21"), mappings, true), "critical"));
+  const Result result = run("check --summary " + written + " " + critical);
+  EXPECT_EQ(result.status, 0);
+  for (const std::string said : {
+           "\nidentical, not DER\n          1  basicConstraints: cA: the default is written out\n",
+           "\ncritical is lost\n          1  policyMappings: the library always writes this extension non-critical\n",
+           " 2 extensions: 1 identical, 1 re-encoded, 0 refused, 0 rejected, 0 unknown\n",
+       }) {
+    EXPECT_NE(result.out.find(said), std::string::npos) << said << result.out;
+  }
+}
+
 TEST(CommandLine, Colours) {
   const std::string path = quote(sample("ca.pem"));
   EXPECT_EQ(run("show " + path).out.find('\x1b'), std::string::npos);
@@ -243,6 +415,9 @@ TEST(CommandLine, Mistakes) {
       {"check -j 0 " + ca, "0 is no number from 1 to 1024"},
       {"check " + ca + " -j", "--jobs needs a value"},
       {"show --color=red " + ca, "red is none of auto, always, never"},
+      {"show --max-object 0 " + ca, "0 is not a size from 1 to 4G"},
+      {"show --max-object 5G " + ca, "5G is not a size"},
+      {"show --max-object=K " + ca, "K is not a size"},
       {"check --json " + ca, "no option --json"},
   };
   for (const auto &[arguments, said] : cases) {
@@ -255,7 +430,9 @@ TEST(CommandLine, Mistakes) {
 
 TEST(CommandLine, Statuses) {
   EXPECT_EQ(run("--version").status, 0);
-  EXPECT_FALSE(run("--version").out.empty());
+  const char *banner = nullptr;
+  KetraVersion(&banner);
+  EXPECT_EQ(run("--version").out, banner);
   EXPECT_EQ(run("--help").status, 0);
   const Result missing = run("show --json /nonexistent " + quote(sample("ca.pem")));
   EXPECT_EQ(missing.status, 2);

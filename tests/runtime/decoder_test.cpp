@@ -27,6 +27,7 @@ TEST(Decoder, ReadsEveryForm) {
     const Octets octets = fromHex(row.at(2));
     EXPECT_EQ(row.at(1) == "NameObject"   ? held<NameObject>(octets)
               : row.at(1) == "Attributes" ? held<Attributes>(octets)
+              : row.at(1) == "Extensions" ? held<Extensions>(octets)
                                           : decoded(row.at(1), octets),
               row.at(3).find('/') == std::string::npos ? toHex(fromHex(row.at(3))) : golden(row.at(3)));
   }

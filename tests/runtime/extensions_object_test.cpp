@@ -66,6 +66,40 @@ TEST(ExtensionsObject, RandomUse) {
   }
 }
 
+// Identifiers with an arc beyond 32 bits: so many that the object has an index, and others after them.
+TEST(ExtensionsObject, IdentifiersWithoutArcs) {
+  constexpr uint8_t kMany = 40;
+  Octets octets = fromHex("30 82 02 12");
+  const auto append = [&](const std::string &hex) {
+    const Octets member = fromHex(hex);
+    octets.insert(octets.end(), member.begin(), member.end());
+  };
+  for (uint8_t i = 0; i < kMany; ++i) append("30 0B 06 06 69 90 80 80 80 " + toHex({i}) + " 04 01 " + toHex({i}));
+  append("30 08 06 03 55 1D 0F 04 01 AA");
+  Extensions extensions;
+  ASSERT_EQ(extensions.set(octets), 0);
+  const std::string before = extensions.pdu();
+  EXPECT_EQ(before, toHex(octets));
+  uint32_t count = 0;
+  EXPECT_EQ(KetraObjectCalExt(extensions, &count, nullptr), 0);
+  EXPECT_EQ(count, kMany + 1u);
+  for (uint8_t i = 0; i < kMany; ++i) {
+    const KetraExtension *extension = nullptr;
+    ASSERT_EQ(KetraObjectGetExtpByIndex(extensions, i, &extension, nullptr), 0);
+    EXPECT_EQ(extension->objid.count, 0u);
+    EXPECT_EQ(toHex(extension->value), toHex({i}));
+    EXPECT_EQ(codeOf(KetraObjectSetExt, extensions, extension), uint32_t{AsnCheckError_Objid});
+  }
+  EXPECT_EQ(extensions.find({nullptr, 0}), nullptr);
+  const uint32_t keyUsage[] = {2, 5, 29, 15};
+  EXPECT_EQ(extensions.stored({keyUsage, 4}), "AA");
+  const uint32_t arcs[] = {2, 25, 0};
+  const Objid added{arcs, 3};
+  extensions.store(added, {0xBB});
+  EXPECT_EQ(KetraObjectDeleteExt(extensions, &added, nullptr), 0);
+  EXPECT_EQ(extensions.pdu(), before);
+}
+
 // Replacing a value again and again does not let the pool grow.
 TEST(ExtensionsObject, ManyExtensionsAndManyStores) {
   Extensions object;

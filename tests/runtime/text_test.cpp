@@ -68,6 +68,16 @@ TEST(Errors, BlockKeepsTheFirstEntriesAndCountsTheRest) {
   AsnErrorInfo("M", "f", "line\nbreak \xC3 \\", err, nullptr, 0);
   err.block.code = 0x12345678;
   EXPECT_EQ(err.text(), "error 0x12345678\n  M f: line\\x0Abreak \\xC3 \\x5C");
+  AsnErrorReset(err);
+  const int32_t negative = -2;
+  const X509DirStr latin{X509DirStr_Utf8String, reinterpret_cast<const uint8_t *>("\xE9xyz"), 4};
+  AsnErrorInfo("M", "f", "unsigned", err, &value, 4);
+  AsnErrorInfo("M", "f", "signed", err, &negative, 4);
+  AsnErrorInfo("M", "f", "structure", err, &latin, sizeof latin);
+  X509MUtilGetCheckLengthOfDirStr(&latin, 10, X509LengthOf_PartyName, err);
+  EXPECT_EQ(err.text().substr(err.text().find("\n")),
+            "\n  M f: unsigned [16909060]\n  M f: signed [-2 (0xFFFFFFFE)]\n  M f: structure\n"
+            "  X509-MUTIL X509MUtilGetCheckLengthOfDirStr: partyName is no UTF-8 from octet 0 on [E9 78 79 7A]");
   char small[8];
   EXPECT_EQ(AsnErrorText(err, nullptr, 0, small, sizeof small), err.text().size());
   EXPECT_STREQ(small, "error 0");

@@ -12,9 +12,9 @@ _ketra() {
   elif [[ $before == --color ]]; then
     words='auto always never'
   elif [[ $word == -* && $command == show ]]; then
-    words='--json --jobs --color --help'
+    words='--json --jobs --max-object --color --help'
   elif [[ $word == -* && $command == check ]]; then
-    words='--summary --jobs --color --help'
+    words='--summary --jobs --max-object --color --help'
   fi
   mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
 }

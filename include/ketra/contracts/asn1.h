@@ -150,7 +150,14 @@ typedef struct AsnType {
 enum {
   ASN_TRACE_ENTRIES = 24,  /**< entries that a trace holds */
   ASN_TRACE_MESSAGE = 128, /**< octets of a message, NUL included */
-  ASN_TRACE_VALUE = 16     /**< octets of a value that are copied */
+  ASN_TRACE_VALUE = 24     /**< octets of a value that are copied */
+};
+
+/** What an offending value is. */
+enum {
+  ASN_VALUE_STRUCTURE = 0, /**< a structure, which may hold pointers, or none at all */
+  ASN_VALUE_NUMBER = 1,    /**< 32 bits in the machine's own order; the entry does not tell whether they have a sign */
+  ASN_VALUE_OCTETS = 2     /**< octets of a string or an encoding */
 };
 
 /** One failure of a trace. */
@@ -161,6 +168,7 @@ typedef struct AsnTraceEntry {
   const void *value;                    /**< the offending value as given, or null; never dereferenced later */
   uint32_t valueLength;                 /**< its length in octets */
   uint8_t valueOctets[ASN_TRACE_VALUE]; /**< copy of its first octets */
+  uint32_t valueKind;                   /**< `ASN_VALUE_...` */
 } AsnTraceEntry;
 
 /** Code and trace of a failure. About 4 KB: do not value-initialise one, call AsnErrorReset (ketra_runtime.h), which is
@@ -233,7 +241,8 @@ enum {
 enum { ASN_MAX_NESTING = 64 /**< constructed levels below one value that are read, checked or rewritten */ };
 
 /** Appends one entry to the trace; counts it as dropped when the block is full. `module` and `function` must be string
- * literals; `message` (null reads as "") and the first octets of `value` are copied. Always returns 0. */
+ * literals; `message` (null reads as "") and the first octets of `value` are copied. A value of four octets is taken
+ * for a number, any other for a structure. Always returns 0. */
 KETRA_RUNTIME_API int32_t AsnErrorInfo(const char *module, const char *function, const char *message,
                                        AsnErrorBlock *err, const void *value, uint32_t valueLength);
 
@@ -249,7 +258,8 @@ KETRA_RUNTIME_API int32_t AsnObjectCreate(AsnObject *object, AsnErrorBlock *err)
 KETRA_RUNTIME_API int32_t AsnObjectDestroy(AsnObject object, AsnErrorBlock *err);
 /** Opens a new, empty value of `type`: an empty SEQUENCE or list, a CHOICE without alternative, an unset scalar. */
 KETRA_RUNTIME_API int32_t AsnOpenNew(AsnObject object, const AsnType *type, AsnValue *value, AsnErrorBlock *err);
-/** Opens a value bound to an encoding, which is not copied: it must outlive the value. AsnDecode reads it. */
+/** Opens a value bound to an encoding, which is not copied: its octets must outlive the value, not the structure that
+ * `encoding` points to. AsnDecode reads it. */
 KETRA_RUNTIME_API int32_t AsnOpenFromMem(AsnObject object, const AsnType *type, const AsnEncodedData *encoding,
                                          AsnValue *value, AsnErrorBlock *err);
 /** Decodes the bound BER encoding (X.690 clause 8) against the type, in one pass and in time proportional to its
@@ -400,8 +410,8 @@ KETRA_RUNTIME_API int32_t AsnMUtilEncodeBER(AsnMemObject pool, AsnObject object,
                                             AsnEncodedData *encoding, AsnErrorBlock *err);
 /** @} */
 
-/** Read an element into pool memory. The DER forms refuse lengths that are not DER. The Opt forms report an absent
- * element as {null, 0}, flag 0; the others fail on it (AsnError_Absent).
+/** Read an element into pool memory. The DER forms refuse lengths that are not DER and constructed strings. The Opt
+ * forms report an absent element as {null, 0}, flag 0; the others fail on it (AsnError_Absent).
  * @{ */
 KETRA_RUNTIME_API int32_t AsnMUtilGetObjidDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                                               Objid *objid, AsnErrorBlock *err);

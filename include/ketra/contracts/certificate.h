@@ -29,7 +29,7 @@ struct KetraObjectRecord {
 
 /** One extension (X.509 8, RFC 5280 4.1): what KetraObjectSetExt takes and KetraObjectSearchExtpByObjid finds. */
 typedef struct KetraExtension {
-  Objid objid;            /**< extnID */
+  Objid objid;            /**< extnID; no arcs when one of those that were read exceeds 32 bits */
   int32_t critical;       /**< meaningful only when criticalOption is 1 */
   int32_t criticalOption; /**< 1 = the criticality is present; otherwise it is left out, the default FALSE */
   AsnEncodedData value;   /**< the content of extnValue: one encoding of the extension's type */
@@ -147,8 +147,8 @@ KETRA_RUNTIME_API int32_t X509MUtilSetDirStrOptDER(AsnObject object, AsnValue va
 KETRA_RUNTIME_API int32_t X509MUtilSetDirStrOptBER(AsnObject object, AsnValue value, const char *path,
                                                    const X509DirStrOpt *string, AsnErrorBlock *err);
 /** @} */
-/** Read the element into pool memory. The DER forms refuse lengths that are not DER. The Opt forms report an absent
- * element as zeros, flag 0; the others fail on it (AsnError_Absent).
+/** Read the element into pool memory. The DER forms refuse lengths that are not DER and constructed strings. The Opt
+ * forms report an absent element as zeros, flag 0; the others fail on it (AsnError_Absent).
  * @{ */
 KETRA_RUNTIME_API int32_t X509MUtilGetDirStrDER(AsnMemObject pool, AsnObject object, AsnValue value, const char *path,
                                                 X509DirStr *string, AsnErrorBlock *err);

@@ -170,7 +170,7 @@ class PoolMemory {
 /// An object identifier that owns its arcs.
 class ObjectIdentifier {
  public:
-  /// No arcs: equal to no identifier that was read, and refused by sets.
+  /// No arcs: refused by sets. Extensions reads an identifier with an arc beyond 32 bits as this.
   ObjectIdentifier() = default;
   /// From arcs, `{2, 5, 29, 19}`; whether they make an identifier, a set judges.
   ObjectIdentifier(std::initializer_list<uint32_t> arcs) : arcs_(arcs) {}

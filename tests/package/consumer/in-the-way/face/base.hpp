@@ -1,0 +1,1 @@
+#error "a file of the user, which Ketra must not include"
