@@ -136,7 +136,7 @@ class NameOf {
   std::string text() const;
 
   /// Appends a relative distinguished name of one attribute, as the string type that the syntax of the type demands;
-  /// UTF8String, if it leaves a choice.
+  /// UTF8String, if it leaves a choice. Characters are not judged.
   NameOf &add(const OidLiteral &type, std::string_view value) {
     static_assert(std::is_same_v<Form, Owned>, "a view cannot be changed");
     Writer out;
