@@ -45,7 +45,7 @@ void fail(benchmark::State &state) {
 
 int main(int argc, char **argv) {
   bench::addKetra();
-  bench::addFace();
+  bench::addKetraCpp();
   bench::addFloor();
   bench::addCertificates();
 #ifdef BENCH_OPENSSL

@@ -66,7 +66,7 @@ void add(const std::string &row, const char *kind, const char *library, Check ch
 inline std::string sized(const char *row, std::size_t size) { return std::string(row) + " " + std::to_string(size); }
 
 void addKetra();
-void addFace();
+void addKetraCpp();
 void addFloor();
 void addOpenSsl();
 void addGnuTls();
