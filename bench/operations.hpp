@@ -65,6 +65,8 @@ void add(const std::string &row, const char *kind, const char *library, Check ch
 
 inline std::string sized(const char *row, std::size_t size) { return std::string(row) + " " + std::to_string(size); }
 
+// Adds what a program measures.
+void addRows();
 void addKetra();
 void addKetraCpp();
 void addFloor();
@@ -72,5 +74,6 @@ void addOpenSsl();
 void addGnuTls();
 void addBotan();
 void addCertificates();
+void addCbs();
 
 }  // namespace bench
