@@ -110,17 +110,26 @@ struct ReadOnlyMember {
 struct ReadBits {
   View octets;
   std::size_t count;
+  uint32_t first = firstBits(octets, count);
   std::size_t named = 0;
   KETRA_INLINE bool operator()(const char *, bool &member, As as) {
     const auto number = static_cast<std::size_t>(as.number);
     if (number >= named) named = number + 1;
-    member = number < count && (octets[number / 8] & (0x80u >> number % 8)) != 0;
+    member = (first >> (31 - number) & 1) != 0;
     return true;
   }
   template <class Bits>
-  bool nameless(Bits &bits) {
-    if (count > named) bits = Bits(octets, count);
+  KETRA_INLINE bool nameless(Bits &bits) {
+    if (KETRA_UNLIKELY(count > named)) bits = Bits(octets, count);
     return true;
+  }
+
+  // The first 32, of which the first is the most significant: more have no name.
+  KETRA_INLINE static uint32_t firstBits(View octets, std::size_t count) {
+    uint32_t bits = octets.empty() ? 0 : uint32_t{octets[0]} << 24;
+    if (octets.size() > 1) bits |= uint32_t{octets[1]} << 16;
+    for (std::size_t i = 2; i < 4 && i < octets.size(); ++i) bits |= uint32_t{octets[i]} << (24 - 8 * i);
+    return count < 32 ? bits & ~(0xFFFFFFFF >> count) : bits;
   }
 };
 
@@ -139,8 +148,7 @@ KETRA_INLINE bool readBits(View content, T &value, Fault &fault) {
 
 // A string in segments: an owning value joins them.
 template <bool kOwning, class Use>
-KETRA_INLINE bool withContents(const Tlv &tlv, bool isBits, Fault &fault, Use &&use) {
-  if (!tlv.isConstructed()) return use(tlv);
+bool withSegments(const Tlv &tlv, bool isBits, Fault &fault, Use &&use) {
   if constexpr (kOwning) {
     Octets joined;
     if (!joinSegments(tlv, isBits, joined, fault)) return false;
@@ -155,12 +163,13 @@ KETRA_INLINE bool withContents(const Tlv &tlv, bool isBits, Fault &fault, Use &&
 
 template <bool kOwning, class T>
 KETRA_INLINE bool readLeaf(const Tlv &tlv, T &value, As as, Fault &fault) {
-  const auto read = [&](const Tlv &whole) { return Leaf<T>::read(whole, value, fault); };
   if constexpr (Leaf<T>::inSegments) {
-    if (!withContents<kOwning>(tlv, Leaf<T>::kind == LeafKind::BitString, fault, read)) return false;
-  } else {
-    if (!read(tlv)) return false;
+    if (KETRA_UNLIKELY(tlv.isConstructed())) {
+      return withSegments<kOwning>(tlv, Leaf<T>::kind == LeafKind::BitString, fault,
+                                   [&](const Tlv &whole) { return Leaf<T>::read(whole, value, fault); });
+    }
   }
+  if (!Leaf<T>::read(tlv, value, fault)) return false;
   if constexpr (Leaf<T>::kind == LeafKind::Integer) {
     if (as.isNatural && value.isNegative()) return fail(fault, Reason::Negative, tlv.content);
   }
@@ -195,7 +204,8 @@ KETRA_INLINE bool readContents(const Tlv &tlv, T &value, As as, Fault &fault) {
   } else if constexpr (kIsList<T>) {
     return readList<kOwning>(tlv, value, as, fault);
   } else if constexpr (kHasShape<T, Shape::Bits>) {
-    return withContents<kOwning>(tlv, true, fault,
+    if (KETRA_LIKELY(!tlv.isConstructed())) return readBits(tlv.contents(), value, fault);
+    return withSegments<kOwning>(tlv, true, fault,
                                  [&](const Tlv &whole) { return readBits(whole.contents(), value, fault); });
   } else if constexpr (kHasShape<T, Shape::Choice>) {
     ReadAlternative<kOwning> visit(tlv, fault);

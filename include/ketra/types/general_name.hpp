@@ -43,7 +43,7 @@ struct OtherNameOf {
   std::optional<AnyOf<Form>> value{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("type-id", self.type) && visit("value", self.value, explicitly(0));
   }
 };
@@ -64,7 +64,7 @@ struct OrAddressOf {
   std::optional<ListOf<Form, AnyOf<Form>>> extensionAttributes{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("standardAttributes", self.standardAttributes) &&
            visit("domainDefinedAttributes", self.domainDefinedAttributes, nonEmpty) &&
            visit("extensionAttributes", self.extensionAttributes, setOf | nonEmpty);
@@ -85,7 +85,7 @@ struct EdiPartyNameOf {
   DirectoryStringOf<Form> partyName{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("nameAssigner", self.nameAssigner, explicitly(0)) && visit("partyName", self.partyName, explicitly(1));
   }
 };
@@ -121,7 +121,7 @@ class GeneralNameOf {
   /// From the other form.
   template <class Other>
   explicit GeneralNameOf(const GeneralNameOf<Other> &other)
-      : content_(detail::contentAs<Form>(other.content())), kind_(other.kind()) {}
+      : content_(detail::contentAs<Form>(other.content())), kind_(other.kind()), isJudged_(other.isJudged_) {}
 
   NameKind kind() const { return kind_; }
   bool is(NameKind kind) const { return kind_ == kind; }
@@ -139,7 +139,7 @@ class GeneralNameOf {
   }
   Result<NameView> directoryName() const KETRA_LIFETIMEBOUND {
     if (!is(NameKind::directoryName)) return otherKind();
-    return NameView::of(content());
+    return isJudged_ ? Result<NameView>(NameView::ofJudged(content())) : NameView::of(content());
   }
   Result<EdiPartyNameView> ediPartyName() const KETRA_LIFETIMEBOUND {
     return asSequence<EdiPartyNameView>(NameKind::ediPartyName);
@@ -205,8 +205,11 @@ class GeneralNameOf {
   }
 
   friend struct Leaf<GeneralNameOf>;
+  template <class>
+  friend class GeneralNameOf;
   typename Form::Content content_{};
   NameKind kind_ = NameKind::dNSName;
+  bool isJudged_ = false;  // a directoryName that was read: it need not be judged again
 };
 /// @{
 using GeneralName = GeneralNameOf<Owned>;
@@ -256,7 +259,7 @@ struct Leaf<GeneralNameOf<Form>> {
     bool isRight = false;
     View content = tlv.contents();
     if (detail::isStringKind(static_cast<uint8_t>(value.kind_))) {
-      return detail::withContents<kOwning>(tlv, false, fault, [&](const Tlv &whole) {
+      return detail::withSegments<kOwning>(tlv, false, fault, [&](const Tlv &whole) {
         value.content_ = detail::contentAs<Form>(whole.contents());
         return true;
       });
@@ -273,8 +276,10 @@ struct Leaf<GeneralNameOf<Form>> {
       }
       default: isRight = detail::checkObjid(content, fault);
     }
-    if (isRight) value.content_ = detail::contentAs<Form>(content);
-    return isRight;
+    if (!isRight) return false;
+    value.content_ = detail::contentAs<Form>(content);
+    value.isJudged_ = true;
+    return true;
   }
 };
 
