@@ -27,8 +27,10 @@
 /// @cond
 #if defined(__GNUC__)
 #define KETRA_LIKELY(condition) __builtin_expect(condition, true)
+#define KETRA_UNLIKELY(condition) __builtin_expect(condition, false)
 #else
 #define KETRA_LIKELY(condition) (condition)
+#define KETRA_UNLIKELY(condition) (condition)
 #endif
 /// @endcond
 

@@ -20,7 +20,7 @@ struct AttributeOf {
   ListOf<Form, AnyOf<Form>> values{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("type", self.type) && visit("values", self.values, setOf | nonEmptySet);
   }
 };
@@ -39,7 +39,7 @@ struct SubjectDirectoryAttributesOf {
   ListOf<Form, AttributeOf<Form>> attributes{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("attributes", self.attributes, nonEmptySet);
   }
 };

@@ -38,7 +38,7 @@ struct ExtensionOf {
   OctetStringOf<Form> extnValue{};  ///< the encoding of the value
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("extnID", self.extnID) && visit("critical", self.critical) && visit("extnValue", self.extnValue);
   }
 };

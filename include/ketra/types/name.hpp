@@ -26,7 +26,7 @@ struct AttributeTypeAndValueOf {
   AnyOf<Form> value{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("type", self.type) && visit("value", self.value);
   }
 };
@@ -41,7 +41,7 @@ struct RelativeDistinguishedNameOf {
   ListOf<Form, AttributeTypeAndValueOf<Form>> attributes{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("attributes", self.attributes, setOf | nonEmpty);
   }
 };
@@ -163,6 +163,14 @@ class NameOf {
   static constexpr uint8_t kEmpty[] = {0x30, 0x00};
 
   friend struct Leaf<NameOf>;
+  template <class>
+  friend class GeneralNameOf;
+  static NameOf ofJudged(View encoding) {
+    NameOf name;
+    name.stored_ = detail::contentAs<Form>(encoding);
+    return name;
+  }
+
   typename Form::Content stored_;
 };
 using Name = NameOf<Owned>;       ///< owns what it holds
