@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ketra/ketra.hpp"
+#include "ketra/ketra_chains.h"
 #include "library/outside_operations.h"
 
 namespace ketra::test {
@@ -24,36 +25,56 @@ int32_t readAs(KetraObject object, AsnErrorBlock *err) {
   }
 }
 
+// As ketra_chains.h does.
+template <class T, auto kRead>
+int32_t readChains(KetraObject object, AsnErrorBlock *err) {
+  KetraChains chains{};
+  T value{};
+  const int32_t result = kRead(&chains, object, &value, err);
+  KetraChainsFree(&chains);
+  return result;
+}
+
 struct Type {
   const char *name;
   const Objid &objid;
   int32_t (*strict)(KetraObject, AsnErrorBlock *);
   int32_t (*tolerant)(KetraObject, AsnErrorBlock *) = nullptr;
+  int32_t (*chains)(KetraObject, AsnErrorBlock *) = nullptr;
   Kind strictKind = Kind::Get;
 };
 
 const Type kTypes[] = {
-    {"authorityKeyIdentifier", X509Objid_AuthorityKeyId, readAs<AuthorityKeyId>, readAs<TolerantAuthorityKeyId>},
+    {"authorityKeyIdentifier", X509Objid_AuthorityKeyId, readAs<AuthorityKeyId>, readAs<TolerantAuthorityKeyId>,
+     readChains<KetraAuthorityKeyId, KetraChainsReadAuthorityKeyId>},
     {"basicConstraints", X509Objid_BasicConstraints, readAs<BasicConstraints>},
     {"cRLDistributionPoints", X509Objid_CRLDistributionPoints, readAs<CrlDistributionPoints>,
-     readAs<TolerantCrlDistributionPoints>},
-    {"cRLNumber", X509Objid_CRLNumber, readAs<CrlNumber>, nullptr, Kind::Other},  // longer ones too
-    {"certificateIssuer", X509Objid_CertIssuer, readAs<CertificateIssuer>, readAs<TolerantCertificateIssuer>},
-    {"certificatePolicies", X509Objid_CertPolicies, readAs<CertificatePolicies>},
-    {"deltaCRLIndicator", X509Objid_DeltaCRLIndicator, readAs<DeltaCrlIndicator>, nullptr, Kind::Other},
-    {"extKeyUsage", X509Objid_ExtKeyUsage, readAs<ExtKeyUsage>},
+     readAs<TolerantCrlDistributionPoints>, readChains<KetraDistributionPoint *, KetraChainsReadCRLDistributionPoints>},
+    {"cRLNumber", X509Objid_CRLNumber, readAs<CrlNumber>, nullptr, nullptr, Kind::Other},  // longer ones too
+    {"certificateIssuer", X509Objid_CertIssuer, readAs<CertificateIssuer>, readAs<TolerantCertificateIssuer>,
+     readChains<X509GenNames, KetraChainsReadCertIssuer>},
+    {"certificatePolicies", X509Objid_CertPolicies, readAs<CertificatePolicies>, nullptr,
+     readChains<KetraPolicyInformation *, KetraChainsReadCertPolicies>},
+    {"deltaCRLIndicator", X509Objid_DeltaCRLIndicator, readAs<DeltaCrlIndicator>, nullptr, nullptr, Kind::Other},
+    {"extKeyUsage", X509Objid_ExtKeyUsage, readAs<ExtKeyUsage>, nullptr,
+     readChains<KetraKeyPurposeId *, KetraChainsReadExtKeyUsage>},
     {"instructionCode", X509Objid_InstructionCode, readAs<HoldInstruction>},
     {"invalidityDate", X509Objid_InvalidityDate, readAs<InvalidityDate>},
-    {"issuerAltName", X509Objid_IssuerAltName, readAs<IssuerAltName>, readAs<TolerantIssuerAltName>},
+    {"issuerAltName", X509Objid_IssuerAltName, readAs<IssuerAltName>, readAs<TolerantIssuerAltName>,
+     readChains<X509GenNames, KetraChainsReadIssuerAltName>},
     {"issuingDistributionPoint", X509Objid_IssuingDistributionPoint, readAs<IssuingDistributionPoint>,
-     readAs<TolerantIssuingDistributionPoint>},
+     readAs<TolerantIssuingDistributionPoint>,
+     readChains<KetraIssuingDistributionPoint, KetraChainsReadIssuingDistributionPoint>},
     {"keyUsage", X509Objid_KeyUsage, readAs<KeyUsage>},
-    {"nameConstraints", X509Objid_NameConstraints, readAs<NameConstraints>, readAs<TolerantNameConstraints>},
+    {"nameConstraints", X509Objid_NameConstraints, readAs<NameConstraints>, readAs<TolerantNameConstraints>,
+     readChains<KetraNameConstraints, KetraChainsReadNameConstraints>},
     {"policyConstraints", X509Objid_PolicyConstraints, readAs<PolicyConstraints>},
-    {"policyMappings", X509Objid_PolicyMappings, readAs<PolicyMappings>},
+    {"policyMappings", X509Objid_PolicyMappings, readAs<PolicyMappings>, nullptr,
+     readChains<KetraPolicyMapping *, KetraChainsReadPolicyMappings>},
     {"privateKeyUsagePeriod", X509Objid_PrivateKeyUsagePeriod, readAs<PrivateKeyUsagePeriod>},
     {"reasonCode", X509Objid_ReasonCode, readAs<ReasonCode>},
-    {"subjectAltName", X509Objid_SubjectAltName, readAs<SubjectAltName>, readAs<TolerantSubjectAltName>},
+    {"subjectAltName", X509Objid_SubjectAltName, readAs<SubjectAltName>, readAs<TolerantSubjectAltName>,
+     readChains<X509GenNames, KetraChainsReadSubjectAltName>},
     {"subjectDirectoryAttributes", X509Objid_SubjectDirectoryAttributes, readAs<SubjectDirectoryAttributes>},
     {"subjectKeyIdentifier", X509Objid_SubjectKeyId, readAs<SubjectKeyId>},
 };
@@ -86,6 +107,7 @@ std::vector<Way> waysOf(const Type &type) {
   if (type.tolerant != nullptr) {
     ways.push_back(extensionWay("tolerant face", Kind::Tolerant, type.objid, type.tolerant));
   }
+  if (type.chains != nullptr) ways.push_back(extensionWay("chains", Kind::Get, type.objid, type.chains));
   for (const auto &row : operations()) {
     const std::string &name = row.first;
     const Operation &operation = row.second;
