@@ -286,6 +286,15 @@ constexpr bool inSegments() {
   }
 }
 
+struct MatchOnly {
+  As as;
+  uint8_t identifier;
+  template <class M>
+  constexpr bool operator()(const char *, M &, As own = {}) {
+    return matches<M>(as | own, identifier);
+  }
+};
+
 struct MatchAlternative {
   uint8_t identifier;
   template <class... Ts, class... Alternatives>
@@ -308,6 +317,11 @@ constexpr bool matches(As as, uint8_t identifier) {
       MatchAlternative visit{identifier};
       return V::describe(value, visit);
     }
+  } else if constexpr (kHasShape<T, Shape::Is>) {
+    using V = typename ViewedOf<T>::type;
+    V value{};
+    MatchOnly visit{as, identifier};
+    return V::describe(value, visit);
   }
   const uint8_t expected = identifierOf<T>(as);
   return identifier == expected || (inSegments<T>() && !as.isExplicit && identifier == (expected | 0x20));
