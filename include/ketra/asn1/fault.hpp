@@ -49,6 +49,7 @@ enum : uint32_t {
   X(OtherTag, AsnError_Component, "unexpected tag $a, expected $b")                                             \
   X(NoAlternative, AsnError_Component, "tag $a is not that of an alternative")                                  \
   X(Missing, AsnError_Component, "the component with tag $b is missing")                                        \
+  X(MissingChoice, AsnError_Component, "a component that may have several tags is missing")                     \
   X(OtherComponent, AsnError_Component, "tag $a is of no component that may follow")                            \
   X(EmptyExplicit, AsnError_Component, "empty EXPLICIT tag")                                                    \
   X(CrowdedExplicit, AsnError_Component, "more than one value in an EXPLICIT tag")                              \
