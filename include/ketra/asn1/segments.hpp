@@ -10,22 +10,22 @@
 namespace ketra::detail {
 
 // Goes through all that is inside a constructed encoding, down to the last, and calls visit(at, contents) for each:
-// `at` is its identifier octet, and what is constructed has no contents there. Levels count from `depth` on.
+// `at` is its identifier octet, and what is constructed has no contents there.
 template <class Visit>
-bool eachInside(const Tlv &outer, std::size_t depth, Fault &fault, Visit &&visit) {
+bool eachInside(const Tlv &outer, Fault &fault, Visit &&visit) {
   struct Level {
     const uint8_t *end;
     bool isIndefinite;
   } levels[ASN_MAX_NESTING];
-  const std::size_t outermost = depth;
+  std::size_t depth = 0;
   Reader in = outer.reader();
-  levels[depth] = {outer.contentEnd, false};  // its end is known, whatever its length is
+  levels[0] = {outer.contentEnd, false};  // its end is known, whatever its length is
   for (;;) {
     const Level level = levels[depth];
     in.end = level.end;
     if (level.isIndefinite ? isEndOfContents(in) : in.done()) {
       if (level.isIndefinite) in.at += 2;
-      if (depth == outermost) return true;
+      if (depth == 0) return true;
       --depth;
       continue;
     }
@@ -46,8 +46,8 @@ bool eachInside(const Tlv &outer, std::size_t depth, Fault &fault, Visit &&visit
 }
 
 // Whether encodings are all that is inside, down to the last.
-inline bool checkInside(const Tlv &outer, std::size_t depth, Fault &fault) {
-  return eachInside(outer, depth, fault, [&](const uint8_t *at, View) {
+inline bool checkInside(const Tlv &outer, Fault &fault) {
+  return eachInside(outer, fault, [&](const uint8_t *at, View) {
     return (*at & ~0x20) != 0 || fail(fault, Reason::EndOfContents, at);
   });
 }
@@ -55,7 +55,7 @@ inline bool checkInside(const Tlv &outer, std::size_t depth, Fault &fault) {
 // Calls use(contents) for each primitive segment of a constructed string, however they are nested.
 template <class Use>
 bool eachSegment(const Tlv &string, uint8_t tag, Fault &fault, Use &&use) {
-  return eachInside(string, 0, fault, [&](const uint8_t *at, View contents) {
+  return eachInside(string, fault, [&](const uint8_t *at, View contents) {
     if ((*at & ~0x20) != tag) return fail(fault, Reason::SegmentTag, at, *at, tag);
     return (*at & 0x20) != 0 || use(contents);
   });

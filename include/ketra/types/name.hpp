@@ -87,7 +87,6 @@ inline TextType textTypeOf(View type) {
 // to be well formed down to the last: names are compared and written as DER.
 inline bool checkName(const Tlv &tlv, Fault &fault) {
   if (tlv.identifier != 0x30) return fail(fault, Reason::OtherTag, tlv.octets, tlv.identifier, 0x30);
-  constexpr std::size_t kDepthOfValues = 3;
   for (const auto &rdn : Range<RelativeDistinguishedNameView>(tlv.contents())) {
     fault = rdn.fault();
     if (fault) return false;
@@ -96,9 +95,7 @@ inline bool checkName(const Tlv &tlv, Fault &fault) {
       if (fault) return false;
       const View value = attribute->value.encoding();
       Tlv inner;
-      if ((value[0] & 0x20) != 0 && (!readOnly(value, inner, fault) || !checkInside(inner, kDepthOfValues, fault))) {
-        return false;
-      }
+      if ((value[0] & 0x20) != 0 && !(readOnly(value, inner, fault) && checkInside(inner, fault))) return false;
     }
   }
   return true;
