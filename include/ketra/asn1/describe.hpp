@@ -341,12 +341,14 @@ constexpr bool matches(As as, uint8_t identifier) {
 // another.
 class WellFormed {
  public:
+  // The components of a SET come in any order, so that each has a tag of its own.
+  constexpr explicit WellFormed(bool isSet) : isSet_(isSet) {}
   constexpr bool isRight() const { return isRight_; }
 
   template <class T>
   constexpr bool operator()(const char *, T &, As as = {}) {
     add<T>(as);
-    optionals_ = 0;
+    if (!isSet_) optionals_ = 0;
     return true;
   }
   template <class T>
@@ -380,6 +382,7 @@ class WellFormed {
     }
   }
 
+  bool isSet_;
   bool taken_[256] = {};  // with what the optional components before may begin
   int optionals_ = 0;
   bool isRight_ = true;
@@ -394,7 +397,7 @@ constexpr bool wellFormed() {
     return true;
   } else {
     T value{};
-    detail::WellFormed check;
+    detail::WellFormed check(detail::kHasShape<T, Shape::Set>);
     T::describe(value, check);
     return check.isRight();
   }
