@@ -265,6 +265,14 @@ class Item {
   /// The whole encoding; of what has no end, all that is left.
   View octets() const { return octets_; }
 
+  /// What cannot be read.
+  static Item faulty(View octets, const Fault &fault) {
+    Item item;
+    item.octets_ = octets;
+    item.fault_ = fault;
+    return item;
+  }
+
  private:
   template <class>
   friend class Range;

@@ -53,7 +53,7 @@ class Found {
   bool isFaulty() const { return isPresent_ && !item_; }
   const Fault &fault() const { return item_.fault(); }
   bool isCritical() const { return isCritical_; }
-  /// The encoding of the value, good or faulty.
+  /// The encoding of the value, good or faulty; of the whole Extension, where that cannot be read.
   View octets() const { return item_.octets(); }
 
   const T &operator*() const & { return check(); }
@@ -71,6 +71,28 @@ class Found {
   bool isPresent_ = false;
   bool isCritical_ = false;
 };
+
+namespace detail {
+
+// What can be told of an Extension that is not one: its identifier, no octets if it has none, and its criticality.
+struct ExtensionBeginning {
+  View id;
+  bool isCritical = false;
+};
+inline ExtensionBeginning beginningOf(View extension) {
+  ExtensionBeginning beginning;
+  Reader in(extension);
+  Tlv tlv;
+  Fault ignored;
+  if (!readTlv(in, tlv, ignored) || tlv.identifier != 0x30) return beginning;
+  in = tlv.reader();
+  if (!readTlv(in, tlv, ignored) || tlv.identifier != 0x06) return beginning;
+  beginning.id = tlv.contents();
+  beginning.isCritical = readTlv(in, tlv, ignored) && tlv.identifier == 0x01 && tlv.size() == 1 && *tlv.content != 0;
+  return beginning;
+}
+
+}  // namespace detail
 
 /// The extensions of an Extensions SEQUENCE in place. Reads nothing ahead, allocates nothing, and any number of threads
 /// can use one.
@@ -107,11 +129,17 @@ class ExtensionsView {
   std::size_t size() const { return members_.size(); }
   bool empty() const { return members_.empty(); }
 
-  /// The first extension with an identifier.
+  /// The first extension with an identifier. One that is faulty, but for its identifier, is found as faulty.
   template <class Oid>
-  Item<ExtensionView> find(const Oid &oid) const {
+  Found<ExtensionView> find(const Oid &oid) const {
     for (const auto &extension : *this) {
-      if (extension && extension->extnID == oid) return extension;
+      if (extension) {
+        if (extension->extnID == oid) return Found<ExtensionView>(extension, extension->critical.value());
+        continue;
+      }
+      const auto beginning = detail::beginningOf(extension.octets());
+      const auto id = ObjectIdentifierView::ofContent(beginning.id);
+      if (id && *id == oid) return Found<ExtensionView>(extension, beginning.isCritical);
     }
     return {};
   }
@@ -120,8 +148,11 @@ class ExtensionsView {
   Found<typename detail::ViewedOf<T>::type> view() const {
     using V = typename detail::ViewedOf<T>::type;
     const auto extension = find(T::oid);
-    if (extension.octets().empty()) return {};
-    return Found<V>(ketra::view<V>(extension->extnValue.octets()), extension->critical.value());
+    if (extension.isAbsent()) return {};
+    if (extension.isFaulty()) {
+      return Found<V>(Item<V>::faulty(extension.octets(), extension.fault()), extension.isCritical());
+    }
+    return Found<V>(ketra::view<V>(extension->extnValue.octets()), extension.isCritical());
   }
 
  private:
@@ -262,9 +293,10 @@ class Extensions {
   /// The extension of type T, or nothing when it is absent. Throws Error when it cannot be read.
   template <class T>
   Got<T> get() const {
-    const Item<ExtensionView> found = search(T::oid);
-    if (found.octets().empty()) return {};
-    const Result<Extension> extension = read<Extension>(found.octets());
+    const View found = search(T::oid);
+    if (found.empty()) return {};
+    const Result<Extension> extension = read<Extension>(found);
+    if (!extension) throw Error(extension.fault(), explain<Extension>(found, extension.fault()));
     const View octets = extension->extnValue.octets();
     Result<T> value = read<T>(octets);
     if (!value) throw Error(value.fault(), explain<T>(octets, value.fault()));
@@ -282,17 +314,15 @@ class Extensions {
   /// The first extension with an identifier, as it is stored.
   /// @{
   template <class Oid>
-  std::optional<ExtensionView> find(const Oid &oid) const &KETRA_LIFETIMEBOUND {
-    const Item<ExtensionView> found = search(oid);
-    if (found.octets().empty()) return std::nullopt;
-    return *found;
+  Found<ExtensionView> find(const Oid &oid) const &KETRA_LIFETIMEBOUND {
+    return viewed().find(oid);
   }
   template <class Oid>
   void find(const Oid &oid) && = delete;
   /// @}
   template <class T>
   bool contains() const {
-    return !search(T::oid).octets().empty();
+    return !search(T::oid).empty();
   }
 
   /// Stores an extension whose criticality the caller chooses; one with the same identifier is replaced in its place.
@@ -317,7 +347,7 @@ class Extensions {
     if (critical) out.value(0x01, View(kTrue));
     out.value(0x04, value);
     out.end(place);
-    replace(search(oid).octets(), out.written());
+    replace(search(oid), out.written());
   }
 
   /// Removes the first extension with an identifier; false when there is none.
@@ -328,7 +358,7 @@ class Extensions {
   }
   template <class Oid>
   bool erase(const Oid &oid) {
-    const View found = search(oid).octets();
+    const View found = search(oid);
     if (found.empty()) return false;
     replace(found, {});
     return true;
@@ -339,12 +369,10 @@ class Extensions {
   static constexpr uint8_t kTrue[] = {0xFF};
 
   Range<ExtensionView> range() const { return Range<ExtensionView>(View(members_)); }
+  // The octets of an extension, or none.
   template <class Oid>
-  Item<ExtensionView> search(const Oid &oid) const {
-    for (const auto &extension : range()) {
-      if (extension && extension->extnID == oid) return extension;
-    }
-    return {};
+  View search(const Oid &oid) const {
+    return viewed().find(oid).octets();
   }
 
   template <class T>
