@@ -408,7 +408,7 @@ class Fields : public Visitor {
     Tlv tlv;
     Fault fault;
     const bool isRight =
-        detail::readOnly(encoding, tlv, fault) && (!tlv.isConstructed() || detail::checkInside(tlv, 3, fault));
+        detail::readOnly(encoding, tlv, fault) && (!tlv.isConstructed() || detail::checkInside(tlv, fault));
     has[OpenValue] |= !isRight;
     return isRight ? withoutLengths(encoding) : detail::hexOf(encoding);
   }
@@ -474,7 +474,9 @@ class Fields : public Visitor {
 
 // ---- The comparison ------------------------------------------------------------------------------------------------
 
-bool isDirectoryStringCode(uint32_t code) { return code >= X509DirStrError_Choice && code <= X509DirStrError_Characters; }
+bool isDirectoryStringCode(uint32_t code) {
+  return code >= X509DirStrError_Choice && code <= X509DirStrError_Characters;
+}
 
 bool isSyntaxCode(uint32_t code) { return code >= AsnError_Truncated && code <= AsnError_Nesting; }
 

@@ -11,12 +11,12 @@
 namespace ketra::agreement {
 
 /// Why the readers may differ. Each is recognised by the octets, and by how the readers differ.
-#define AGREEMENT_REASONS(X)                                                                                      \
-  X(Segments, "a string in segments has no octets that a view can point to")                                      \
-  X(LongInteger, "C carries integers of 32 bits")                                                                 \
-  X(LongIdentifier, "C carries arcs of 32 bits, and 128 of them in an instruction code")                          \
-  X(LateReason, "C does not know the CRL reasons 9 and 10")                                                       \
-  X(LateBits, "C delivers seven reason bits and nine key usages")                                                 \
+#define AGREEMENT_REASONS(X)                                                                                        \
+  X(Segments, "a string in segments has no octets that a view can point to")                                        \
+  X(LongInteger, "C carries integers of 32 bits")                                                                   \
+  X(LongIdentifier, "C carries arcs of 32 bits, and 128 of them in an instruction code")                            \
+  X(LateReason, "C does not know the CRL reasons 9 and 10")                                                         \
+  X(LateBits, "C delivers seven reason bits and nine key usages")                                                   \
   X(PartyLength, "C refuses parts of an ediPartyName that have no characters, too many, or others than their type") \
   X(OpenValue, "C rewrites the values of attributes as DER, so they have to be well formed down to the last")
 
