@@ -5,6 +5,7 @@
 #include <variant>
 #include <vector>
 
+#include "ketra/asn1/der.hpp"
 #include "ketra/extensions.hpp"
 #include "ketra/ketra_chains.h"
 
@@ -494,9 +495,14 @@ Comparison compareAs(View octets) {
   Fields<Owned> fields;
   if (owned) walk(*owned, fields);
 
+  bool isDer = static_cast<bool>(owned);
+  if (owned) derFaults<T>(octets, [&](const Fault &) { isDer = false; });
+  if (isDer && encode(*owned) != octets.copy()) differ("DER is written as other octets");
+
   const Item<V> viewed = view<V>(octets);
   const Fault fault = firstFault(viewed);
   if (!fault) {
+    if (isDer && encode(*viewed) != octets.copy()) differ("DER is written as other octets from a view");
     Fields<Viewed> seen;
     walk(*viewed, seen);
     if (!owned) differ("a view is good, the owning read says " + ketra::explain<T>(octets, owned.fault()));

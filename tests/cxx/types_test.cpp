@@ -341,6 +341,19 @@ TEST(ExtensionsObject, FaultyExtensionsAreNotAbsent) {
   }
 }
 
+// A member without an end is the last one, whatever is added.
+TEST(ExtensionsObject, WhatIsAddedCanBeRead) {
+  for (const char *members : {"30 02 30 05", "30 02 30 80", "30 01 30"}) {
+    Extensions all = Extensions::decode(fromHex(members));
+    all.set(BasicConstraints{true}, true);
+    all.set(CrlNumber{1});
+    EXPECT_EQ(all.size(), 3u) << members;
+    const Extensions again = Extensions::decode(all.encode());
+    EXPECT_TRUE(again.get<BasicConstraints>()) << members;
+    EXPECT_TRUE(again.get<CrlNumber>()) << members;
+  }
+}
+
 TEST(ExtensionsObject, IsReadByManyThreads) {
   Octets members;
   forEach(ExtensionTypes{}, [&](auto *type) {

@@ -394,9 +394,18 @@ class Extensions {
     set(T::oid, critical, out.written());
   }
 
+  // After the last member with an end. What follows it, if anything, would swallow what is added after it.
+  std::size_t readableEnd() const {
+    Reader in{View(members_)};
+    Tlv tlv;
+    for (Fault fault; !in.done() && detail::readTlv(in, tlv, fault);) {
+    }
+    return members_.size() - in.left();
+  }
+
   // `now` in the place of `before`, or at the end when that is empty.
   void replace(View before, View now) {
-    const auto place = before.empty() ? members_.size() : static_cast<std::size_t>(before.begin() - members_.data());
+    const auto place = before.empty() ? readableEnd() : static_cast<std::size_t>(before.begin() - members_.data());
     Octets members;
     members.reserve(members_.size() - before.size() + now.size());
     members.insert(members.end(), members_.data(), members_.data() + place);
