@@ -28,8 +28,9 @@ template <bool kOwning, class T>
 KETRA_INLINE bool readNext(Reader &in, Tlv &tlv, T &value, Fault &fault);
 
 inline bool failOtherTag(const Reader &in, uint8_t expected, Fault &fault) {
-  if (in.done()) return fail(fault, Reason::Missing, in.at, 0, expected);
+  if (in.done()) return fail(fault, expected != 0 ? Reason::Missing : Reason::MissingChoice, in.at, 0, expected);
   if ((*in.at & ~0x20) == 0) return fail(fault, Reason::EndOfContents, in.at);
+  if (expected == 0) return fail(fault, Reason::NoAlternative, in.at, *in.at);
   return fail(fault, Reason::OtherTag, in.at, *in.at, expected);
 }
 
@@ -230,9 +231,7 @@ KETRA_INLINE bool readTagged(const Tlv &tlv, T &value, As as, Fault &fault) {
   if (in.done()) return fail(fault, Reason::EmptyExplicit, tlv.octets);
   if (!readTlv(in, inner, fault)) return false;
   as.number = -1;
-  if (!matches<T>(as, inner.identifier)) {
-    return fail(fault, Reason::OtherTag, inner.octets, inner.identifier, identifierOf<T>(as));
-  }
+  if (!matches<T>(as, inner.identifier)) return failOtherTag({inner.octets, inner.end}, identifierOf<T>(as), fault);
   if (!readContents<kOwning>(inner, value, as, fault)) return false;
   return in.done() || fail(fault, Reason::CrowdedExplicit, in.at);
 }
@@ -287,6 +286,14 @@ class Item {
   const Fault &fault() const { return fault_; }  ///< what is wrong; Reason::None when it is good
   /// The whole encoding; of what has no end, all that is left.
   View octets() const { return octets_; }
+
+  /// What cannot be read.
+  static Item faulty(View octets, const Fault &fault) {
+    Item item;
+    item.octets_ = octets;
+    item.fault_ = fault;
+    return item;
+  }
 
  private:
   template <class>

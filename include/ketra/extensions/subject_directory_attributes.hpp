@@ -13,7 +13,7 @@ namespace ketra {
 
 // Attribute ::= SEQUENCE {                                       RFC 5280 4.2.1.8, A.1
 //     type    AttributeType,
-//     values  SET OF AttributeValue }
+//     values  SET SIZE (1..MAX) OF AttributeValue }
 template <class Form>
 struct AttributeOf {
   ObjectIdentifierOf<Form> type{};
@@ -21,7 +21,7 @@ struct AttributeOf {
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
-    return visit("type", self.type) && visit("values", self.values, setOf | nonEmptySet);
+    return visit("type", self.type) && visit("values", self.values, setOf | nonEmpty);
   }
 };
 using Attribute = AttributeOf<Owned>;       ///< owns what it holds
@@ -40,7 +40,7 @@ struct SubjectDirectoryAttributesOf {
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
-    return visit("attributes", self.attributes, nonEmptySet);
+    return visit("attributes", self.attributes, nonEmpty);
   }
 };
 using SubjectDirectoryAttributes = SubjectDirectoryAttributesOf<Owned>;       ///< owns what it holds
