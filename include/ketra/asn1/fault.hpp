@@ -39,7 +39,6 @@ enum : uint32_t {
   X(BeyondEnd, AsnError_Truncated, "length #a exceeds the #b remaining octets")                                 \
   X(HugeLength, AsnError_Truncated, "a length beyond 32 bits exceeds the #b remaining octets")                  \
   X(PaddedTag, AsnError_Tag, "the tag number is padded")                                                        \
-  X(HugeTag, AsnError_Tag, "the tag number exceeds 32 bits")                                                    \
   X(LowTag, AsnError_Tag, "tag number #a in the form for high tag numbers")                                     \
   X(IndefinitePrimitive, AsnError_Length, "indefinite length of a primitive encoding")                          \
   X(ReservedLength, AsnError_Length, "reserved length octet 0xff")                                              \
