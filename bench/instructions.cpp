@@ -18,7 +18,7 @@ using Operation = std::function<int32_t()>;
 extern "C" [[gnu::noinline]] int32_t measured(const Operation &operation) { return operation(); }
 
 int main(int argc, char **argv) try {
-  const ketra::Extensions extensions;
+  const bench::Object extensions;
   bench::BasicConstraints basic;
   bench::SubjectAltName names(100);
   const bench::Octets certificate = bench::extensionsIn(BENCH_SAMPLE);

@@ -19,14 +19,18 @@ struct Fixture {
     filled.fill();
   }
 
-  bool isExpected(const ketra::Extensions &extensions) const {
-    const auto value = extensions.at(0).value;
-    return extensions.size() == 1 && value.copy() == expected;
+  bool isExpected(const Object &extensions) const {
+    const KetraExtension *only = nullptr;
+    uint32_t size = 0;
+    if (KetraObjectCalExt(extensions.handle(), &size, nullptr) != 0 || size != 1) return false;
+    if (KetraObjectGetExtpByIndex(extensions.handle(), 0, &only, nullptr) != 0) return false;
+    const AsnEncodedData &value = only->value;
+    return Octets(value.octets, value.octets + value.length) == expected;
   }
   bool writes() { return write(filled, written.handle()) == 0 && isExpected(written); }
   // What was read into blank nodes is written again.
   bool reads() {
-    const ketra::Extensions again;
+    const Object again;
     const bool isRead = blank.create() == 0 && blank.get(stored.handle()) == 0 && blank.set(again.handle()) == 0;
     blank.giveBack(stored.handle()->pool);
     blank.destroy();
@@ -35,7 +39,7 @@ struct Fixture {
 
   S filled, blank;
   Octets expected;
-  ketra::Extensions stored, written;
+  Object stored, written;
 };
 
 template <class S, class... Size>
@@ -43,12 +47,13 @@ void addRow(const std::string &row, const Octets &der, const Objid &objid, Size.
   const auto fixture = std::make_shared<Fixture<S>>(der, objid, size...);
   Fixture<S> *f = fixture.get();
   add(
-      row, "read", "ketra", [fixture] { return fixture->reads(); }, [f] { read(f->blank, f->stored.handle()); });
+      row, "read", "C interface", [fixture] { return fixture->reads(); }, [f] { read(f->blank, f->stored.handle()); });
   add(
-      row, "write", "ketra", [fixture] { return fixture->writes(); }, [f] { write(f->filled, f->written.handle()); });
+      row, "write", "C interface", [fixture] { return fixture->writes(); },
+      [f] { write(f->filled, f->written.handle()); });
   if constexpr (S::kCounts) {
     const auto counts = [fixture] { return fixture->blank.counts(fixture->stored.handle()); };
-    add(row, "count", "ketra", counts, counts);
+    add(row, "count", "C interface", counts, counts);
   }
 }
 

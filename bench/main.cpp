@@ -44,22 +44,7 @@ void fail(benchmark::State &state) {
 }  // namespace bench
 
 int main(int argc, char **argv) {
-  bench::addKetra();
-  bench::addFace();
-  bench::addFloor();
-  bench::addCertificates();
-#ifdef BENCH_OPENSSL
-  bench::addOpenSsl();
-  benchmark::AddCustomContext("OpenSSL", BENCH_OPENSSL);
-#endif
-#ifdef BENCH_GNUTLS
-  bench::addGnuTls();
-  benchmark::AddCustomContext("GnuTLS", BENCH_GNUTLS);
-#endif
-#ifdef BENCH_BOTAN
-  bench::addBotan();
-  benchmark::AddCustomContext("Botan", BENCH_BOTAN);
-#endif
+  bench::addRows();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

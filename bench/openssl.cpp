@@ -1,11 +1,18 @@
-// OpenSSL: d2i and free; build, i2d and free.
+// OpenSSL, and BoringSSL, which has the same functions: d2i and free; build, i2d and free.
 
+#include <openssl/crypto.h>
 #include <openssl/x509v3.h>
 
 #include <memory>
 
 #include "operations.hpp"
 #include "roots.hpp"
+
+#ifdef OPENSSL_IS_BORINGSSL
+#define BENCH_LIBRARY "BoringSSL"
+#else
+#define BENCH_LIBRARY "OpenSSL"
+#endif
 
 namespace bench {
 namespace {
@@ -167,8 +174,8 @@ ASN1_GENERALIZEDTIME *invalidityDate() {
 // An encoding that OpenSSL has allocated.
 struct Encoding {
   template <class T>
-  Encoding(const T *value, const ASN1_ITEM *item)
-      : size(ASN1_item_i2d(reinterpret_cast<const ASN1_VALUE *>(value), &octets, item)) {}
+  Encoding(T *value, const ASN1_ITEM *item)
+      : size(ASN1_item_i2d(reinterpret_cast<ASN1_VALUE *>(value), &octets, item)) {}
   Encoding(const Encoding &) = delete;
   ~Encoding() { OPENSSL_free(octets); }
   bool is(const Octets &expected) const { return size > 0 && Octets(octets, octets + size) == expected; }
@@ -192,14 +199,14 @@ void addRow(const std::string &row, const ASN1_ITEM *item, const Octets &der, Bu
     return isExpected;
   };
   add(
-      row, "read", "OpenSSL", [=] { return gives(decode); },
+      row, "read", BENCH_LIBRARY, [=] { return gives(decode); },
       [=] {
         auto *value = decode();
         sink(value);
         release(value);
       });
   add(
-      row, "write", "OpenSSL", [=] { return gives(build); },
+      row, "write", BENCH_LIBRARY, [=] { return gives(build); },
       [=] {
         auto *value = build();
         const Encoding encoding(value, item);
@@ -214,8 +221,8 @@ std::size_t readRoots() {
   for (const Octets &root : roots()) {
     const unsigned char *at = root.data();
     X509_EXTENSIONS *extensions = d2i_X509_EXTENSIONS(nullptr, &at, static_cast<long>(root.size()));
-    for (int i = 0; i < sk_X509_EXTENSION_num(extensions); ++i) {
-      X509_EXTENSION *extension = sk_X509_EXTENSION_value(extensions, i);
+    for (int i = 0; i < X509v3_get_ext_count(extensions); ++i) {
+      X509_EXTENSION *extension = X509v3_get_ext(extensions, i);
       const ASN1_OBJECT *id = X509_EXTENSION_get_object(extension);
       const unsigned char *octets = OBJ_get0_data(id);
       if (OBJ_length(id) != 3 || octets[0] != 0x55 || octets[1] != 0x1D || !hasRow(octets[2])) continue;
@@ -255,7 +262,7 @@ void addOpenSsl() {
   addRow("CRLNumber", ASN1_ITEM_rptr(ASN1_INTEGER), der::crlNumber(), [] { return integer(kCrlNumber); });
   addRow("ReasonCode", ASN1_ITEM_rptr(ASN1_ENUMERATED), der::reasonCode(), reasonCode);
   addRow("InvalidityDate", ASN1_ITEM_rptr(ASN1_GENERALIZEDTIME), der::invalidityDate(), invalidityDate);
-  addRoots("OpenSSL", readRoots);
+  addRoots(BENCH_LIBRARY, readRoots);
 }
 
 }  // namespace bench

@@ -65,12 +65,15 @@ void add(const std::string &row, const char *kind, const char *library, Check ch
 
 inline std::string sized(const char *row, std::size_t size) { return std::string(row) + " " + std::to_string(size); }
 
+// Adds what a program measures.
+void addRows();
 void addKetra();
-void addFace();
+void addKetraCpp();
 void addFloor();
 void addOpenSsl();
 void addGnuTls();
 void addBotan();
 void addCertificates();
+void addCbs();
 
 }  // namespace bench

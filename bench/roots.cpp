@@ -51,25 +51,6 @@ std::size_t readWithC() {
   return all;
 }
 
-template <class... T>
-std::size_t readTypes(const ketra::Extensions &extensions) {
-  const auto readOne = [&](auto read) {
-    sink(&read);
-    return read ? 1u : 0u;
-  };
-  return (readOne(extensions.get<T>()) + ...);
-}
-std::size_t readWithFace() {
-  std::size_t all = 0;
-  for (const Octets &root : roots()) {
-    all += readTypes<ketra::SubjectKeyId, ketra::KeyUsage, ketra::SubjectAltName, ketra::BasicConstraints,
-                     ketra::NameConstraints, ketra::CrlDistributionPoints, ketra::CertificatePolicies,
-                     ketra::PolicyMappings, ketra::AuthorityKeyId, ketra::PolicyConstraints, ketra::ExtKeyUsage>(
-        ketra::Extensions::decode(root));
-  }
-  return all;
-}
-
 struct FewAltNames {
   lean::FewNames<16> names;
   bool read(lean::Reader in) {
@@ -133,8 +114,7 @@ std::size_t readWithFloorAndAllocations() {
 }  // namespace
 
 void addCertificates() {
-  addRoots("ketra", readWithC);
-  addRoots("ketra.hpp", readWithFace);
+  addRoots("C interface", readWithC);
   addRoots("floor", readWithFloor);
   addRoots("floor, 1 allocation", readWithFloorAndAllocations);
 }

@@ -13,6 +13,19 @@
 
 namespace bench {
 
+// An Extensions object.
+class Object {
+ public:
+  Object() { KetraObjectCreate(&handle_, nullptr); }
+  Object(const Object &) = delete;
+  Object &operator=(const Object &) = delete;
+  ~Object() { KetraObjectDestroy(handle_, nullptr); }
+  KetraObject handle() const { return handle_; }
+
+ private:
+  KetraObject handle_ = nullptr;
+};
+
 inline AsnOct octetsOf(std::string_view text) {
   return {reinterpret_cast<const uint8_t *>(text.data()), static_cast<uint32_t>(text.size())};
 }
@@ -84,11 +97,14 @@ void link(std::vector<Node> &nodes) {
 // Identifiers, in memory of their own.
 class Identifiers {
  public:
-  Objid keep(ketra::ObjectIdentifier id) { return kept_.emplace_back(std::move(id)).objid(); }
+  Objid keep(Arcs id) {
+    const Arcs &kept = kept_.emplace_back(std::move(id));
+    return {kept.data(), static_cast<uint32_t>(kept.size())};
+  }
   void reserve(std::size_t count) { kept_.reserve(count); }
 
  private:
-  std::vector<ketra::ObjectIdentifier> kept_;
+  std::vector<Arcs> kept_;
 };
 
 struct BasicConstraints : Structure {
@@ -169,12 +185,13 @@ struct CertPolicies : Structure {
     for (std::size_t i = 0; i < size; ++i) nodes[i].policyQualifiers.policyQualifiers = &qualifiers[i];
   }
   void fill() {
-    uri = *ketra::PolicyQualifier::ofCps(kCps).value;
-    ids.reserve(nodes.size());
+    uri = der::ia5String(kCps);
+    ids.reserve(nodes.size() + 1);
+    const Objid cps = ids.keep(kCpsId);
     for (std::size_t i = 0; i < nodes.size(); ++i) {
       nodes[i].policyIdentifier = ids.keep(policy(i));
       nodes[i].policyQualifiers.option = 1;
-      qualifiers[i] = {nullptr, kCpsId.objid(), {{uri.data(), static_cast<uint32_t>(uri.size())}, 1}};
+      qualifiers[i] = {nullptr, cps, {{uri.data(), static_cast<uint32_t>(uri.size())}, 1}};
     }
   }
   int32_t set(KetraObject e) {

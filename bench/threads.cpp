@@ -14,7 +14,7 @@ namespace {
 
 // Gets and sets of a structure and of a list of names, each thread on an Extensions object of its own.
 void getAndSet(int rounds) {
-  const ketra::Extensions extensions;
+  const Object extensions;
   BasicConstraints basic;
   SubjectAltName names(10);
   basic.fill();

@@ -28,22 +28,28 @@ const std::string &crl(std::size_t i) {
   return kCrls.at(i);
 }
 
-ketra::ObjectIdentifier policy(std::size_t i) { return {1, 3, 6, 1, 4, 1, 32473, 1, static_cast<uint32_t>(i + 1)}; }
-ketra::ObjectIdentifier subjectPolicy(std::size_t i) {
-  return {1, 3, 6, 1, 4, 1, 32473, 2, static_cast<uint32_t>(i + 1)};
+Arcs policy(std::size_t i) { return {1, 3, 6, 1, 4, 1, 32473, 1, static_cast<uint32_t>(i + 1)}; }
+Arcs subjectPolicy(std::size_t i) { return {1, 3, 6, 1, 4, 1, 32473, 2, static_cast<uint32_t>(i + 1)}; }
+Arcs purpose(std::size_t i) { return {1, 3, 6, 1, 5, 5, 7, 3, static_cast<uint32_t>(i + 1)}; }
+
+namespace {
+std::string text(const Arcs &arcs) {
+  std::string text;
+  for (const uint32_t arc : arcs) text += (text.empty() ? "" : ".") + std::to_string(arc);
+  return text;
 }
-ketra::ObjectIdentifier purpose(std::size_t i) { return {1, 3, 6, 1, 5, 5, 7, 3, static_cast<uint32_t>(i + 1)}; }
+}  // namespace
 
 const std::string &policyText(std::size_t i) {
-  static const std::string kTexts[] = {policy(0).text(), policy(1).text(), policy(2).text()};
+  static const std::string kTexts[] = {text(policy(0)), text(policy(1)), text(policy(2))};
   return kTexts[i];
 }
 const std::string &subjectPolicyText(std::size_t i) {
-  static const std::string kTexts[] = {subjectPolicy(0).text(), subjectPolicy(1).text(), subjectPolicy(2).text()};
+  static const std::string kTexts[] = {text(subjectPolicy(0)), text(subjectPolicy(1)), text(subjectPolicy(2))};
   return kTexts[i];
 }
 const std::string &purposeText(std::size_t i) {
-  static const std::string kTexts[] = {purpose(0).text(), purpose(1).text(), purpose(2).text()};
+  static const std::string kTexts[] = {text(purpose(0)), text(purpose(1)), text(purpose(2))};
   return kTexts[i];
 }
 
@@ -81,7 +87,9 @@ Octets octets(const uint8_t (&array)[kSize]) {
   return {array, array + kSize};
 }
 
-Octets identifier(const std::vector<uint32_t> &arcs) {
+}  // namespace
+
+Octets identifier(const Arcs &arcs) {
   Octets content = {static_cast<uint8_t>(arcs[0] * 40 + arcs[1])};
   for (std::size_t i = 2; i < arcs.size(); ++i) {
     Octets arc = {static_cast<uint8_t>(arcs[i] & 0x7F)};
@@ -92,7 +100,7 @@ Octets identifier(const std::vector<uint32_t> &arcs) {
   }
   return tlv(0x06, content);
 }
-
+Octets ia5String(std::string_view text) { return tlv(0x16, octets(text)); }
 Octets name() {
   return list(0x30, 0, std::size(kName), [](std::size_t i) {
     const Attribute &attribute = kName[i];
@@ -102,8 +110,8 @@ Octets name() {
   });
 }
 
+namespace {
 Octets fullName(std::size_t i) { return tlv(0xA0, tlv(0xA0, tlv(0x86, octets(crl(i))))); }
-
 }  // namespace
 
 Octets basicConstraints() { return {0x30, 6, 0x01, 1, 0xFF, 0x02, 1, kPathLength}; }
@@ -113,15 +121,15 @@ Octets authorityKeyId() {
   return tlv(0x30, {tlv(0x80, octets(kKeyId)), tlv(0xA1, tlv(0xA4, name())), tlv(0x82, octets(kSerial))});
 }
 Octets extKeyUsage(std::size_t size) {
-  return list(0x30, 0, size, [](std::size_t i) { return identifier(purpose(i).arcs()); });
+  return list(0x30, 0, size, [](std::size_t i) { return identifier(purpose(i)); });
 }
 Octets certPolicies(std::size_t size) {
-  const Octets qualifiers = tlv(0x30, tlv(0x30, {identifier(kCpsId.arcs()), tlv(0x16, octets(kCps))}));
-  return list(0x30, 0, size, [&](std::size_t i) { return tlv(0x30, {identifier(policy(i).arcs()), qualifiers}); });
+  const Octets qualifiers = tlv(0x30, tlv(0x30, {identifier(kCpsId), ia5String(kCps)}));
+  return list(0x30, 0, size, [&](std::size_t i) { return tlv(0x30, {identifier(policy(i)), qualifiers}); });
 }
 Octets policyMappings(std::size_t size) {
   return list(0x30, 0, size, [](std::size_t i) {
-    return tlv(0x30, {identifier(policy(i).arcs()), identifier(subjectPolicy(i).arcs())});
+    return tlv(0x30, {identifier(policy(i)), identifier(subjectPolicy(i))});
   });
 }
 Octets policyConstraints() { return {0x30, 6, 0x80, 1, kExplicit, 0x81, 1, kInhibit}; }

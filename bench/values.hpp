@@ -7,11 +7,13 @@
 #include <string_view>
 #include <vector>
 
-#include "ketra/ketra.hpp"
+#include "ketra/ketra.h"
+#include "ketra/ketra_runtime.h"
 
 namespace bench {
 
-using ketra::Octets;
+using Octets = std::vector<uint8_t>;
+using Arcs = std::vector<uint32_t>;
 
 inline constexpr uint8_t kKeyId[] = {0x9A, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19};
 inline constexpr uint8_t kSerial[] = {0x12, 0x34, 0x56, 0x78, 0x9A, 0xBC, 0xDE, 0xF0, 1, 2, 3, 4, 5, 6, 7, 8};
@@ -36,17 +38,20 @@ inline constexpr Attribute kName[] = {{{2, 5, 4, 6}, X509DirStr_PrintableString,
 const std::string &host(std::size_t i);  // "host00000.example.com"
 const std::string &crl(std::size_t i);   // a URI
 
-ketra::ObjectIdentifier policy(std::size_t i);         // 1.3.6.1.4.1.32473.1.(i + 1)
-ketra::ObjectIdentifier subjectPolicy(std::size_t i);  // 1.3.6.1.4.1.32473.2.(i + 1)
-ketra::ObjectIdentifier purpose(std::size_t i);        // 1.3.6.1.5.5.7.3.(i + 1)
+Arcs policy(std::size_t i);         // 1.3.6.1.4.1.32473.1.(i + 1)
+Arcs subjectPolicy(std::size_t i);  // 1.3.6.1.4.1.32473.2.(i + 1)
+Arcs purpose(std::size_t i);        // 1.3.6.1.5.5.7.3.(i + 1)
 // The same in dotted form, of the first three.
 const std::string &policyText(std::size_t i);
 const std::string &subjectPolicyText(std::size_t i);
 const std::string &purposeText(std::size_t i);
-inline const ketra::ObjectIdentifier kCpsId = ketra::qualifier::cps;
+inline const Arcs kCpsId = {1, 3, 6, 1, 5, 5, 7, 2, 1};
 
 // The DER of each value, put together without any of the libraries.
 namespace der {
+Octets identifier(const Arcs &arcs);
+Octets ia5String(std::string_view text);
+Octets name();  // of the directoryName
 Octets basicConstraints();
 Octets keyUsage();
 Octets subjectKeyId();

@@ -191,7 +191,7 @@ class Comparison {
 
 }  // namespace
 
-Rewriting compare(std::string_view type, View before, View after) {
+Rewriting compare(std::string_view type, Bytes before, Bytes after) {
   const std::optional<Tlv> beforeTlv = parseOne(before);
   const std::optional<Tlv> afterTlv = parseOne(after);
   if (!beforeTlv || !afterTlv) return Rewriting::unlawful;

@@ -15,6 +15,6 @@ enum class Rewriting {
 };
 
 // `type` is the name of an extension type in the tables of rewriting.cpp, or another: then only the rules for all hold.
-Rewriting compare(std::string_view type, View before, View after);
+Rewriting compare(std::string_view type, Bytes before, Bytes after);
 
 }  // namespace fuzz

@@ -1,5 +1,7 @@
 #include "tlv.hpp"
 
+#include "ketra/contracts/asn1.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +13,7 @@ constexpr int kDeepest = 100;
 
 class Reader {
  public:
-  explicit Reader(View octets) : p_(octets.begin()), end_(octets.end()) {}
+  explicit Reader(Bytes octets) : p_(octets.data()), end_(octets.data() + octets.size()) {}
 
   bool atEnd() const { return p_ == end_; }
 
@@ -93,28 +95,27 @@ void append(Octets &octets, const Tlv &tlv) {
     append(octets, Octets{0, 0});
     return;
   }
-  const Octets shortest = ketra::detail::encoding(0, content);
-  const auto start = shortest.begin() + 1;
-  if (tlv.length != Tlv::Length::notShortest) {
-    octets.insert(octets.end(), start, shortest.end());
-    return;
-  }
   const auto size = static_cast<uint32_t>(content.size());
-  append(octets, Octets{0x84, static_cast<uint8_t>(size >> 24), static_cast<uint8_t>(size >> 16),
-                        static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size)});
+  Octets length = {static_cast<uint8_t>(size >> 24), static_cast<uint8_t>(size >> 16), static_cast<uint8_t>(size >> 8),
+                   static_cast<uint8_t>(size)};
+  if (tlv.length != Tlv::Length::notShortest) {
+    while (length.size() > 1 && length.front() == 0) length.erase(length.begin());
+  }
+  if (length.size() > 1 || length[0] >= 0x80) octets.push_back(static_cast<uint8_t>(0x80 | length.size()));
+  append(octets, length);
   append(octets, content);
 }
 
 }  // namespace
 
-std::optional<std::vector<Tlv>> parse(View octets) {
+std::optional<std::vector<Tlv>> parse(Bytes octets) {
   Reader reader(octets);
   std::vector<Tlv> row;
   if (!reader.row(row, 0)) return std::nullopt;
   return row;
 }
 
-std::optional<Tlv> parseOne(View octets) {
+std::optional<Tlv> parseOne(Bytes octets) {
   std::optional<std::vector<Tlv>> row = parse(octets);
   if (!row || row->size() != 1) return std::nullopt;
   return std::move(row->front());
@@ -143,7 +144,7 @@ bool isWellFormed(const Tlv &tlv, int depth) {
 
 }  // namespace
 
-bool isWellFormed(View octets) {
+bool isWellFormed(Bytes octets) {
   const std::optional<Tlv> tlv = parseOne(octets);
   return tlv && isWellFormed(*tlv, 0);
 }
@@ -161,9 +162,9 @@ void makeDer(Tlv &tlv) {
 
 }  // namespace
 
-Octets withDerLengths(View octets) {
+Octets withDerLengths(Bytes octets) {
   std::optional<Tlv> tlv = parseOne(octets);
-  if (!tlv) return octets.copy();
+  if (!tlv) return {octets.begin(), octets.end()};
   makeDer(*tlv);
   return write(*tlv);
 }

@@ -302,6 +302,15 @@ constexpr bool inSegments() {
   }
 }
 
+struct MatchOnly {
+  As as;
+  uint8_t identifier;
+  template <class M>
+  constexpr bool operator()(const char *, M &, As own = {}) {
+    return matches<M>(as | own, identifier);
+  }
+};
+
 struct MatchAlternative {
   uint8_t identifier;
   template <class... Ts, class... Alternatives>
@@ -324,6 +333,11 @@ constexpr bool matches(As as, uint8_t identifier) {
       MatchAlternative visit{identifier};
       return V::describe(value, visit);
     }
+  } else if constexpr (kHasShape<T, Shape::Is>) {
+    using V = typename ViewedOf<T>::type;
+    V value{};
+    MatchOnly visit{as, identifier};
+    return V::describe(value, visit);
   }
   const uint8_t expected = identifierOf<T>(as);
   return identifier == expected || (inSegments<T>() && !as.isExplicit && identifier == (expected | 0x20));
@@ -333,12 +347,14 @@ constexpr bool matches(As as, uint8_t identifier) {
 // another.
 class WellFormed {
  public:
+  // The components of a SET come in any order, so that each has a tag of its own.
+  constexpr explicit WellFormed(bool isSet) : isSet_(isSet) {}
   constexpr bool isRight() const { return isRight_; }
 
   template <class T>
   constexpr bool operator()(const char *, T &, As as = {}) {
     add<T>(as);
-    optionals_ = 0;
+    if (!isSet_) optionals_ = 0;
     return true;
   }
   template <class T>
@@ -372,6 +388,7 @@ class WellFormed {
     }
   }
 
+  bool isSet_;
   bool taken_[256] = {};  // with what the optional components before may begin
   int optionals_ = 0;
   bool isRight_ = true;
@@ -386,7 +403,7 @@ constexpr bool wellFormed() {
     return true;
   } else {
     T value{};
-    detail::WellFormed check;
+    detail::WellFormed check(detail::kHasShape<T, Shape::Set>);
     T::describe(value, check);
     return check.isRight();
   }

@@ -19,14 +19,14 @@ namespace ketra {
 
 /// Codes of what the runtime's codes (AsnError_...) do not cover.
 enum : uint32_t {
-  FaultCode_Segmented = 0x02200001,  ///< a string in segments (X.690 8.7.3) has no octets that a view can point to
-  FaultCode_Empty = 0x02200002,      ///< a list without members that ASN.1 wants to have one
-  FaultCode_Negative = 0x02200003,   ///< a negative number where ASN.1 wants (0..MAX)
-  FaultCode_Unknown = 0x02200004,    ///< an ENUMERATED value without a name
-  FaultCode_Alphabet = 0x02200005,   ///< characters that the string type does not have
-  FaultCode_OtherKind = 0x02200006,  ///< a value of another kind was asked for
-  FaultCode_Repeated = 0x02200007,   ///< an identifier that another extension of the list has
-  FaultCode_Rule = 0x02200008        ///< a rule of the standard that ASN.1 does not express
+  FaultCode_Segmented = 0x02600001,  ///< a string in segments (X.690 8.7.3) has no octets that a view can point to
+  FaultCode_Empty = 0x02600002,      ///< a list without members that ASN.1 wants to have one
+  FaultCode_Negative = 0x02600003,   ///< a negative number where ASN.1 wants (0..MAX)
+  FaultCode_Unknown = 0x02600004,    ///< an ENUMERATED value without a name
+  FaultCode_Alphabet = 0x02600005,   ///< characters that the string type does not have
+  FaultCode_OtherKind = 0x02600006,  ///< a value of another kind was asked for
+  FaultCode_Repeated = 0x02600007,   ///< an identifier that another extension of the list has
+  FaultCode_Rule = 0x02600008        ///< a rule of the standard that ASN.1 does not express
 };
 
 /// Every kind of fault: X(name, code, text). In the text "#a" and "#b" are the numbers of the fault, "$a" and "$b"
@@ -49,6 +49,7 @@ enum : uint32_t {
   X(OtherTag, AsnError_Component, "unexpected tag $a, expected $b")                                             \
   X(NoAlternative, AsnError_Component, "tag $a is not that of an alternative")                                  \
   X(Missing, AsnError_Component, "the component with tag $b is missing")                                        \
+  X(MissingChoice, AsnError_Component, "a component that may have several tags is missing")                     \
   X(OtherComponent, AsnError_Component, "tag $a is of no component that may follow")                            \
   X(EmptyExplicit, AsnError_Component, "empty EXPLICIT tag")                                                    \
   X(CrowdedExplicit, AsnError_Component, "more than one value in an EXPLICIT tag")                              \

@@ -27,8 +27,10 @@
 /// @cond
 #if defined(__GNUC__)
 #define KETRA_LIKELY(condition) __builtin_expect(condition, true)
+#define KETRA_UNLIKELY(condition) __builtin_expect(condition, false)
 #else
 #define KETRA_LIKELY(condition) (condition)
+#define KETRA_UNLIKELY(condition) (condition)
 #endif
 /// @endcond
 
@@ -111,7 +113,8 @@ class View {
   friend bool operator!=(View a, View b) { return !(a == b); }
   /// By octets, a prefix before what it is a prefix of.
   friend bool operator<(View a, View b) {
-    const int order = std::memcmp(a.data_, b.data_, a.size_ < b.size_ ? a.size_ : b.size_);
+    const std::size_t common = a.size_ < b.size_ ? a.size_ : b.size_;
+    const int order = common == 0 ? 0 : std::memcmp(a.data_, b.data_, common);
     return order != 0 ? order < 0 : a.size_ < b.size_;
   }
 

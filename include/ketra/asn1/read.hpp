@@ -24,10 +24,13 @@ template <bool kOwning, class T>
 KETRA_INLINE bool readContents(const Tlv &tlv, T &value, As as, Fault &fault);
 template <bool kOwning, class T>
 KETRA_INLINE bool readTagged(const Tlv &tlv, T &value, As as, Fault &fault);
+template <bool kOwning, class T>
+KETRA_INLINE bool readNext(Reader &in, Tlv &tlv, T &value, Fault &fault);
 
 inline bool failOtherTag(const Reader &in, uint8_t expected, Fault &fault) {
-  if (in.done()) return fail(fault, Reason::Missing, in.at, 0, expected);
+  if (in.done()) return fail(fault, expected != 0 ? Reason::Missing : Reason::MissingChoice, in.at, 0, expected);
   if ((*in.at & ~0x20) == 0) return fail(fault, Reason::EndOfContents, in.at);
+  if (expected == 0) return fail(fault, Reason::NoAlternative, in.at, *in.at);
   return fail(fault, Reason::OtherTag, in.at, *in.at, expected);
 }
 
@@ -110,17 +113,26 @@ struct ReadOnlyMember {
 struct ReadBits {
   View octets;
   std::size_t count;
+  uint32_t first = firstBits(octets, count);
   std::size_t named = 0;
   KETRA_INLINE bool operator()(const char *, bool &member, As as) {
     const auto number = static_cast<std::size_t>(as.number);
     if (number >= named) named = number + 1;
-    member = number < count && (octets[number / 8] & (0x80u >> number % 8)) != 0;
+    member = (first >> (31 - number) & 1) != 0;
     return true;
   }
   template <class Bits>
-  bool nameless(Bits &bits) {
-    if (count > named) bits = Bits(octets, count);
+  KETRA_INLINE bool nameless(Bits &bits) {
+    if (KETRA_UNLIKELY(count > named)) bits = Bits(octets, count);
     return true;
+  }
+
+  // The first 32, of which the first is the most significant: more have no name.
+  KETRA_INLINE static uint32_t firstBits(View octets, std::size_t count) {
+    uint32_t bits = octets.empty() ? 0 : uint32_t{octets[0]} << 24;
+    if (octets.size() > 1) bits |= uint32_t{octets[1]} << 16;
+    for (std::size_t i = 2; i < 4 && i < octets.size(); ++i) bits |= uint32_t{octets[i]} << (24 - 8 * i);
+    return count < 32 ? bits & ~(0xFFFFFFFF >> count) : bits;
   }
 };
 
@@ -139,8 +151,7 @@ KETRA_INLINE bool readBits(View content, T &value, Fault &fault) {
 
 // A string in segments: an owning value joins them.
 template <bool kOwning, class Use>
-KETRA_INLINE bool withContents(const Tlv &tlv, bool isBits, Fault &fault, Use &&use) {
-  if (!tlv.isConstructed()) return use(tlv);
+bool withSegments(const Tlv &tlv, bool isBits, Fault &fault, Use &&use) {
   if constexpr (kOwning) {
     Octets joined;
     if (!joinSegments(tlv, isBits, joined, fault)) return false;
@@ -155,12 +166,13 @@ KETRA_INLINE bool withContents(const Tlv &tlv, bool isBits, Fault &fault, Use &&
 
 template <bool kOwning, class T>
 KETRA_INLINE bool readLeaf(const Tlv &tlv, T &value, As as, Fault &fault) {
-  const auto read = [&](const Tlv &whole) { return Leaf<T>::read(whole, value, fault); };
   if constexpr (Leaf<T>::inSegments) {
-    if (!withContents<kOwning>(tlv, Leaf<T>::kind == LeafKind::BitString, fault, read)) return false;
-  } else {
-    if (!read(tlv)) return false;
+    if (KETRA_UNLIKELY(tlv.isConstructed())) {
+      return withSegments<kOwning>(tlv, Leaf<T>::kind == LeafKind::BitString, fault,
+                                   [&](const Tlv &whole) { return Leaf<T>::read(whole, value, fault); });
+    }
   }
+  if (!Leaf<T>::read(tlv, value, fault)) return false;
   if constexpr (Leaf<T>::kind == LeafKind::Integer) {
     if (as.isNatural && value.isNegative()) return fail(fault, Reason::Negative, tlv.content);
   }
@@ -169,17 +181,12 @@ KETRA_INLINE bool readLeaf(const Tlv &tlv, T &value, As as, Fault &fault) {
 
 template <bool kOwning, class T>
 KETRA_INLINE bool readList(const Tlv &tlv, T &list, As as, Fault &fault) {
-  using Member = typename MemberOf<T>::type;
   if (as.isNonEmpty && tlv.content == tlv.contentEnd) return fail(fault, Reason::EmptyList, tlv.octets);
   if constexpr (kOwning) {
     list.reserve(countTlvs(tlv.reader()));
     Tlv member;
     for (Reader in = tlv.reader(); !in.done();) {
-      if (!readTlv(in, member, fault)) return false;
-      if (!matches<Member>({}, member.identifier)) {
-        return failOtherTag({member.octets, member.end}, identifierOf<Member>({}), fault);
-      }
-      if (!readContents<true>(member, list.emplace_back(), {}, fault)) return false;
+      if (!readNext<true>(in, member, list.emplace_back(), fault)) return false;
     }
   } else {
     list = T(tlv.contents());
@@ -195,7 +202,8 @@ KETRA_INLINE bool readContents(const Tlv &tlv, T &value, As as, Fault &fault) {
   } else if constexpr (kIsList<T>) {
     return readList<kOwning>(tlv, value, as, fault);
   } else if constexpr (kHasShape<T, Shape::Bits>) {
-    return withContents<kOwning>(tlv, true, fault,
+    if (KETRA_LIKELY(!tlv.isConstructed())) return readBits(tlv.contents(), value, fault);
+    return withSegments<kOwning>(tlv, true, fault,
                                  [&](const Tlv &whole) { return readBits(whole.contents(), value, fault); });
   } else if constexpr (kHasShape<T, Shape::Choice>) {
     ReadAlternative<kOwning> visit(tlv, fault);
@@ -223,9 +231,7 @@ KETRA_INLINE bool readTagged(const Tlv &tlv, T &value, As as, Fault &fault) {
   if (in.done()) return fail(fault, Reason::EmptyExplicit, tlv.octets);
   if (!readTlv(in, inner, fault)) return false;
   as.number = -1;
-  if (!matches<T>(as, inner.identifier)) {
-    return fail(fault, Reason::OtherTag, inner.octets, inner.identifier, identifierOf<T>(as));
-  }
+  if (!matches<T>(as, inner.identifier)) return failOtherTag({inner.octets, inner.end}, identifierOf<T>(as), fault);
   if (!readContents<kOwning>(inner, value, as, fault)) return false;
   return in.done() || fail(fault, Reason::CrowdedExplicit, in.at);
 }
@@ -237,6 +243,18 @@ KETRA_INLINE bool readWhole(const Tlv &tlv, T &value, Fault &fault) {
     return failOtherTag({tlv.octets, tlv.end}, identifierOf<T>({}), fault);
   }
   return readContents<kOwning>(tlv, value, {}, fault);
+}
+
+// The next encoding, which is one of the type by its own tag.
+template <bool kOwning, class T>
+KETRA_INLINE bool readNext(Reader &in, Tlv &tlv, T &value, Fault &fault) {
+  if constexpr (universalIdentifierOf<T>({}) != 0) {
+    // The compiler sees that the tag is none of the odd ones.
+    if (KETRA_LIKELY(matches<T>({}, *in.at))) {
+      return readTlv(in, tlv, fault) && readContents<kOwning>(tlv, value, {}, fault);
+    }
+  }
+  return readTlv(in, tlv, fault) && readWhole<kOwning>(tlv, value, fault);
 }
 
 }  // namespace detail
@@ -268,6 +286,14 @@ class Item {
   const Fault &fault() const { return fault_; }  ///< what is wrong; Reason::None when it is good
   /// The whole encoding; of what has no end, all that is left.
   View octets() const { return octets_; }
+
+  /// What cannot be read.
+  static Item faulty(View octets, const Fault &fault) {
+    Item item;
+    item.octets_ = octets;
+    item.fault_ = fault;
+    return item;
+  }
 
  private:
   template <class>
@@ -324,17 +350,14 @@ class Range {
       // What cold functions see are copies: the iterator itself stays in registers.
       Fault fault;
       Tlv tlv;
-      bool isRead = detail::readTlv(in_, tlv, fault);
-      if (isRead) {
-        item_.octets_ = tlv.whole();
-        if constexpr (!detail::IsLeaf<T>::value) item_.value_ = T{};  // components that are absent
-        isRead = detail::readWhole<false>(tlv, item_.value_, fault);
-      } else {
-        item_.octets_ = in_.rest();
-        in_.at = in_.end;
-      }
+      const uint8_t *const start = in_.at;
+      if constexpr (!detail::IsLeaf<T>::value) item_.value_ = T{};  // components that are absent
       item_.fault_.reason = Reason::None;
-      if (!isRead) item_.fault_ = fault;
+      if (!detail::readNext<false>(in_, tlv, item_.value_, fault)) {
+        item_.fault_ = fault;
+        if (in_.at == start) in_.at = in_.end;  // no header: it is all that is left
+      }
+      item_.octets_ = View(start, in_.at);
     }
 
     Reader in_;
@@ -417,12 +440,16 @@ struct FindFault {
   template <class T>
   bool look(const T &value) {
     if constexpr (kIsList<T>) {
-      for (const auto &item : value) {
-        if (!item) {
-          fault = item.fault();
+      // Without a Range: members are looked at and not kept.
+      Tlv tlv;
+      for (Reader in(value.octets()); !in.done();) {
+        typename MemberOf<T>::type member{};
+        Fault found;
+        if (!readNext<false>(in, tlv, member, found)) {
+          fault = found;
           return false;
         }
-        if (!look(*item)) return false;
+        if (!look(member)) return false;
       }
     } else if constexpr (kIsDescribed<T>) {
       return T::describe(value, *this);

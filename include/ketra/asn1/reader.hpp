@@ -43,17 +43,17 @@ namespace detail {
 
 inline bool isEndOfContents(const Reader &in) { return in.left() >= 2 && in.at[0] == 0 && in.at[1] == 0; }
 
-// Goes past the identifier octets of the form for high tag numbers (X.690 8.1.2.4). A number beyond 32 bits is passed
-// over: no described type has it.
+// Goes past the identifier octets of the form for high tag numbers (X.690 8.1.2.4).
 inline bool skipTagNumber(Reader &in, Fault &fault) {
   const uint8_t *const start = in.at;
-  uint64_t number = 0;
+  uint32_t number = 0;
   do {
     if (in.done()) return fail(fault, Reason::EndedInTag, in.at);
     if (in.at == start && *in.at == 0x80) return fail(fault, Reason::PaddedTag, in.at);
-    if (number >> 32 == 0) number = number << 7 | (*in.at & 0x7Fu);
+    if (number > UINT32_MAX >> 7) return fail(fault, Reason::HugeTag, in.at);
+    number = number << 7 | (*in.at & 0x7Fu);
   } while ((*in.at++ & 0x80) != 0);
-  return number >= 31 || fail(fault, Reason::LowTag, start, static_cast<std::size_t>(number));
+  return number >= 31 || fail(fault, Reason::LowTag, start, number);
 }
 
 // Reads a header. `length` is that of the contents; an indefinite one sets `indefinite` instead.

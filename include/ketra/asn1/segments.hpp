@@ -9,16 +9,17 @@
 
 namespace ketra::detail {
 
-// Calls use(contents) for each primitive segment of a constructed string, however they are nested.
-template <class Use>
-bool eachSegment(const Tlv &string, uint8_t tag, Fault &fault, Use &&use) {
+// Goes through all that is inside a constructed encoding, down to the last, and calls visit(at, contents) for each:
+// `at` is its identifier octet, and what is constructed has no contents there.
+template <class Visit>
+bool eachInside(const Tlv &outer, Fault &fault, Visit &&visit) {
   struct Level {
     const uint8_t *end;
     bool isIndefinite;
   } levels[ASN_MAX_NESTING];
   std::size_t depth = 0;
-  Reader in = string.reader();
-  levels[0] = {string.contentEnd, false};  // its end is known, whatever its length is
+  Reader in = outer.reader();
+  levels[0] = {outer.contentEnd, false};  // its end is known, whatever its length is
   for (;;) {
     const Level level = levels[depth];
     in.end = level.end;
@@ -33,15 +34,31 @@ bool eachSegment(const Tlv &string, uint8_t tag, Fault &fault, Use &&use) {
     std::size_t length = 0;
     bool isIndefinite = false;
     if (!readHeader(in, length, isIndefinite, fault)) return false;
-    if ((*at & ~0x20) != tag) return fail(fault, Reason::SegmentTag, at, *at, tag);
-    if ((*at & 0x20) == 0) {
-      if (!use(View(in.at, length))) return false;
+    const bool isConstructed = (*at & 0x20) != 0;
+    if (!visit(at, View(in.at, isConstructed ? 0 : length))) return false;
+    if (!isConstructed) {
       in.at += length;
       continue;
     }
     if (++depth == ASN_MAX_NESTING) return fail(fault, Reason::Nesting, at, ASN_MAX_NESTING);
     levels[depth] = {isIndefinite ? level.end : in.at + length, isIndefinite};
   }
+}
+
+// Whether encodings are all that is inside, down to the last.
+inline bool checkInside(const Tlv &outer, Fault &fault) {
+  return eachInside(outer, fault, [&](const uint8_t *at, View) {
+    return (*at & ~0x20) != 0 || fail(fault, Reason::EndOfContents, at);
+  });
+}
+
+// Calls use(contents) for each primitive segment of a constructed string, however they are nested.
+template <class Use>
+bool eachSegment(const Tlv &string, uint8_t tag, Fault &fault, Use &&use) {
+  return eachInside(string, fault, [&](const uint8_t *at, View contents) {
+    if ((*at & ~0x20) != tag) return fail(fault, Reason::SegmentTag, at, *at, tag);
+    return (*at & 0x20) != 0 || use(contents);
+  });
 }
 
 // Joins the segments in one block: first their size is found, then the octets are copied.

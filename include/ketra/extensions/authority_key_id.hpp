@@ -34,7 +34,7 @@ struct AuthorityKeyIdOf {
   }
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("keyIdentifier", self.keyIdentifier, context(0)) &&
            visit("authorityCertIssuer", self.authorityCertIssuer, context(1) | nonEmpty) &&
            visit("authorityCertSerialNumber", self.authorityCertSerialNumber, context(2));

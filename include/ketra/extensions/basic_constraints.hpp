@@ -23,7 +23,7 @@ struct BasicConstraintsOf {
   std::optional<IntegerOf<Form>> pathLenConstraint{};  ///< how many CA certificates may follow it in a path
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("cA", self.cA) && visit("pathLenConstraint", self.pathLenConstraint, natural);
   }
 };

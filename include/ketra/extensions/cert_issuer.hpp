@@ -22,7 +22,7 @@ struct CertificateIssuerOf {
   ListOf<Form, GeneralNameOf<Form>> names{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("names", self.names, nonEmptySet);
   }
 };

@@ -21,7 +21,7 @@ struct NoticeReferenceOf {
   ListOf<Form, IntegerOf<Form>> noticeNumbers{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("organization", self.organization) && visit("noticeNumbers", self.noticeNumbers);
   }
 };
@@ -38,7 +38,7 @@ struct UserNoticeOf {
   std::optional<TextOf<Form>> explicitText{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("noticeRef", self.noticeRef) && visit("explicitText", self.explicitText);
   }
 };
@@ -57,7 +57,7 @@ struct PolicyQualifierInfoOf {
   std::optional<AnyOf<Form>> qualifier{};  ///< as<Text>() for a CPS pointer, as<UserNotice>() for a notice
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("policyQualifierId", self.policyQualifierId) && visit("qualifier", self.qualifier);
   }
 };
@@ -74,7 +74,7 @@ struct PolicyInformationOf {
   std::optional<ListOf<Form, PolicyQualifierInfoOf<Form>>> policyQualifiers{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("policyIdentifier", self.policyIdentifier) &&
            visit("policyQualifiers", self.policyQualifiers, nonEmptySet);
   }
@@ -93,7 +93,7 @@ struct CertificatePoliciesOf {
   ListOf<Form, PolicyInformationOf<Form>> policies{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("policies", self.policies, nonEmptySet);
   }
 };

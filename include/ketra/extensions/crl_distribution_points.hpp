@@ -21,7 +21,7 @@ struct DistributionPointOf {
   std::optional<ListOf<Form, GeneralNameOf<Form>>> cRLIssuer{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("distributionPoint", self.distributionPoint, explicitly(0)) &&
            visit("reasons", self.reasons, context(1)) && visit("cRLIssuer", self.cRLIssuer, context(2) | nonEmptySet);
   }
@@ -40,7 +40,7 @@ struct CrlDistributionPointsOf {
   ListOf<Form, DistributionPointOf<Form>> points{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("points", self.points, nonEmpty);
   }
 };

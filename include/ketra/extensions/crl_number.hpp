@@ -22,7 +22,7 @@ struct CrlNumberOf {
   IntegerOf<Form> number{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("number", self.number, natural);
   }
 };

@@ -22,7 +22,7 @@ struct DeltaCrlIndicatorOf {
   IntegerOf<Form> baseCrlNumber{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("baseCrlNumber", self.baseCrlNumber, natural);
   }
 };

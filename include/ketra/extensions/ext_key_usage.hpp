@@ -20,7 +20,7 @@ struct ExtKeyUsageOf {
   ListOf<Form, ObjectIdentifierOf<Form>> purposes{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("purposes", self.purposes, nonEmpty);
   }
 };

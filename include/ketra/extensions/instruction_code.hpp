@@ -21,7 +21,7 @@ struct HoldInstructionOf {
   ObjectIdentifierOf<Form> instruction{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("instruction", self.instruction);
   }
 };

@@ -22,7 +22,7 @@ struct InvalidityDateOf {
   Time date{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("date", self.date);
   }
 };

@@ -20,7 +20,7 @@ struct IssuerAltNameOf {
   ListOf<Form, GeneralNameOf<Form>> names{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("names", self.names, nonEmptySet);
   }
 };

@@ -29,7 +29,7 @@ struct IssuingDistributionPointOf {
   Default<bool, false> indirectCRL{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("distributionPoint", self.distributionPoint, explicitly(0)) &&
            visit("onlyContainsUserCerts", self.onlyContainsUserCerts, context(1)) &&
            visit("onlyContainsCACerts", self.onlyContainsCACerts, context(2)) &&

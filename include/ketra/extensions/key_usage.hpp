@@ -31,7 +31,7 @@ struct KeyUsageOf {
   BitsOf<Form> nameless{};  ///< what was read, when it has bits beyond these
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("digitalSignature", self.digitalSignature, bit(0)) &&
            visit("nonRepudiation", self.nonRepudiation, bit(1)) &&
            visit("keyEncipherment", self.keyEncipherment, bit(2)) &&

@@ -22,7 +22,7 @@ struct GeneralSubtreeOf {
   std::optional<IntegerOf<Form>> maximum{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("base", self.base) && visit("minimum", self.minimum, context(0)) &&
            visit("maximum", self.maximum, context(1));
   }
@@ -44,7 +44,7 @@ struct NameConstraintsOf {
   std::optional<ListOf<Form, GeneralSubtreeOf<Form>>> excludedSubtrees{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("permittedSubtrees", self.permittedSubtrees, context(0) | nonEmpty) &&
            visit("excludedSubtrees", self.excludedSubtrees, context(1) | nonEmpty);
   }

@@ -24,7 +24,7 @@ struct PolicyConstraintsOf {
   std::optional<IntegerOf<Form>> inhibitPolicyMapping{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("requireExplicitPolicy", self.requireExplicitPolicy, context(0) | natural) &&
            visit("inhibitPolicyMapping", self.inhibitPolicyMapping, context(1) | natural);
   }

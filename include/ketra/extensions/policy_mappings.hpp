@@ -19,7 +19,7 @@ struct PolicyMappingOf {
   ObjectIdentifierOf<Form> subjectDomainPolicy{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("issuerDomainPolicy", self.issuerDomainPolicy) &&
            visit("subjectDomainPolicy", self.subjectDomainPolicy);
   }
@@ -39,7 +39,7 @@ struct PolicyMappingsOf {
   ListOf<Form, PolicyMappingOf<Form>> mappings{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("mappings", self.mappings, nonEmpty);
   }
 };

@@ -24,7 +24,7 @@ struct PrivateKeyUsagePeriodOf {
   std::optional<Time> notAfter{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("notBefore", self.notBefore, context(0)) && visit("notAfter", self.notAfter, context(1));
   }
 };

@@ -28,14 +28,17 @@ enum class CrlReason : uint8_t {
   aACompromise = 10
 };
 
+namespace detail {
+inline constexpr std::string_view kReasonNames[] = {
+    "unspecified",   "keyCompromise",        "cACompromise",    "affiliationChanged",
+    "superseded",    "cessationOfOperation", "certificateHold", "",
+    "removeFromCRL", "privilegeWithdrawn",   "aACompromise"};
+}  // namespace detail
+
 /// The name of a reason; empty for a number that is none.
 constexpr std::string_view nameOf(CrlReason reason) {
-  constexpr std::string_view kNames[] = {
-      "unspecified",   "keyCompromise",        "cACompromise",    "affiliationChanged",
-      "superseded",    "cessationOfOperation", "certificateHold", "",
-      "removeFromCRL", "privilegeWithdrawn",   "aACompromise"};
   const auto number = static_cast<std::size_t>(reason);
-  return number < std::size(kNames) ? kNames[number] : std::string_view();
+  return number < std::size(detail::kReasonNames) ? detail::kReasonNames[number] : std::string_view();
 }
 
 template <>
@@ -54,7 +57,7 @@ struct ReasonCodeOf {
   CrlReason reason{};  ///< a reason with a name; others are not read
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("reason", self.reason);
   }
 };

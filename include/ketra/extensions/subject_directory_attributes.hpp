@@ -13,15 +13,15 @@ namespace ketra {
 
 // Attribute ::= SEQUENCE {                                       RFC 5280 4.2.1.8, A.1
 //     type    AttributeType,
-//     values  SET OF AttributeValue }
+//     values  SET SIZE (1..MAX) OF AttributeValue }
 template <class Form>
 struct AttributeOf {
   ObjectIdentifierOf<Form> type{};
   ListOf<Form, AnyOf<Form>> values{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
-    return visit("type", self.type) && visit("values", self.values, setOf | nonEmptySet);
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
+    return visit("type", self.type) && visit("values", self.values, setOf | nonEmpty);
   }
 };
 using Attribute = AttributeOf<Owned>;       ///< owns what it holds
@@ -39,8 +39,8 @@ struct SubjectDirectoryAttributesOf {
   ListOf<Form, AttributeOf<Form>> attributes{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
-    return visit("attributes", self.attributes, nonEmptySet);
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
+    return visit("attributes", self.attributes, nonEmpty);
   }
 };
 using SubjectDirectoryAttributes = SubjectDirectoryAttributesOf<Owned>;       ///< owns what it holds

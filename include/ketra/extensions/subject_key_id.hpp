@@ -23,7 +23,7 @@ struct SubjectKeyIdOf {
   OctetStringOf<Form> keyIdentifier{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("keyIdentifier", self.keyIdentifier);
   }
 };

@@ -38,7 +38,7 @@ struct ExtensionOf {
   OctetStringOf<Form> extnValue{};  ///< the encoding of the value
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("extnID", self.extnID) && visit("critical", self.critical) && visit("extnValue", self.extnValue);
   }
 };
@@ -63,7 +63,7 @@ class Found {
   const Fault &fault() const { return item_.fault(); }
   /// As stored; false when it is absent.
   bool isCritical() const { return isCritical_; }
-  /// The encoding of the value, good or faulty.
+  /// The encoding of the value, good or faulty; of the whole Extension, where that cannot be read.
   View octets() const { return item_.octets(); }
 
   /// The value; absent or faulty, the process ends.
@@ -84,6 +84,28 @@ class Found {
   bool isPresent_ = false;
   bool isCritical_ = false;
 };
+
+namespace detail {
+
+// What can be told of an Extension that is not one: its identifier, no octets if it has none, and its criticality.
+struct ExtensionBeginning {
+  View id;
+  bool isCritical = false;
+};
+inline ExtensionBeginning beginningOf(View extension) {
+  ExtensionBeginning beginning;
+  Reader in(extension);
+  Tlv tlv;
+  Fault ignored;
+  if (!readTlv(in, tlv, ignored) || tlv.identifier != 0x30) return beginning;
+  in = tlv.reader();
+  if (!readTlv(in, tlv, ignored) || tlv.identifier != 0x06) return beginning;
+  beginning.id = tlv.contents();
+  beginning.isCritical = readTlv(in, tlv, ignored) && tlv.identifier == 0x01 && tlv.size() == 1 && *tlv.content != 0;
+  return beginning;
+}
+
+}  // namespace detail
 
 /// The extensions of an Extensions SEQUENCE in place. Reads nothing ahead, allocates nothing, and any number of threads
 /// can use one.
@@ -120,11 +142,17 @@ class ExtensionsView {
   std::size_t size() const { return members_.size(); }  ///< how many, faulty ones too
   bool empty() const { return members_.empty(); }       ///< whether there are none
 
-  /// The first extension with an identifier.
+  /// The first extension with an identifier. One that is faulty, but for its identifier, is found as faulty.
   template <class Oid>
-  Item<ExtensionView> find(const Oid &oid) const {
+  Found<ExtensionView> find(const Oid &oid) const {
     for (const auto &extension : *this) {
-      if (extension && extension->extnID == oid) return extension;
+      if (extension) {
+        if (extension->extnID == oid) return Found<ExtensionView>(extension, extension->critical.value());
+        continue;
+      }
+      const auto beginning = detail::beginningOf(extension.octets());
+      const auto id = ObjectIdentifierView::ofContent(beginning.id);
+      if (id && *id == oid) return Found<ExtensionView>(extension, beginning.isCritical);
     }
     return {};
   }
@@ -133,8 +161,11 @@ class ExtensionsView {
   Found<typename detail::ViewedOf<T>::type> view() const {
     using V = typename detail::ViewedOf<T>::type;
     const auto extension = find(T::oid);
-    if (extension.octets().empty()) return {};
-    return Found<V>(ketra::view<V>(extension->extnValue.octets()), extension->critical.value());
+    if (extension.isAbsent()) return {};
+    if (extension.isFaulty()) {
+      return Found<V>(Item<V>::faulty(extension.octets(), extension.fault()), extension.isCritical());
+    }
+    return Found<V>(ketra::view<V>(extension->extnValue.octets()), extension.isCritical());
   }
 
  private:
@@ -278,9 +309,10 @@ class Extensions {
   /// The extension of type T, or nothing when it is absent. Throws Error when it cannot be read.
   template <class T>
   Got<T> get() const {
-    const Item<ExtensionView> found = search(T::oid);
-    if (found.octets().empty()) return {};
-    const Result<Extension> extension = read<Extension>(found.octets());
+    const View found = search(T::oid);
+    if (found.empty()) return {};
+    const Result<Extension> extension = read<Extension>(found);
+    if (!extension) throw Error(extension.fault(), explain<Extension>(found, extension.fault()));
     const View octets = extension->extnValue.octets();
     Result<T> value = read<T>(octets);
     if (!value) throw Error(value.fault(), explain<T>(octets, value.fault()));
@@ -298,10 +330,8 @@ class Extensions {
   /// The first extension with an identifier, as it is stored.
   /// @{
   template <class Oid>
-  std::optional<ExtensionView> find(const Oid &oid) const &KETRA_LIFETIMEBOUND {
-    const Item<ExtensionView> found = search(oid);
-    if (found.octets().empty()) return std::nullopt;
-    return *found;
+  Found<ExtensionView> find(const Oid &oid) const &KETRA_LIFETIMEBOUND {
+    return viewed().find(oid);
   }
   template <class Oid>
   void find(const Oid &oid) && = delete;
@@ -309,7 +339,7 @@ class Extensions {
   /// Whether there is an extension of type T, good or faulty.
   template <class T>
   bool contains() const {
-    return !search(T::oid).octets().empty();
+    return !search(T::oid).empty();
   }
 
   /// Stores an extension whose criticality the caller chooses; one with the same identifier is replaced in its place.
@@ -334,7 +364,7 @@ class Extensions {
     if (critical) out.value(0x01, View(kTrue));
     out.value(0x04, value);
     out.end(place);
-    replace(search(oid).octets(), out.written());
+    replace(search(oid), out.written());
   }
 
   /// Removes the first extension with an identifier; false when there is none.
@@ -345,7 +375,7 @@ class Extensions {
   }
   template <class Oid>
   bool erase(const Oid &oid) {
-    const View found = search(oid).octets();
+    const View found = search(oid);
     if (found.empty()) return false;
     replace(found, {});
     return true;
@@ -356,12 +386,10 @@ class Extensions {
   static constexpr uint8_t kTrue[] = {0xFF};
 
   Range<ExtensionView> range() const { return Range<ExtensionView>(View(members_)); }
+  // The octets of an extension, or none.
   template <class Oid>
-  Item<ExtensionView> search(const Oid &oid) const {
-    for (const auto &extension : range()) {
-      if (extension && extension->extnID == oid) return extension;
-    }
-    return {};
+  View search(const Oid &oid) const {
+    return viewed().find(oid).octets();
   }
 
   template <class T>
@@ -383,9 +411,18 @@ class Extensions {
     set(T::oid, critical, out.written());
   }
 
+  // After the last member with an end. What follows it, if anything, would swallow what is added after it.
+  std::size_t readableEnd() const {
+    Reader in{View(members_)};
+    Tlv tlv;
+    for (Fault fault; !in.done() && detail::readTlv(in, tlv, fault);) {
+    }
+    return members_.size() - in.left();
+  }
+
   // `now` in the place of `before`, or at the end when that is empty.
   void replace(View before, View now) {
-    const auto place = before.empty() ? members_.size() : static_cast<std::size_t>(before.begin() - members_.data());
+    const auto place = before.empty() ? readableEnd() : static_cast<std::size_t>(before.begin() - members_.data());
     Octets members;
     members.reserve(members_.size() - before.size() + now.size());
     members.insert(members.end(), members_.data(), members_.data() + place);

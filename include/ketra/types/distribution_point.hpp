@@ -29,7 +29,7 @@ struct DistributionPointNameOf {
   /// @}
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit.choice(self.name, Alternative{"fullName", context(0) | nonEmptySet},
                         Alternative{"nameRelativeToCRLIssuer", context(1)});
   }
@@ -57,7 +57,7 @@ struct ReasonFlagsOf {
   BitsOf<Form> nameless{};  ///< what was read, when it has bits beyond these
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("unused", self.unused, bit(0)) && visit("keyCompromise", self.keyCompromise, bit(1)) &&
            visit("cACompromise", self.cACompromise, bit(2)) &&
            visit("affiliationChanged", self.affiliationChanged, bit(3)) &&

@@ -43,7 +43,7 @@ struct OtherNameOf {
   std::optional<AnyOf<Form>> value{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("type-id", self.type) && visit("value", self.value, explicitly(0));
   }
 };
@@ -62,7 +62,7 @@ struct OrAddressOf {
   std::optional<ListOf<Form, AnyOf<Form>>> extensionAttributes{};      ///< the members of the SET OF
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("standardAttributes", self.standardAttributes) &&
            visit("domainDefinedAttributes", self.domainDefinedAttributes, nonEmpty) &&
            visit("extensionAttributes", self.extensionAttributes, setOf | nonEmpty);
@@ -81,7 +81,7 @@ struct EdiPartyNameOf {
   DirectoryStringOf<Form> partyName{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("nameAssigner", self.nameAssigner, explicitly(0)) && visit("partyName", self.partyName, explicitly(1));
   }
 };
@@ -115,7 +115,7 @@ class GeneralNameOf {
   /// From the other form.
   template <class Other>
   explicit GeneralNameOf(const GeneralNameOf<Other> &other)
-      : content_(detail::contentAs<Form>(other.content())), kind_(other.kind()) {}
+      : content_(detail::contentAs<Form>(other.content())), kind_(other.kind()), isJudged_(other.isJudged_) {}
 
   NameKind kind() const { return kind_; }                 ///< which alternative it is
   bool is(NameKind kind) const { return kind_ == kind; }  ///< whether it is that one
@@ -133,7 +133,7 @@ class GeneralNameOf {
   }
   Result<NameView> directoryName() const KETRA_LIFETIMEBOUND {
     if (!is(NameKind::directoryName)) return otherKind();
-    return NameView::of(content());
+    return isJudged_ ? Result<NameView>(NameView::ofJudged(content())) : NameView::of(content());
   }
   Result<EdiPartyNameView> ediPartyName() const KETRA_LIFETIMEBOUND {
     return asSequence<EdiPartyNameView>(NameKind::ediPartyName);
@@ -199,8 +199,11 @@ class GeneralNameOf {
   }
 
   friend struct Leaf<GeneralNameOf>;
+  template <class>
+  friend class GeneralNameOf;
   typename Form::Content content_{};
   NameKind kind_ = NameKind::dNSName;
+  bool isJudged_ = false;  // a directoryName that was read: it need not be judged again
 };
 using GeneralName = GeneralNameOf<Owned>;       ///< owns what it holds
 using GeneralNameView = GeneralNameOf<Viewed>;  ///< points to what it was read from
@@ -215,15 +218,15 @@ struct Leaf<GeneralNameOf<Form>> {
   static constexpr bool kOwning = std::is_same_v<Form, Owned>;
 
   static constexpr bool matches(uint8_t octet) {
+    if (isPlain(octet)) return true;
     const uint8_t number = octet & 0x1F;
     if ((octet & 0xC0) != 0x80 || number > 8) return false;
     const bool isConstructed = (octet & 0x20) != 0;
     return detail::isStringKind(number) || isConstructed == (number != 8);
   }
   KETRA_INLINE static bool read(const Tlv &tlv, Value &value, Fault &fault) {
-    const auto number = static_cast<uint8_t>(tlv.identifier & 0x1F);
-    value.kind_ = static_cast<NameKind>(number);
-    if (detail::isStringKind(number) && !tlv.isConstructed()) {
+    value.kind_ = static_cast<NameKind>(tlv.identifier & 0x1F);
+    if (KETRA_LIKELY(isPlain(tlv.identifier))) {
       value.content_ = detail::contentAs<Form>(tlv.contents());
       return true;
     }
@@ -244,11 +247,15 @@ struct Leaf<GeneralNameOf<Form>> {
   static std::string text(const Value &value) { return value.text(); }
 
  private:
+  // Nearly every name: a string or octets, in one piece.
+  static constexpr bool isPlain(uint8_t octet) {
+    return octet >= 0x80 && octet < 0x88 && detail::isStringKind(octet & 0x1F);
+  }
   static bool readOther(const Tlv &tlv, Value &value, Fault &fault) {
     bool isRight = false;
     View content = tlv.contents();
     if (detail::isStringKind(static_cast<uint8_t>(value.kind_))) {
-      return detail::withContents<kOwning>(tlv, false, fault, [&](const Tlv &whole) {
+      return detail::withSegments<kOwning>(tlv, false, fault, [&](const Tlv &whole) {
         value.content_ = detail::contentAs<Form>(whole.contents());
         return true;
       });
@@ -265,8 +272,10 @@ struct Leaf<GeneralNameOf<Form>> {
       }
       default: isRight = detail::checkObjid(content, fault);
     }
-    if (isRight) value.content_ = detail::contentAs<Form>(content);
-    return isRight;
+    if (!isRight) return false;
+    value.content_ = detail::contentAs<Form>(content);
+    value.isJudged_ = true;
+    return true;
   }
 };
 

@@ -26,7 +26,7 @@ struct AttributeTypeAndValueOf {
   AnyOf<Form> value{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("type", self.type) && visit("value", self.value);
   }
 };
@@ -41,7 +41,7 @@ struct RelativeDistinguishedNameOf {
   ListOf<Form, AttributeTypeAndValueOf<Form>> attributes{};
 
   template <class Self, class Visitor>
-  static constexpr bool describe(Self &self, Visitor &visit) {
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("attributes", self.attributes, setOf | nonEmpty);
   }
 };
@@ -84,11 +84,22 @@ inline TextType textTypeOf(View type) {
   return TextType::Utf8;
 }
 
-// Judges the encoding of a Name: a SEQUENCE of relative distinguished names that are right, and none empty.
+// Judges the encoding of a Name: a SEQUENCE of relative distinguished names that are right, and none empty. Values have
+// to be well formed down to the last: names are compared and written as DER.
 inline bool checkName(const Tlv &tlv, Fault &fault) {
   if (tlv.identifier != 0x30) return fail(fault, Reason::OtherTag, tlv.octets, tlv.identifier, 0x30);
-  fault = firstFault(Range<RelativeDistinguishedNameView>(tlv.contents()));
-  return !fault;
+  for (const auto &rdn : Range<RelativeDistinguishedNameView>(tlv.contents())) {
+    fault = rdn.fault();
+    if (fault) return false;
+    for (const auto &attribute : rdn->attributes) {
+      fault = attribute.fault();
+      if (fault) return false;
+      const View value = attribute->value.encoding();
+      Tlv inner;
+      if ((value[0] & 0x20) != 0 && !(readOnly(value, inner, fault) && checkInside(inner, fault))) return false;
+    }
+  }
+  return true;
 }
 
 // Keyword of an attribute type (RFC 4514 3, RFC 4519), or nothing.
@@ -163,6 +174,14 @@ class NameOf {
   static constexpr uint8_t kEmpty[] = {0x30, 0x00};
 
   friend struct Leaf<NameOf>;
+  template <class>
+  friend class GeneralNameOf;
+  static NameOf ofJudged(View encoding) {
+    NameOf name;
+    name.stored_ = detail::contentAs<Form>(encoding);
+    return name;
+  }
+
   typename Form::Content stored_;
 };
 using Name = NameOf<Owned>;       ///< owns what it holds

@@ -1,0 +1,380 @@
+// What has to hold of every extension type, whichever it is: from the golden rows, and from values made of them.
+#include <cstdlib>
+#include <new>
+#include <thread>
+
+#include "ketra/extensions.hpp"
+#include "support/support.h"
+
+// All memory that is asked for, and what is held of it.
+namespace {
+thread_local std::size_t requests = 0;
+thread_local std::size_t heldOctets = 0, peakOctets = 0;
+constexpr std::size_t kLead = alignof(std::max_align_t);
+
+// Not inlined: what the compiler knows of a block made by new does not hold for the octets in front of it.
+[[gnu::noinline]] void release(void *memory) {
+  if (memory == nullptr) return;
+  auto *const block = static_cast<char *>(memory) - kLead;
+  heldOctets -= *reinterpret_cast<std::size_t *>(block);
+  std::free(block);
+}
+}  // namespace
+[[gnu::noinline]] void *operator new(std::size_t size) {
+  auto *const block = static_cast<char *>(std::malloc(size + kLead));
+  if (block == nullptr) std::abort();
+  *reinterpret_cast<std::size_t *>(block) = size;
+  ++requests;
+  heldOctets += size;
+  if (heldOctets > peakOctets) peakOctets = heldOctets;
+  return block + kLead;
+}
+void operator delete(void *memory) noexcept { release(memory); }
+void operator delete(void *memory, std::size_t) noexcept { release(memory); }
+
+namespace ketra {
+namespace {
+
+using test::fromHex;
+using test::tlv;
+
+template <class T>
+using ViewOf = typename detail::ViewedOf<T>::type;
+
+template <class Call, class... Ts>
+void forEach(Types<Ts...>, const Call &call) {
+  const auto one = [&](auto *type) {
+    const testing::ScopedTrace trace(__FILE__, __LINE__, std::string(std::remove_pointer_t<decltype(type)>::name));
+    call(type);
+  };
+  (one(static_cast<Ts *>(nullptr)), ...);
+}
+
+// Golden rows that are values of a type, by the beginnings of their names; values of types that have none.
+const std::map<std::string, std::vector<std::string>> kGolden = {
+    {"SubjectDirectoryAttributes", {"30 10 30 0E 06 03 55 04 48 31 07 02 01 05 13 02 41 42"}},
+    {"SubjectKeyIdentifier", {"subjectKeyId/", "octets/"}},
+    {"KeyUsage", {"keyUsage/"}},
+    {"PrivateKeyUsagePeriod",
+     {"30 22 80 0F 32 30 32 36 30 31 33 31 32 33 35 39 35 39 5A 81 0F 32 30 32 37 30 31 33 31 32 33 35 39 35 39 5A"}},
+    {"BasicConstraints", {"basicConstraints/"}},
+    {"CRLNumber", {"integer/0", "integer/128", "integer/9-octets"}},
+    {"ReasonCode", {"enumerated/"}},
+    {"HoldInstructionCode", {"objid/"}},
+    {"InvalidityDate", {"time/"}},
+    {"DeltaCRLIndicator", {"integer/127"}},
+    {"IssuingDistributionPoint", {"issuingDistributionPoint/"}},
+    {"NameConstraints", {"nameConstraints/"}},
+    {"CRLDistributionPoints", {"cRLDistributionPoints/"}},
+    {"CertificatePolicies", {"certificatePolicies/"}},
+    {"PolicyMappings", {"policyMappings/"}},
+    {"AuthorityKeyIdentifier", {"authorityKeyIdentifier/"}},
+    {"PolicyConstraints", {"30 06 80 01 00 81 01 7F", "30 00"}},
+    {"ExtKeyUsage", {"30 0C 06 04 55 1D 25 00 06 04 2A 03 04 05"}},
+};
+
+template <class T>
+std::vector<Octets> goldenOf() {
+  std::vector<Octets> values;
+  const auto named = kGolden.find(std::string(T::name));
+  if (named == kGolden.end()) {  // the extensions that are lists of names
+    Octets names;
+    for (const auto &[name, hex] : test::goldenRows()) {
+      if (name.rfind("generalName/", 0) == 0) names = test::operator+(names, fromHex(hex));
+    }
+    return {tlv(0x30, names)};
+  }
+  for (const std::string &source : named->second) {
+    if (source.find('/') == std::string::npos) values.push_back(fromHex(source));
+    for (const auto &[name, hex] : test::goldenRows()) {
+      if (name.rfind(source, 0) == 0) values.push_back(fromHex(hex));
+    }
+  }
+  EXPECT_FALSE(values.empty());
+  return values;
+}
+
+// The contents of primitive encodings, one after the other.
+void flatten(View encodings, std::vector<std::string> &leaves) {
+  for (std::size_t at = 0; at < encodings.size();) {
+    const bool isConstructed = (encodings[at] & 0x20) != 0;
+    std::size_t length = encodings[at + 1], lead = 2;
+    if (length >= 0x80) {
+      lead += length & 0x7F;
+      length = 0;
+      for (std::size_t i = 2; i < lead; ++i) length = length << 8 | encodings[at + i];
+    }
+    const View content(encodings.data() + at + lead, length);
+    isConstructed ? flatten(content, leaves) : leaves.push_back(detail::hexOf(content));
+    at += lead + length;
+  }
+}
+
+// What a walk meets, and the contents of primitive encodings among it.
+class Events : public Visitor {
+ public:
+  std::string text;
+  std::vector<std::string> leaves;
+
+  void enter(const char *name, bool isList) override { add(name, isList ? "[" : "{"); }
+  void leave() override { text += "} "; }
+  void leaf(const char *name, const LeafValue &value) override {
+    add(name, value.text() + "=" + detail::hexOf(value.content()));
+    const std::string called = name != nullptr ? name : "";
+    if (called == "unused" || called == "digitalSignature") bits_.emplace();
+    if (bits_) return bit(value.content()[0] != 0);
+    const View content = value.content();
+    switch (value.kind()) {
+      case LeafKind::Any:
+      case LeafKind::Name: return flatten(content, leaves);
+      case LeafKind::GeneralName: {
+        const auto encoding = value.encoding();
+        return flatten(View(encoding), leaves);
+      }
+      default: leaves.push_back(detail::hexOf(content));
+    }
+  }
+  void absent(const char *name, const LeafValue &value) override { add(name, "default " + value.text()); }
+  void fault(const char *name, View octets, const Fault &fault) override {
+    add(name, "FAULT " + fault.text() + detail::hexOf(octets));
+  }
+
+ private:
+  void add(const char *name, const std::string &what) { text += (name != nullptr ? name : "-") + (' ' + what) + ' '; }
+  // Nine of them make the contents of a BIT STRING (X.690 11.2.2).
+  void bit(bool value) {
+    bits_->push_back(value);
+    if (bits_->size() < 9) return;
+    while (!bits_->empty() && !bits_->back()) bits_->pop_back();
+    Octets content(1 + (bits_->size() + 7) / 8);
+    for (std::size_t i = 0; i < bits_->size(); ++i) {
+      if ((*bits_)[i]) content[1 + i / 8] = static_cast<uint8_t>(content[1 + i / 8] | 0x80 >> i % 8);
+    }
+    content[0] = static_cast<uint8_t>((content.size() - 1) * 8 - bits_->size());
+    leaves.push_back(detail::hexOf(View(content)));
+    bits_.reset();
+  }
+
+  std::optional<std::vector<bool>> bits_;
+};
+
+// Allocates nothing.
+class Counter : public Visitor {
+ public:
+  std::size_t leaves = 0, faults = 0;
+  void enter(const char *, bool) override {}
+  void leave() override {}
+  void leaf(const char *, const LeafValue &) override { ++leaves; }
+  void absent(const char *, const LeafValue &) override {}
+  void fault(const char *, View, const Fault &) override { ++faults; }
+};
+
+TEST(Types, GoldenValues) {
+  forEach(ExtensionTypes{}, [](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    for (const Octets &golden : goldenOf<T>()) {
+      SCOPED_TRACE(test::toHex(golden));
+      const auto viewed = view<ViewOf<T>>(View(golden));
+      const auto owned = read<T>(View(golden));
+      ASSERT_TRUE(viewed && !firstFault(viewed)) << explain<T>(View(golden), firstFault(viewed));
+      ASSERT_TRUE(owned) << explain<T>(View(golden), owned.fault());
+      EXPECT_EQ(encode(*owned), golden);
+      EXPECT_EQ(encode(*viewed), golden);
+      EXPECT_TRUE(*owned == *read<T>(View(golden)));
+      Events owning, viewing;
+      walk(*owned, owning);
+      walk(*viewed, viewing);
+      EXPECT_EQ(owning.text, viewing.text);
+      std::vector<std::string> leaves;
+      flatten(View(golden), leaves);
+      EXPECT_EQ(owning.leaves, leaves);
+      EXPECT_EQ(viewing.leaves, leaves);
+    }
+  });
+}
+
+// Both readers give the same verdict, and a fault has a place in the octets, which explain() names.
+template <class T>
+bool isAccepted(const Octets &octets) {
+  const auto viewed = view<ViewOf<T>>(View(octets));
+  const Fault fault = firstFault(viewed);
+  const auto owned = read<T>(View(octets));
+  for (const Fault &each : {fault, owned.fault()}) {
+    if (!each) continue;
+    if (each.at == nullptr) {
+      EXPECT_TRUE(octets.empty());
+      continue;
+    }
+    const auto offset = static_cast<std::size_t>(each.at - octets.data());
+    EXPECT_LE(offset, octets.size());
+    EXPECT_NE(explain<T>(View(octets), each).find(" at offset " + std::to_string(offset) + " ("), std::string::npos);
+  }
+  EXPECT_TRUE(static_cast<bool>(owned) == !fault || fault.code() == FaultCode_Segmented);
+  return static_cast<bool>(owned);
+}
+
+TEST(Types, DamagedValues) {
+  forEach(ExtensionTypes{}, [](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    for (const Octets &golden : goldenOf<T>()) {
+      for (std::size_t size = 0; size < golden.size(); ++size) {
+        const Octets truncated(golden.begin(), golden.begin() + static_cast<std::ptrdiff_t>(size));
+        EXPECT_FALSE(isAccepted<T>(truncated)) << test::toHex(truncated);
+        Octets damaged = golden;
+        for (const int change : {0x01, 0x02, 0x20, 0x80, 0xFF, int{golden[size]}}) {
+          damaged[size] = static_cast<uint8_t>(golden[size] ^ change);
+          isAccepted<T>(damaged);
+        }
+      }
+    }
+  });
+}
+
+TEST(Types, ViewsAllocateNothing) {
+  forEach(ExtensionTypes{}, [](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    for (const Octets &golden : goldenOf<T>()) {
+      Counter counter;
+      const std::size_t before = requests;
+      const auto viewed = view<ViewOf<T>>(View(golden));
+      EXPECT_FALSE(firstFault(viewed));
+      walk(*viewed, counter);
+      EXPECT_EQ(requests, before);
+    }
+  });
+}
+
+// The shortest members there are, as many as 2 million octets hold.
+template <class T>
+void readLong(const char *tags, const char *member) {
+  const Octets each = fromHex(member);
+  Octets octets;
+  while (octets.size() < 2'000'000) octets.insert(octets.end(), each.begin(), each.end());
+  const Octets around = fromHex(tags);
+  for (std::size_t i = around.size(); i-- > 0;) octets = tlv(around[i], octets);
+  const std::size_t before = heldOctets;
+  peakOctets = before;
+  const auto owned = read<T>(View(octets));
+  ASSERT_TRUE(owned) << explain<T>(View(octets), owned.fault());
+  EXPECT_LE(peakOctets - before, 90 * octets.size()) << T::name << ' ' << member;
+  const std::size_t asked = requests;
+  const auto viewed = view<ViewOf<T>>(View(octets));
+  EXPECT_FALSE(firstFault(viewed));
+  Counter counter;
+  walk(*viewed, counter);
+  EXPECT_EQ(requests, asked);
+}
+TEST(Types, LongListsTakeLittleMemory) {
+  readLong<SubjectAltName>("30", "82 00");
+  readLong<CrlDistributionPoints>("30", "30 00");
+  readLong<CrlDistributionPoints>("30 30 A0 A0", "82 00");
+  readLong<IssuingDistributionPoint>("30 A0 A1", "30 05 06 01 2A 05 00");
+  readLong<NameConstraints>("30 A1", "30 02 82 00");
+  readLong<ExtKeyUsage>("30", "06 01 2A");
+  readLong<PolicyMappings>("30", "30 06 06 01 2A 06 01 2A");
+  readLong<CertificatePolicies>("30", "30 03 06 01 2A");
+  readLong<SubjectDirectoryAttributes>("30", "30 07 06 01 2A 31 02 05 00");
+}
+
+// Each is faulty by itself: nothing is remembered of them, and none ends the list.
+TEST(Types, ManyFaultyMembers) {
+  Octets names;
+  for (std::size_t i = 0; i < 1'000'000; ++i) {
+    names.push_back(static_cast<uint8_t>(1 + i % 30));
+    names.push_back(0);
+  }
+  const Octets octets = tlv(0x30, names);
+  const std::size_t before = requests;
+  const auto viewed = view<SubjectAltNameView>(View(octets));
+  ASSERT_TRUE(viewed);
+  Counter counter;
+  walk(*viewed, counter);
+  EXPECT_EQ(counter.faults, 1'000'000u);
+  EXPECT_EQ(viewed->names.size(), 1'000'000u);
+  EXPECT_EQ(firstFault(viewed).at, octets.data() + 5);
+  EXPECT_EQ(requests, before);
+}
+
+TEST(Types, FaultsInsideAreFound) {
+  const Octets octets = fromHex("30 0C A0 04 30 02 82 00 A1 04 30 02 89 00");
+  const auto constraints = view<NameConstraintsView>(View(octets));
+  ASSERT_TRUE(constraints);
+  EXPECT_EQ(explain<NameConstraints>(View(octets), firstFault(constraints)),
+            "tag 0x89 is not that of an alternative at offset 12 (NameConstraints/excludedSubtrees/1/base)");
+}
+
+TEST(Types, FaultyOnesCannotBeUsed) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const uint8_t octets[] = {0x30, 0x02, 0x30, 0x01};
+  EXPECT_DEATH(static_cast<void>(*view<BasicConstraintsView>(View(octets))), "");
+  EXPECT_DEATH(static_cast<void>(*read<BasicConstraints>(View(octets))), "");
+  const auto points = view<CrlDistributionPointsView>(View(octets));
+  EXPECT_DEATH(static_cast<void>(points->points.begin()->operator*()), "");
+  EXPECT_DEATH(static_cast<void>(*Found<KeyUsageView>()), "");
+}
+
+TEST(Types, AWrittenFalseIsFalse) {
+  const uint8_t octets[] = {0x30, 0x03, 0x01, 0x01, 0x00};
+  const auto bc = view<BasicConstraintsView>(View(octets));
+  EXPECT_FALSE(bc && bc->cA);
+  EXPECT_TRUE(bc->cA.isPresent());
+}
+
+// An Extension whose value is in segments, or that is no Extension: neither is taken for absent.
+TEST(ExtensionsObject, FaultyExtensionsAreNotAbsent) {
+  for (const char *extension : {"30 0B 06 03 55 1D 13 24 04 04 02 30 00", "30 0A 06 03 55 1D 13 01 01 FF 04 05"}) {
+    const bool isGood = extension[4] == 'B';
+    const Octets octets = tlv(0x30, fromHex(extension));
+    const Extensions all = Extensions::decode(octets);
+    const auto viewed = all.view<BasicConstraints>();
+    EXPECT_TRUE(viewed.isFaulty()) << extension;
+    EXPECT_TRUE(all.contains<BasicConstraints>());
+    EXPECT_TRUE(all.find("2.5.29.19"_oid).isFaulty());
+    EXPECT_EQ(viewed.isCritical(), !isGood);
+    if (isGood) {
+      EXPECT_TRUE(all.get<BasicConstraints>());
+    } else {
+      EXPECT_THROW(all.get<BasicConstraints>(), Error);
+    }
+    EXPECT_TRUE(all.find("2.5.29.15"_oid).isAbsent());
+    EXPECT_FALSE(all.find("2.5.29.15"_oid));
+  }
+}
+
+// A member without an end is the last one, whatever is added.
+TEST(ExtensionsObject, WhatIsAddedCanBeRead) {
+  for (const char *members : {"30 02 30 05", "30 02 30 80", "30 01 30"}) {
+    Extensions all = Extensions::decode(fromHex(members));
+    all.set(BasicConstraints{true}, true);
+    all.set(CrlNumber{1});
+    EXPECT_EQ(all.size(), 3u) << members;
+    const Extensions again = Extensions::decode(all.encode());
+    EXPECT_TRUE(again.get<BasicConstraints>()) << members;
+    EXPECT_TRUE(again.get<CrlNumber>()) << members;
+  }
+}
+
+TEST(ExtensionsObject, IsReadByManyThreads) {
+  Octets members;
+  forEach(ExtensionTypes{}, [&](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    const Octets value = goldenOf<T>().front();
+    const Octets id = tlv(0x06, T::oid.content().copy());
+    members = test::operator+(members, tlv(0x30, test::operator+(id, tlv(0x04, value))));
+  });
+  const Extensions all = Extensions::decode(tlv(0x30, members));
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&all] {
+      forEach(ExtensionTypes{}, [&](auto *type) {
+        using T = std::remove_pointer_t<decltype(type)>;
+        EXPECT_FALSE(firstFault(*all.view<T>()));
+        EXPECT_EQ(encode(*all.get<T>()), goldenOf<T>().front());
+      });
+    });
+  }
+  for (std::thread &thread : threads) thread.join();
+}
+
+}  // namespace
+}  // namespace ketra
