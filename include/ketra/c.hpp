@@ -26,6 +26,16 @@ class CError : public std::exception {
   std::string text_;
 };
 
+/// An iPAddress from text: "192.0.2.1", "2001:db8::1", for name constraints "192.0.2.0/24". Throws CError.
+inline GeneralName ipFromText(const std::string &text) {
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  uint8_t octets[32];
+  uint32_t length = 0;
+  if (X509IpAddressFromText(text.c_str(), octets, &length, &err) != 0) throw CError(err);
+  return ip(View(octets, length));
+}
+
 /// The extensions that an object holds, copied. Throws CError.
 inline Extensions extensionsOf(KetraObject object) {
   AsnErrorBlock err;

@@ -53,17 +53,21 @@ using ListOf = typename Form::template List<T>;
 
 /// What a component says besides its name and type. Combine with `|`: context(0) | nonEmpty.
 struct As {
-  int16_t number = -1;         ///< of a context-specific tag, or of a named bit
-  bool isExplicit = false;     ///< the tag wraps the value
-  bool isSet = false;          ///< a list is a SET OF
-  bool isNonEmpty = false;     ///< SIZE (1..MAX), refused when read and when set
-  bool isNonEmptySet = false;  ///< SIZE (1..MAX), refused when set only
-  bool isNatural = false;      ///< INTEGER (0..MAX)
+  int16_t number = -1;             ///< of a context-specific tag, or of a named bit
+  bool isExplicit = false;         ///< the tag wraps the value
+  bool isSet = false;              ///< a list is a SET OF
+  bool isNonEmpty = false;         ///< SIZE (1..MAX), refused when read and when set
+  bool isNonEmptyWhenSet = false;  ///< SIZE (1..MAX), refused when set only
+  bool isNatural = false;          ///< INTEGER (0..MAX)
 
   /// All that both say; the first tag, when both have one.
   friend constexpr As operator|(As a, As b) {
-    return {a.number >= 0 ? a.number : b.number, a.isExplicit || b.isExplicit,       a.isSet || b.isSet,
-            a.isNonEmpty || b.isNonEmpty,        a.isNonEmptySet || b.isNonEmptySet, a.isNatural || b.isNatural};
+    return {a.number >= 0 ? a.number : b.number,
+            a.isExplicit || b.isExplicit,
+            a.isSet || b.isSet,
+            a.isNonEmpty || b.isNonEmpty,
+            a.isNonEmptyWhenSet || b.isNonEmptyWhenSet,
+            a.isNatural || b.isNatural};
   }
 };
 /// [number] IMPLICIT, for numbers up to 30.
@@ -77,14 +81,13 @@ inline constexpr As setOf{-1, false, true};
 /// SIZE (1..MAX).
 inline constexpr As nonEmpty{-1, false, false, true};
 /// SIZE (1..MAX) where empty lists occur in practice: they can be read, but not set.
-inline constexpr As nonEmptySet{-1, false, false, false, true};
+inline constexpr As nonEmptyWhenSet{-1, false, false, false, true};
 /// INTEGER (0..MAX).
 inline constexpr As natural{-1, false, false, false, false, true};
 
 /// How the members of a described type make one encoding. A type says so by `static constexpr Shape shape`.
 enum class Shape : uint8_t {
   Sequence,  ///< SEQUENCE, the default
-  Set,       ///< SET
   Choice,    ///< CHOICE: describe() is one call of visit.choice(variant, Alternative...)
   Is,        ///< another name for the type of the only member
   Bits       ///< BIT STRING with named bits: bools, and visit.nameless(bits) for the rest
@@ -269,8 +272,6 @@ constexpr uint8_t universalIdentifierOf(As as) {
     return as.isSet ? 0x31 : 0x30;
   } else if constexpr (kHasShape<T, Shape::Bits>) {
     return 0x03;
-  } else if constexpr (kHasShape<T, Shape::Set>) {
-    return 0x31;
   } else if constexpr (kHasShape<T, Shape::Choice>) {
     return 0;
   } else if constexpr (kHasShape<T, Shape::Is>) {
@@ -347,14 +348,18 @@ constexpr bool matches(As as, uint8_t identifier) {
 // another.
 class WellFormed {
  public:
-  // The components of a SET come in any order, so that each has a tag of its own.
-  constexpr explicit WellFormed(bool isSet) : isSet_(isSet) {}
-  constexpr bool isRight() const { return isRight_; }
+  constexpr explicit WellFormed(Shape shape) : shape_(shape) {}
+  // Named bits are written when visit.nameless() is reached.
+  constexpr bool isRight() const { return isRight_ && (shape_ != Shape::Bits || isEnded_); }
 
   template <class T>
   constexpr bool operator()(const char *, T &, As as = {}) {
-    add<T>(as);
-    if (!isSet_) optionals_ = 0;
+    if (shape_ == Shape::Bits) {
+      addBit(as.number);
+    } else {
+      add<T>(as);
+      optionals_ = 0;
+    }
     return true;
   }
   template <class T>
@@ -373,11 +378,29 @@ class WellFormed {
     (add<Ts>(alternatives.as), ...);
     return true;
   }
+  template <class T>
+  constexpr bool nameless(T &) {
+    isEnded_ = true;
+    return true;
+  }
 
  private:
+  // Bits with names are read and written as one word.
+  constexpr void addBit(int number) {
+    if (number < 0 || number > 31 || taken_[number] || isEnded_) {
+      isRight_ = false;
+    } else {
+      taken_[number] = true;
+    }
+  }
+
   template <class T>
   constexpr void add(As as) {
     if (as.number > 30) isRight_ = false;
+    // A type with several tags cannot take another one in their place (X.680 31.2.7).
+    if (as.number >= 0 && !as.isExplicit && universalIdentifierOf<T>(as) == 0) isRight_ = false;
+    if ((as.isNonEmpty || as.isNonEmptyWhenSet || as.isSet) && !kIsList<T>) isRight_ = false;
+    if (as.isNatural && !isInteger<T>()) isRight_ = false;
     if (optionals_++ == 0) {
       for (bool &taken : taken_) taken = false;
     }
@@ -388,25 +411,33 @@ class WellFormed {
     }
   }
 
-  bool isSet_;
-  bool taken_[256] = {};  // with what the optional components before may begin
+  template <class T>
+  static constexpr bool isInteger() {
+    if constexpr (IsLeaf<T>::value) {
+      return Leaf<T>::kind == LeafKind::Integer;
+    } else {
+      return false;
+    }
+  }
+
+  Shape shape_;
+  bool taken_[256] = {};  // octets with which the optional components before may begin; or the bits
   int optionals_ = 0;
+  bool isEnded_ = false;
   bool isRight_ = true;
 };
 
 }  // namespace detail
 
-/// Whether the description of a view type is unambiguous. Assert it beside each type.
+/// Whether the description of a type, owning or a view, can be read and written without doubt. Assert it beside each
+/// type.
 template <class T>
 constexpr bool wellFormed() {
-  if constexpr (detail::kHasShape<T, Shape::Bits> || detail::kHasShape<T, Shape::Is>) {
-    return true;
-  } else {
-    T value{};
-    detail::WellFormed check(detail::kHasShape<T, Shape::Set>);
-    T::describe(value, check);
-    return check.isRight();
-  }
+  using V = typename detail::ViewedOf<T>::type;
+  V value{};
+  detail::WellFormed check(detail::ShapeOf<V>::value);
+  V::describe(value, check);
+  return check.isRight();
 }
 
 }  // namespace ketra

@@ -131,6 +131,20 @@ class Path {
   std::string &text_;
 };
 
+template <class T, class = void>
+struct HasName : std::false_type {};
+template <class T>
+struct HasName<T, std::void_t<decltype(T::name)>> : std::is_convertible<decltype(T::name), std::string_view> {};
+
+template <class T>
+std::string typeName() {
+  if constexpr (HasName<T>::value) {
+    return std::string(T::name);
+  } else {
+    return {};
+  }
+}
+
 }  // namespace detail
 
 /// A fault in words, with its place in the octets of a value of type T: "length 9 exceeds the 2 remaining octets at
@@ -140,7 +154,7 @@ std::string explain(View octets, const Fault &fault) {
   using V = typename detail::ViewedOf<T>::type;
   std::string text = fault.text();
   if (fault.at == nullptr) return text;
-  text += " at offset " + std::to_string(fault.at - octets.begin()) + " (" + std::string(T::name);
+  text += " at offset " + std::to_string(fault.at - octets.begin()) + " (" + detail::typeName<T>();
   Tlv tlv;
   Fault ignored;
   Reader in(octets);

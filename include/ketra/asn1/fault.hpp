@@ -25,7 +25,6 @@ enum : uint32_t {
   FaultCode_Unknown = 0x02600004,    ///< an ENUMERATED value without a name
   FaultCode_Alphabet = 0x02600005,   ///< characters that the string type does not have
   FaultCode_OtherKind = 0x02600006,  ///< a value of another kind was asked for
-  FaultCode_Repeated = 0x02600007,   ///< an identifier that another extension of the list has
   FaultCode_Rule = 0x02600008        ///< a rule of the standard that ASN.1 does not express
 };
 
@@ -49,7 +48,7 @@ enum : uint32_t {
   X(NoAlternative, AsnError_Component, "tag $a is not that of an alternative")                                  \
   X(Missing, AsnError_Component, "the component with tag $b is missing")                                        \
   X(MissingChoice, AsnError_Component, "a component that may have several tags is missing")                     \
-  X(OtherComponent, AsnError_Component, "tag $a is of no component that may follow")                            \
+  X(OtherComponent, AsnError_Component, "unexpected tag $a, no component that may follow has it")               \
   X(EmptyExplicit, AsnError_Component, "empty EXPLICIT tag")                                                    \
   X(CrowdedExplicit, AsnError_Component, "more than one value in an EXPLICIT tag")                              \
   X(Nesting, AsnError_Nesting, "nested deeper than #a levels")                                                  \
@@ -69,8 +68,8 @@ enum : uint32_t {
   X(Negative, FaultCode_Negative, "a negative number, 0 or more is required")                                   \
   X(UnknownValue, FaultCode_Unknown, "#a is a value without a name")                                            \
   X(Alphabet, FaultCode_Alphabet, "octet #a is not a character of the string type")                             \
+  X(OddLength, FaultCode_Alphabet, "#a octets are not whole characters of the string type")                     \
   X(OtherKind, FaultCode_OtherKind, "a value of another kind was asked for")                                    \
-  X(Repeated, FaultCode_Repeated, "the identifier of an extension before it")                                   \
   X(Rule, FaultCode_Rule, "against a rule of the standard")                                                     \
   X(LengthForm, AsnError_NotDer, "the length is not in its shortest form (X.690 10.1)")                         \
   X(Indefinite, AsnError_NotDer, "indefinite length (X.690 10.1)")                                              \

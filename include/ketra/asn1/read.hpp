@@ -172,7 +172,10 @@ KETRA_INLINE bool readLeaf(const Tlv &tlv, T &value, As as, Fault &fault) {
                                    [&](const Tlv &whole) { return Leaf<T>::read(whole, value, fault); });
     }
   }
-  if (!Leaf<T>::read(tlv, value, fault)) return false;
+  if (KETRA_UNLIKELY(!Leaf<T>::read(tlv, value, fault))) {
+    if (tlv.size() == 0) fault.at = tlv.octets;  // there are no contents to point to
+    return false;
+  }
   if constexpr (Leaf<T>::kind == LeafKind::Integer) {
     if (as.isNatural && value.isNegative()) return fail(fault, Reason::Negative, tlv.content);
   }

@@ -23,7 +23,7 @@ struct CertificateIssuerOf {
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
-    return visit("names", self.names, nonEmptySet);
+    return visit("names", self.names, nonEmptyWhenSet);
   }
 };
 using CertificateIssuer = CertificateIssuerOf<Owned>;       ///< owns what it holds

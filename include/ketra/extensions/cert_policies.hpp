@@ -76,7 +76,7 @@ struct PolicyInformationOf {
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("policyIdentifier", self.policyIdentifier) &&
-           visit("policyQualifiers", self.policyQualifiers, nonEmptySet);
+           visit("policyQualifiers", self.policyQualifiers, nonEmptyWhenSet);
   }
 };
 using PolicyInformation = PolicyInformationOf<Owned>;       ///< owns what it holds
@@ -94,7 +94,7 @@ struct CertificatePoliciesOf {
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
-    return visit("policies", self.policies, nonEmptySet);
+    return visit("policies", self.policies, nonEmptyWhenSet);
   }
 };
 using CertificatePolicies = CertificatePoliciesOf<Owned>;       ///< owns what it holds

@@ -21,7 +21,7 @@ struct IssuerAltNameOf {
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
-    return visit("names", self.names, nonEmptySet);
+    return visit("names", self.names, nonEmptyWhenSet);
   }
 };
 using IssuerAltName = IssuerAltNameOf<Owned>;       ///< owns what it holds

@@ -142,6 +142,13 @@ class ExtensionsView {
   std::size_t size() const { return members_.size(); }  ///< how many, faulty ones too
   bool empty() const { return members_.empty(); }       ///< whether there are none
 
+  /// Whether an extension before this one, an item of this view, has the same identifier (RFC 5280 4.2 allows none).
+  /// Takes time in proportion to those before it.
+  bool isRepeated(const Item<ExtensionView> &item) const {
+    const auto first = item ? find(item->extnID) : Found<ExtensionView>();
+    return !first.isAbsent() && first.octets().data() != item.octets().data();
+  }
+
   /// The first extension with an identifier. One that is faulty, but for its identifier, is found as faulty.
   template <class Oid>
   Found<ExtensionView> find(const Oid &oid) const {
@@ -204,7 +211,7 @@ struct Refusal {
   template <class T>
   bool look(const T &value, As as) {
     if constexpr (kIsList<T>) {
-      if (as.isNonEmptySet && value.empty()) return fail(fault, Reason::EmptyList, value.octets().begin());
+      if (as.isNonEmptyWhenSet && value.empty()) return fail(fault, Reason::EmptyList, value.octets().begin());
       for (const auto &item : value) {
         if (!item) {
           fault = item.fault();
@@ -355,9 +362,10 @@ class Extensions {
     static_assert(detail::FixedCritical<T>::value.has_value(), "say whether the extension is critical");
     store(value, *detail::FixedCritical<T>::value);
   }
-  /// Any extension, typed or not, which is not judged.
+  /// Any extension, typed or not, whose value is not judged. Throws Error for an identifier without arcs.
   template <class Oid>
   void set(const Oid &oid, bool critical, View value) {
+    if (oid.content().empty()) throw Error({Reason::ObjidEmpty, 0, 0, nullptr});
     Writer out;
     const std::size_t place = out.begin(0x30);
     out.value(0x06, oid.content());

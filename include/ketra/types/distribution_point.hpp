@@ -30,7 +30,7 @@ struct DistributionPointNameOf {
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
-    return visit.choice(self.name, Alternative{"fullName", context(0) | nonEmptySet},
+    return visit.choice(self.name, Alternative{"fullName", context(0) | nonEmptyWhenSet},
                         Alternative{"nameRelativeToCRLIssuer", context(1)});
   }
 };

@@ -290,6 +290,8 @@ inline GeneralName directory(const Name &name) { return GeneralName::of(NameKind
 inline GeneralName registered(const OidLiteral &id) { return GeneralName::of(NameKind::registeredID, id.content()); }
 /// 4 or 16 octets, or twice as many with a mask in name constraints.
 inline GeneralName ip(View octets) { return GeneralName::of(NameKind::iPAddress, octets); }
+/// Characters are not octets: ipFromText() of ketra/c.hpp reads "192.0.2.1".
+GeneralName ip(std::string_view text) = delete;
 /// @}
 
 namespace detail {

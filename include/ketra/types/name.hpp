@@ -147,7 +147,7 @@ class NameOf {
   std::string text() const;
 
   /// Appends a relative distinguished name of one attribute, as the string type that the syntax of the type demands;
-  /// UTF8String, if it leaves a choice. Characters are not judged.
+  /// UTF8String if it leaves a choice, or if the value has characters that the demanded type has not.
   NameOf &add(const OidLiteral &type, std::string_view value) {
     static_assert(std::is_same_v<Form, Owned>, "a view cannot be changed");
     Writer out;
@@ -156,7 +156,9 @@ class NameOf {
     const std::size_t set = out.begin(0x31);
     const std::size_t attribute = out.begin(0x30);
     out.value(0x06, type.content());
-    out.value(static_cast<uint8_t>(detail::textTypeOf(type.content())), View(value));
+    TextType text = detail::textTypeOf(type.content());
+    if (detail::firstOutside(text, View(value)) != nullptr) text = TextType::Utf8;
+    out.value(static_cast<uint8_t>(text), View(value));
     out.end(attribute);
     out.end(set);
     out.end(name);

@@ -201,9 +201,10 @@ struct Leaf<DirectoryStringOf<Form>> : Leaf<TextOf<Form>> {
   static bool read(const Tlv &tlv, Value &value, Fault &fault) {
     Leaf<TextOf<Form>>::read(tlv, value, fault);
     const std::size_t unit = value.type() == TextType::Bmp ? 2 : value.type() == TextType::Universal ? 4 : 1;
-    const bool isUtf8 = value.type() == TextType::Utf8;
-    if (tlv.size() % unit == 0 && !(isUtf8 && value.hasOutside())) return true;
-    return detail::fail(fault, Reason::Alphabet, tlv.octets, tlv.size());
+    if (tlv.size() % unit != 0) return detail::fail(fault, Reason::OddLength, tlv.octets, tlv.size());
+    if (value.type() != TextType::Utf8) return true;
+    const uint8_t *const outside = detail::firstOutside(TextType::Utf8, tlv.contents());
+    return outside == nullptr || detail::fail(fault, Reason::Alphabet, outside, *outside);
   }
 };
 
