@@ -24,6 +24,8 @@ template <bool kOwning, class T>
 KETRA_INLINE bool readContents(const Tlv &tlv, T &value, As as, Fault &fault);
 template <bool kOwning, class T>
 KETRA_INLINE bool readTagged(const Tlv &tlv, T &value, As as, Fault &fault);
+template <bool kOwning, class T>
+KETRA_INLINE bool readNext(Reader &in, Tlv &tlv, T &value, Fault &fault);
 
 inline bool failOtherTag(const Reader &in, uint8_t expected, Fault &fault) {
   if (in.done()) return fail(fault, Reason::Missing, in.at, 0, expected);
@@ -178,17 +180,12 @@ KETRA_INLINE bool readLeaf(const Tlv &tlv, T &value, As as, Fault &fault) {
 
 template <bool kOwning, class T>
 KETRA_INLINE bool readList(const Tlv &tlv, T &list, As as, Fault &fault) {
-  using Member = typename MemberOf<T>::type;
   if (as.isNonEmpty && tlv.content == tlv.contentEnd) return fail(fault, Reason::EmptyList, tlv.octets);
   if constexpr (kOwning) {
     list.reserve(countTlvs(tlv.reader()));
     Tlv member;
     for (Reader in = tlv.reader(); !in.done();) {
-      if (!readTlv(in, member, fault)) return false;
-      if (!matches<Member>({}, member.identifier)) {
-        return failOtherTag({member.octets, member.end}, identifierOf<Member>({}), fault);
-      }
-      if (!readContents<true>(member, list.emplace_back(), {}, fault)) return false;
+      if (!readNext<true>(in, member, list.emplace_back(), fault)) return false;
     }
   } else {
     list = T(tlv.contents());
@@ -238,6 +235,16 @@ KETRA_INLINE bool readTagged(const Tlv &tlv, T &value, As as, Fault &fault) {
   }
   if (!readContents<kOwning>(inner, value, as, fault)) return false;
   return in.done() || fail(fault, Reason::CrowdedExplicit, in.at);
+}
+
+// The next encoding, which is one of the type by its own tag. What begins as such a value has no odd tag: the compiler
+// sees that only in the first branch.
+template <bool kOwning, class T>
+KETRA_INLINE bool readNext(Reader &in, Tlv &tlv, T &value, Fault &fault) {
+  if (KETRA_LIKELY(matches<T>({}, *in.at))) {
+    return readTlv(in, tlv, fault) && readContents<kOwning>(tlv, value, {}, fault);
+  }
+  return readTlv(in, tlv, fault) && failOtherTag({tlv.octets, tlv.end}, identifierOf<T>({}), fault);
 }
 
 // One encoding that is already there, of the type by its own tag.
@@ -331,17 +338,14 @@ class Range {
       // What cold functions see are copies: the iterator itself stays in registers.
       Fault fault;
       Tlv tlv;
-      bool isRead = detail::readTlv(in_, tlv, fault);
-      if (isRead) {
-        item_.octets_ = tlv.whole();
-        if constexpr (!detail::IsLeaf<T>::value) item_.value_ = T{};  // components that are absent
-        isRead = detail::readWhole<false>(tlv, item_.value_, fault);
-      } else {
-        item_.octets_ = in_.rest();
-        in_.at = in_.end;
-      }
+      const uint8_t *const start = in_.at;
+      if constexpr (!detail::IsLeaf<T>::value) item_.value_ = T{};  // components that are absent
       item_.fault_.reason = Reason::None;
-      if (!isRead) item_.fault_ = fault;
+      if (!detail::readNext<false>(in_, tlv, item_.value_, fault)) {
+        item_.fault_ = fault;
+        if (in_.at == start) in_.at = in_.end;  // no header: it is all that is left
+      }
+      item_.octets_ = View(start, in_.at);
     }
 
     Reader in_;
@@ -415,12 +419,16 @@ struct FindFault {
   template <class T>
   bool look(const T &value) {
     if constexpr (kIsList<T>) {
-      for (const auto &item : value) {
-        if (!item) {
-          fault = item.fault();
+      // Without a Range: members are looked at and not kept.
+      Tlv tlv;
+      for (Reader in(value.octets()); !in.done();) {
+        typename MemberOf<T>::type member{};
+        Fault found;
+        if (!readNext<false>(in, tlv, member, found)) {
+          fault = found;
           return false;
         }
-        if (!look(*item)) return false;
+        if (!look(member)) return false;
       }
     } else if constexpr (kIsDescribed<T>) {
       return T::describe(value, *this);
