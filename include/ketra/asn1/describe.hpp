@@ -117,7 +117,7 @@ enum class LeafKind : uint8_t {
 /// static constexpr bool matches(uint8_t);       // identifier is 0 only: whether a value can begin with this octet
 /// static bool read(const Tlv &, T &, Fault &);  // judges the contents; segments have been joined
 /// static void write(const T &, Writer &);       // contents octets; identifier is 0: the whole encoding
-/// static View content(const T &, detail::Scratch &);  // what write() writes
+/// static View content(const T &, detail::Scratch &);  // contents octets; those of some types go into the scratch
 /// static std::string text(const T &);           // for people
 /// @endcode
 /// A type with identifier 0 reads and writes whole encodings.
@@ -228,6 +228,16 @@ struct ViewedOf<X<Owned>> {
 template <class T>
 struct ViewedOf<std::vector<T>> {
   using type = Range<typename ViewedOf<T>::type>;
+};
+
+// The same type, owning.
+template <class T>
+struct OwnedOf {
+  using type = T;
+};
+template <template <class> class X>
+struct OwnedOf<X<Viewed>> {
+  using type = X<Owned>;
 };
 
 template <class T>

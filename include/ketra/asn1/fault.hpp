@@ -71,14 +71,34 @@ enum : uint32_t {
   X(Alphabet, FaultCode_Alphabet, "octet #a is not a character of the string type")                             \
   X(OtherKind, FaultCode_OtherKind, "a value of another kind was asked for")                                    \
   X(Repeated, FaultCode_Repeated, "the identifier of an extension before it")                                   \
-  X(Rule, FaultCode_Rule, "against a rule of the standard")
+  X(Rule, FaultCode_Rule, "against a rule of the standard")                                                     \
+  X(LengthForm, AsnError_NotDer, "the length is not in its shortest form (X.690 10.1)")                         \
+  X(Indefinite, AsnError_NotDer, "indefinite length (X.690 10.1)")                                              \
+  X(InSegments, AsnError_NotDer, "a string in segments (X.690 10.2)")                                           \
+  X(TrueOctet, AsnError_NotDer, "TRUE is $a, not 0xff (X.690 11.1)")                                            \
+  X(UnusedBits, AsnError_NotDer, "unused bits are not zero (X.690 11.2.1)")                                     \
+  X(ZeroBits, AsnError_NotDer, "named bits end with zero bits (X.690 11.2.2)")                                  \
+  X(WrittenDefault, AsnError_NotDer, "a written DEFAULT (X.690 11.5)")                                          \
+  X(SetOrder, AsnError_NotDer, "the members of a SET OF are not in order (X.690 11.6)")                         \
+  X(TimeForm, AsnError_NotDer, "the time is not in the form of DER (X.690 11.7)")
+
+/// @cond
+#define KETRA_REASON_NAME(name, code, text) name,
+#define KETRA_REASON_CODE(name, code, text) code,
+#define KETRA_REASON_TEXT(name, code, text) text,
+/// @endcond
 
 /// Which way of being wrong.
-enum class Reason : uint32_t {
-#define KETRA_REASON(name, code, text) name,
-  KETRA_REASON_LIST(KETRA_REASON)
-#undef KETRA_REASON
-};
+enum class Reason : uint32_t { KETRA_REASON_LIST(KETRA_REASON_NAME) };
+
+namespace detail {
+inline constexpr uint32_t kReasonCodes[] = {KETRA_REASON_LIST(KETRA_REASON_CODE)};
+inline constexpr const char *kReasonTexts[] = {KETRA_REASON_LIST(KETRA_REASON_TEXT)};
+}  // namespace detail
+
+#undef KETRA_REASON_NAME
+#undef KETRA_REASON_CODE
+#undef KETRA_REASON_TEXT
 
 /// What is wrong, and where: 24 octets. `at` points into the octets that were read.
 struct Fault {
@@ -91,24 +111,12 @@ struct Fault {
   constexpr explicit operator bool() const { return reason != Reason::None; }
 
   /// AsnError_... (ketra/contracts/asn1.h) or FaultCode_...
-  constexpr uint32_t code() const {
-    constexpr uint32_t kCodes[] = {
-#define KETRA_REASON(name, code, text) code,
-        KETRA_REASON_LIST(KETRA_REASON)
-#undef KETRA_REASON
-    };
-    return kCodes[static_cast<uint32_t>(reason)];
-  }
+  constexpr uint32_t code() const { return detail::kReasonCodes[static_cast<uint32_t>(reason)]; }
 
   /// What is wrong, in words; explain() says where, too.
   std::string text() const {
-    static constexpr const char *kTexts[] = {
-#define KETRA_REASON(name, code, text) text,
-        KETRA_REASON_LIST(KETRA_REASON)
-#undef KETRA_REASON
-    };
     std::string result;
-    for (const char *p = kTexts[static_cast<uint32_t>(reason)]; *p != '\0'; ++p) {
+    for (const char *p = detail::kReasonTexts[static_cast<uint32_t>(reason)]; *p != '\0'; ++p) {
       const bool isNumber = *p == '#', isTag = *p == '$';
       if (!isNumber && !isTag) {
         result += *p;

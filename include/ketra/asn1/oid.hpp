@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -73,6 +72,7 @@ class OidLiteral {
 };
 
 inline namespace literals {
+/// "2.5.29.17"_oid.
 constexpr OidLiteral operator""_oid(const char *text, std::size_t size) { return {text, size}; }
 }  // namespace literals
 
@@ -200,10 +200,8 @@ class ObjectIdentifierOf {
   typename Form::Content content_{};
 };
 
-/// @{
-using ObjectIdentifier = ObjectIdentifierOf<Owned>;
-using ObjectIdentifierView = ObjectIdentifierOf<Viewed>;
-/// @}
+using ObjectIdentifier = ObjectIdentifierOf<Owned>;       ///< owns what it holds
+using ObjectIdentifierView = ObjectIdentifierOf<Viewed>;  ///< points to what it was read from
 
 namespace detail {
 template <class T>
@@ -278,10 +276,12 @@ struct Leaf<ObjectIdentifierOf<Form>> {
 
 }  // namespace ketra
 
-/// By contents octets.
+/// @cond
+// By contents octets.
 template <class Form>
 struct std::hash<ketra::ObjectIdentifierOf<Form>> {
   std::size_t operator()(const ketra::ObjectIdentifierOf<Form> &value) const noexcept {
     return std::hash<std::string_view>{}(value.content().characters());
   }
 };
+/// @endcond

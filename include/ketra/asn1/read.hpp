@@ -388,6 +388,12 @@ Result<T> read(View octets) {
   return value;
 }
 
+/// The owning value of what a view has seen: read anew from its octets, strings in segments joined.
+template <class T>
+Result<typename detail::OwnedOf<T>::type> own(const Item<T> &item) {
+  return read<typename detail::OwnedOf<T>::type>(item.octets());
+}
+
 namespace detail {
 
 // Looks into all that a view has not: the members of its lists.

@@ -11,19 +11,23 @@
 
 #include "ketra/asn1/describe.hpp"
 #include "ketra/asn1/read.hpp"
+#include "ketra/asn1/write.hpp"
 
 namespace ketra {
 
 /// What a walk meets. Names are null for the members of lists.
 class Visitor {
  public:
-  /// A leaf: where it is, its contents octets, and its text when that is asked for.
+  /// A leaf, until the visit ends.
   class LeafValue {
    public:
     LeafKind kind() const { return kind_; }
-    /// What write() would write; until the visit ends.
+    /// The contents octets; of an open type and of a Name the whole encoding.
     View content() const { return content_; }
+    /// For people.
     std::string text() const { return text_(value_); }
+    /// One encoding, by the type's own tag.
+    Octets encoding() const { return encoding_(value_); }
     /// The value itself, of the type that goes with the kind.
     const void *value() const { return value_; }
 
@@ -33,6 +37,7 @@ class Visitor {
     View content_;
     const void *value_ = nullptr;
     std::string (*text_)(const void *) = nullptr;
+    Octets (*encoding_)(const void *) = nullptr;
   };
 
   virtual ~Visitor() = default;
@@ -54,6 +59,7 @@ struct WalkLeaf {
     leaf.content_ = Leaf<T>::content(value, scratch);
     leaf.value_ = &value;
     leaf.text_ = [](const void *of) { return Leaf<T>::text(*static_cast<const T *>(of)); };
+    leaf.encoding_ = [](const void *of) { return encode(*static_cast<const T *>(of)); };
     return leaf;
   }
 };

@@ -40,10 +40,8 @@ struct AuthorityKeyIdOf {
            visit("authorityCertSerialNumber", self.authorityCertSerialNumber, context(2));
   }
 };
-/// @{
-using AuthorityKeyId = AuthorityKeyIdOf<Owned>;
-using AuthorityKeyIdView = AuthorityKeyIdOf<Viewed>;
-/// @}
+using AuthorityKeyId = AuthorityKeyIdOf<Owned>;       ///< owns what it holds
+using AuthorityKeyIdView = AuthorityKeyIdOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<AuthorityKeyIdView>());
 
 }  // namespace ketra

@@ -27,10 +27,8 @@ struct BasicConstraintsOf {
     return visit("cA", self.cA) && visit("pathLenConstraint", self.pathLenConstraint, natural);
   }
 };
-/// @{
-using BasicConstraints = BasicConstraintsOf<Owned>;
-using BasicConstraintsView = BasicConstraintsOf<Viewed>;
-/// @}
+using BasicConstraints = BasicConstraintsOf<Owned>;       ///< owns what it holds
+using BasicConstraintsView = BasicConstraintsOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<BasicConstraintsView>());
 
 }  // namespace ketra

@@ -26,9 +26,7 @@ struct CertificateIssuerOf {
     return visit("names", self.names, nonEmptySet);
   }
 };
-/// @{
-using CertificateIssuer = CertificateIssuerOf<Owned>;
-using CertificateIssuerView = CertificateIssuerOf<Viewed>;
-/// @}
+using CertificateIssuer = CertificateIssuerOf<Owned>;       ///< owns what it holds
+using CertificateIssuerView = CertificateIssuerOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

@@ -25,10 +25,8 @@ struct NoticeReferenceOf {
     return visit("organization", self.organization) && visit("noticeNumbers", self.noticeNumbers);
   }
 };
-/// @{
-using NoticeReference = NoticeReferenceOf<Owned>;
-using NoticeReferenceView = NoticeReferenceOf<Viewed>;
-/// @}
+using NoticeReference = NoticeReferenceOf<Owned>;       ///< owns what it holds
+using NoticeReferenceView = NoticeReferenceOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<NoticeReferenceView>());
 
 // UserNotice ::= SEQUENCE {                                      RFC 5280 4.2.1.4
@@ -44,10 +42,8 @@ struct UserNoticeOf {
     return visit("noticeRef", self.noticeRef) && visit("explicitText", self.explicitText);
   }
 };
-/// @{
-using UserNotice = UserNoticeOf<Owned>;
-using UserNoticeView = UserNoticeOf<Viewed>;
-/// @}
+using UserNotice = UserNoticeOf<Owned>;       ///< owns what it holds
+using UserNoticeView = UserNoticeOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<UserNoticeView>());
 
 // PolicyQualifierInfo ::= SEQUENCE {                             RFC 5280 4.2.1.4
@@ -65,10 +61,8 @@ struct PolicyQualifierInfoOf {
     return visit("policyQualifierId", self.policyQualifierId) && visit("qualifier", self.qualifier);
   }
 };
-/// @{
-using PolicyQualifierInfo = PolicyQualifierInfoOf<Owned>;
-using PolicyQualifierInfoView = PolicyQualifierInfoOf<Viewed>;
-/// @}
+using PolicyQualifierInfo = PolicyQualifierInfoOf<Owned>;       ///< owns what it holds
+using PolicyQualifierInfoView = PolicyQualifierInfoOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<PolicyQualifierInfoView>());
 
 // PolicyInformation ::= SEQUENCE {                               RFC 5280 4.2.1.4
@@ -85,10 +79,8 @@ struct PolicyInformationOf {
            visit("policyQualifiers", self.policyQualifiers, nonEmptySet);
   }
 };
-/// @{
-using PolicyInformation = PolicyInformationOf<Owned>;
-using PolicyInformationView = PolicyInformationOf<Viewed>;
-/// @}
+using PolicyInformation = PolicyInformationOf<Owned>;       ///< owns what it holds
+using PolicyInformationView = PolicyInformationOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<PolicyInformationView>());
 
 // CertificatePolicies ::= SEQUENCE SIZE (1..MAX) OF PolicyInformation           RFC 5280 4.2.1.4
@@ -105,10 +97,8 @@ struct CertificatePoliciesOf {
     return visit("policies", self.policies, nonEmptySet);
   }
 };
-/// @{
-using CertificatePolicies = CertificatePoliciesOf<Owned>;
-using CertificatePoliciesView = CertificatePoliciesOf<Viewed>;
-/// @}
+using CertificatePolicies = CertificatePoliciesOf<Owned>;       ///< owns what it holds
+using CertificatePoliciesView = CertificatePoliciesOf<Viewed>;  ///< points to what it was read from
 
 /// Any policy (RFC 5280 4.2.1.4).
 inline constexpr OidLiteral anyPolicy = "2.5.29.32.0"_oid;

@@ -26,10 +26,8 @@ struct DistributionPointOf {
            visit("reasons", self.reasons, context(1)) && visit("cRLIssuer", self.cRLIssuer, context(2) | nonEmptySet);
   }
 };
-/// @{
-using DistributionPoint = DistributionPointOf<Owned>;
-using DistributionPointView = DistributionPointOf<Viewed>;
-/// @}
+using DistributionPoint = DistributionPointOf<Owned>;       ///< owns what it holds
+using DistributionPointView = DistributionPointOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<DistributionPointView>());
 
 // CRLDistributionPoints ::= SEQUENCE SIZE (1..MAX) OF DistributionPoint         RFC 5280 4.2.1.13
@@ -46,9 +44,7 @@ struct CrlDistributionPointsOf {
     return visit("points", self.points, nonEmpty);
   }
 };
-/// @{
-using CrlDistributionPoints = CrlDistributionPointsOf<Owned>;
-using CrlDistributionPointsView = CrlDistributionPointsOf<Viewed>;
-/// @}
+using CrlDistributionPoints = CrlDistributionPointsOf<Owned>;       ///< owns what it holds
+using CrlDistributionPointsView = CrlDistributionPointsOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

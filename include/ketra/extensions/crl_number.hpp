@@ -26,9 +26,7 @@ struct CrlNumberOf {
     return visit("number", self.number, natural);
   }
 };
-/// @{
-using CrlNumber = CrlNumberOf<Owned>;
-using CrlNumberView = CrlNumberOf<Viewed>;
-/// @}
+using CrlNumber = CrlNumberOf<Owned>;       ///< owns what it holds
+using CrlNumberView = CrlNumberOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

@@ -26,9 +26,7 @@ struct DeltaCrlIndicatorOf {
     return visit("baseCrlNumber", self.baseCrlNumber, natural);
   }
 };
-/// @{
-using DeltaCrlIndicator = DeltaCrlIndicatorOf<Owned>;
-using DeltaCrlIndicatorView = DeltaCrlIndicatorOf<Viewed>;
-/// @}
+using DeltaCrlIndicator = DeltaCrlIndicatorOf<Owned>;       ///< owns what it holds
+using DeltaCrlIndicatorView = DeltaCrlIndicatorOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

@@ -24,10 +24,8 @@ struct ExtKeyUsageOf {
     return visit("purposes", self.purposes, nonEmpty);
   }
 };
-/// @{
-using ExtKeyUsage = ExtKeyUsageOf<Owned>;
-using ExtKeyUsageView = ExtKeyUsageOf<Viewed>;
-/// @}
+using ExtKeyUsage = ExtKeyUsageOf<Owned>;       ///< owns what it holds
+using ExtKeyUsageView = ExtKeyUsageOf<Viewed>;  ///< points to what it was read from
 
 /// Purposes in common use (RFC 5280 4.2.1.12, RFC 4945, RFC 9336).
 namespace purpose {

@@ -25,10 +25,8 @@ struct HoldInstructionOf {
     return visit("instruction", self.instruction);
   }
 };
-/// @{
-using HoldInstruction = HoldInstructionOf<Owned>;
-using HoldInstructionView = HoldInstructionOf<Viewed>;
-/// @}
+using HoldInstruction = HoldInstructionOf<Owned>;       ///< owns what it holds
+using HoldInstructionView = HoldInstructionOf<Viewed>;  ///< points to what it was read from
 
 /// The instructions of RFC 3280 5.3.2.
 namespace instruction {

@@ -26,9 +26,7 @@ struct InvalidityDateOf {
     return visit("date", self.date);
   }
 };
-/// @{
-using InvalidityDate = InvalidityDateOf<Owned>;
-using InvalidityDateView = InvalidityDateOf<Viewed>;
-/// @}
+using InvalidityDate = InvalidityDateOf<Owned>;       ///< owns what it holds
+using InvalidityDateView = InvalidityDateOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

@@ -24,9 +24,7 @@ struct IssuerAltNameOf {
     return visit("names", self.names, nonEmptySet);
   }
 };
-/// @{
-using IssuerAltName = IssuerAltNameOf<Owned>;
-using IssuerAltNameView = IssuerAltNameOf<Viewed>;
-/// @}
+using IssuerAltName = IssuerAltNameOf<Owned>;       ///< owns what it holds
+using IssuerAltNameView = IssuerAltNameOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

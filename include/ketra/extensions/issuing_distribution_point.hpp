@@ -37,10 +37,8 @@ struct IssuingDistributionPointOf {
            visit("indirectCRL", self.indirectCRL, context(4));
   }
 };
-/// @{
-using IssuingDistributionPoint = IssuingDistributionPointOf<Owned>;
-using IssuingDistributionPointView = IssuingDistributionPointOf<Viewed>;
-/// @}
+using IssuingDistributionPoint = IssuingDistributionPointOf<Owned>;       ///< owns what it holds
+using IssuingDistributionPointView = IssuingDistributionPointOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<IssuingDistributionPointView>());
 
 }  // namespace ketra

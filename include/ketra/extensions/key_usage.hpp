@@ -41,9 +41,7 @@ struct KeyUsageOf {
            visit("decipherOnly", self.decipherOnly, bit(8)) && visit.nameless(self.nameless);
   }
 };
-/// @{
-using KeyUsage = KeyUsageOf<Owned>;
-using KeyUsageView = KeyUsageOf<Viewed>;
-/// @}
+using KeyUsage = KeyUsageOf<Owned>;       ///< owns what it holds
+using KeyUsageView = KeyUsageOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

@@ -27,10 +27,8 @@ struct GeneralSubtreeOf {
            visit("maximum", self.maximum, context(1));
   }
 };
-/// @{
-using GeneralSubtree = GeneralSubtreeOf<Owned>;
-using GeneralSubtreeView = GeneralSubtreeOf<Viewed>;
-/// @}
+using GeneralSubtree = GeneralSubtreeOf<Owned>;       ///< owns what it holds
+using GeneralSubtreeView = GeneralSubtreeOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<GeneralSubtreeView>());
 
 // NameConstraints ::= SEQUENCE {                                 RFC 5280 4.2.1.10
@@ -51,10 +49,8 @@ struct NameConstraintsOf {
            visit("excludedSubtrees", self.excludedSubtrees, context(1) | nonEmpty);
   }
 };
-/// @{
-using NameConstraints = NameConstraintsOf<Owned>;
-using NameConstraintsView = NameConstraintsOf<Viewed>;
-/// @}
+using NameConstraints = NameConstraintsOf<Owned>;       ///< owns what it holds
+using NameConstraintsView = NameConstraintsOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<NameConstraintsView>());
 
 }  // namespace ketra

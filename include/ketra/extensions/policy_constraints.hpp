@@ -29,10 +29,8 @@ struct PolicyConstraintsOf {
            visit("inhibitPolicyMapping", self.inhibitPolicyMapping, context(1) | natural);
   }
 };
-/// @{
-using PolicyConstraints = PolicyConstraintsOf<Owned>;
-using PolicyConstraintsView = PolicyConstraintsOf<Viewed>;
-/// @}
+using PolicyConstraints = PolicyConstraintsOf<Owned>;       ///< owns what it holds
+using PolicyConstraintsView = PolicyConstraintsOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<PolicyConstraintsView>());
 
 }  // namespace ketra

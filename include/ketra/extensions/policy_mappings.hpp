@@ -24,10 +24,8 @@ struct PolicyMappingOf {
            visit("subjectDomainPolicy", self.subjectDomainPolicy);
   }
 };
-/// @{
-using PolicyMapping = PolicyMappingOf<Owned>;
-using PolicyMappingView = PolicyMappingOf<Viewed>;
-/// @}
+using PolicyMapping = PolicyMappingOf<Owned>;       ///< owns what it holds
+using PolicyMappingView = PolicyMappingOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<PolicyMappingView>());
 
 // PolicyMappings ::= SEQUENCE SIZE (1..MAX) OF PolicyMapping      RFC 5280 4.2.1.5
@@ -45,9 +43,7 @@ struct PolicyMappingsOf {
     return visit("mappings", self.mappings, nonEmpty);
   }
 };
-/// @{
-using PolicyMappings = PolicyMappingsOf<Owned>;
-using PolicyMappingsView = PolicyMappingsOf<Viewed>;
-/// @}
+using PolicyMappings = PolicyMappingsOf<Owned>;       ///< owns what it holds
+using PolicyMappingsView = PolicyMappingsOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

@@ -28,10 +28,8 @@ struct PrivateKeyUsagePeriodOf {
     return visit("notBefore", self.notBefore, context(0)) && visit("notAfter", self.notAfter, context(1));
   }
 };
-/// @{
-using PrivateKeyUsagePeriod = PrivateKeyUsagePeriodOf<Owned>;
-using PrivateKeyUsagePeriodView = PrivateKeyUsagePeriodOf<Viewed>;
-/// @}
+using PrivateKeyUsagePeriod = PrivateKeyUsagePeriodOf<Owned>;       ///< owns what it holds
+using PrivateKeyUsagePeriodView = PrivateKeyUsagePeriodOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<PrivateKeyUsagePeriodView>());
 
 }  // namespace ketra

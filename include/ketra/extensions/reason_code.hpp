@@ -61,9 +61,7 @@ struct ReasonCodeOf {
     return visit("reason", self.reason);
   }
 };
-/// @{
-using ReasonCode = ReasonCodeOf<Owned>;
-using ReasonCodeView = ReasonCodeOf<Viewed>;
-/// @}
+using ReasonCode = ReasonCodeOf<Owned>;       ///< owns what it holds
+using ReasonCodeView = ReasonCodeOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

@@ -24,9 +24,7 @@ struct SubjectAltNameOf {
     return visit("names", self.names, nonEmptySet);
   }
 };
-/// @{
-using SubjectAltName = SubjectAltNameOf<Owned>;
-using SubjectAltNameView = SubjectAltNameOf<Viewed>;
-/// @}
+using SubjectAltName = SubjectAltNameOf<Owned>;       ///< owns what it holds
+using SubjectAltNameView = SubjectAltNameOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

@@ -24,10 +24,8 @@ struct AttributeOf {
     return visit("type", self.type) && visit("values", self.values, setOf | nonEmptySet);
   }
 };
-/// @{
-using Attribute = AttributeOf<Owned>;
-using AttributeView = AttributeOf<Viewed>;
-/// @}
+using Attribute = AttributeOf<Owned>;       ///< owns what it holds
+using AttributeView = AttributeOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<AttributeView>());
 
 // SubjectDirectoryAttributes ::= SEQUENCE SIZE (1..MAX) OF Attribute            RFC 5280 4.2.1.8
@@ -45,9 +43,7 @@ struct SubjectDirectoryAttributesOf {
     return visit("attributes", self.attributes, nonEmptySet);
   }
 };
-/// @{
-using SubjectDirectoryAttributes = SubjectDirectoryAttributesOf<Owned>;
-using SubjectDirectoryAttributesView = SubjectDirectoryAttributesOf<Viewed>;
-/// @}
+using SubjectDirectoryAttributes = SubjectDirectoryAttributesOf<Owned>;       ///< owns what it holds
+using SubjectDirectoryAttributesView = SubjectDirectoryAttributesOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

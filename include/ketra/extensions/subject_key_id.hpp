@@ -27,9 +27,7 @@ struct SubjectKeyIdOf {
     return visit("keyIdentifier", self.keyIdentifier);
   }
 };
-/// @{
-using SubjectKeyId = SubjectKeyIdOf<Owned>;
-using SubjectKeyIdView = SubjectKeyIdOf<Viewed>;
-/// @}
+using SubjectKeyId = SubjectKeyIdOf<Owned>;       ///< owns what it holds
+using SubjectKeyIdView = SubjectKeyIdOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

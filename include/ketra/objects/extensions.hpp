@@ -35,10 +35,8 @@ struct ExtensionOf {
     return visit("extnID", self.extnID) && visit("critical", self.critical) && visit("extnValue", self.extnValue);
   }
 };
-/// @{
-using Extension = ExtensionOf<Owned>;
-using ExtensionView = ExtensionOf<Viewed>;
-/// @}
+using Extension = ExtensionOf<Owned>;       ///< owns what it holds
+using ExtensionView = ExtensionOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<ExtensionView>());
 
 /// An extension looked for: absent, good or faulty. What would dangle does not compile.

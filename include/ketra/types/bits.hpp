@@ -34,10 +34,8 @@ class BitsOf {
   typename Form::Content octets_{};
   std::size_t count_ = 0;
 };
-/// @{
-using Bits = BitsOf<Owned>;
-using BitsView = BitsOf<Viewed>;
-/// @}
+using Bits = BitsOf<Owned>;       ///< owns what it holds
+using BitsView = BitsOf<Viewed>;  ///< points to what it was read from
 
 template <class Form>
 struct Leaf<BitsOf<Form>> {

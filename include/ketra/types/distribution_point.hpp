@@ -34,10 +34,8 @@ struct DistributionPointNameOf {
                         Alternative{"nameRelativeToCRLIssuer", context(1)});
   }
 };
-/// @{
-using DistributionPointName = DistributionPointNameOf<Owned>;
-using DistributionPointNameView = DistributionPointNameOf<Viewed>;
-/// @}
+using DistributionPointName = DistributionPointNameOf<Owned>;       ///< owns what it holds
+using DistributionPointNameView = DistributionPointNameOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<DistributionPointNameView>());
 
 // ReasonFlags ::= BIT STRING {                                   RFC 5280 4.2.1.13
@@ -70,9 +68,7 @@ struct ReasonFlagsOf {
            visit("aACompromise", self.aACompromise, bit(8)) && visit.nameless(self.nameless);
   }
 };
-/// @{
-using ReasonFlags = ReasonFlagsOf<Owned>;
-using ReasonFlagsView = ReasonFlagsOf<Viewed>;
-/// @}
+using ReasonFlags = ReasonFlagsOf<Owned>;       ///< owns what it holds
+using ReasonFlagsView = ReasonFlagsOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

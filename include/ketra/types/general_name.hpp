@@ -47,10 +47,8 @@ struct OtherNameOf {
     return visit("type-id", self.type) && visit("value", self.value, explicitly(0));
   }
 };
-/// @{
-using OtherName = OtherNameOf<Owned>;
-using OtherNameView = OtherNameOf<Viewed>;
-/// @}
+using OtherName = OtherNameOf<Owned>;       ///< owns what it holds
+using OtherNameView = OtherNameOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<OtherNameView>());
 
 // ORAddress ::= SEQUENCE {                                       X.411 8.5; the parts stay as they are encoded
@@ -70,10 +68,8 @@ struct OrAddressOf {
            visit("extensionAttributes", self.extensionAttributes, setOf | nonEmpty);
   }
 };
-/// @{
-using OrAddress = OrAddressOf<Owned>;
-using OrAddressView = OrAddressOf<Viewed>;
-/// @}
+using OrAddress = OrAddressOf<Owned>;       ///< owns what it holds
+using OrAddressView = OrAddressOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<OrAddressView>());
 
 // EDIPartyName ::= SEQUENCE {                                    RFC 5280 4.2.1.6
@@ -89,10 +85,8 @@ struct EdiPartyNameOf {
     return visit("nameAssigner", self.nameAssigner, explicitly(0)) && visit("partyName", self.partyName, explicitly(1));
   }
 };
-/// @{
-using EdiPartyName = EdiPartyNameOf<Owned>;
-using EdiPartyNameView = EdiPartyNameOf<Viewed>;
-/// @}
+using EdiPartyName = EdiPartyNameOf<Owned>;       ///< owns what it holds
+using EdiPartyNameView = EdiPartyNameOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<EdiPartyNameView>());
 
 namespace detail {
@@ -211,10 +205,8 @@ class GeneralNameOf {
   NameKind kind_ = NameKind::dNSName;
   bool isJudged_ = false;  // a directoryName that was read: it need not be judged again
 };
-/// @{
-using GeneralName = GeneralNameOf<Owned>;
-using GeneralNameView = GeneralNameOf<Viewed>;
-/// @}
+using GeneralName = GeneralNameOf<Owned>;       ///< owns what it holds
+using GeneralNameView = GeneralNameOf<Viewed>;  ///< points to what it was read from
 static_assert(sizeof(GeneralName) <= 40 && sizeof(GeneralNameView) <= 24);
 
 template <class Form>

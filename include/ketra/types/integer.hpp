@@ -97,10 +97,8 @@ class IntegerOf {
   friend struct Leaf<IntegerOf>;
   typename Form::Content content_{};  // empty for 0: a default one takes no memory
 };
-/// @{
-using Integer = IntegerOf<Owned>;
-using IntegerView = IntegerOf<Viewed>;
-/// @}
+using Integer = IntegerOf<Owned>;       ///< owns what it holds
+using IntegerView = IntegerOf<Viewed>;  ///< points to what it was read from
 
 template <class Form>
 struct Leaf<IntegerOf<Form>> {

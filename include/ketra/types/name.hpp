@@ -30,11 +30,8 @@ struct AttributeTypeAndValueOf {
     return visit("type", self.type) && visit("value", self.value);
   }
 };
-/// One attribute of a relative distinguished name.
-/// @{
-using AttributeTypeAndValue = AttributeTypeAndValueOf<Owned>;
-using AttributeTypeAndValueView = AttributeTypeAndValueOf<Viewed>;
-/// @}
+using AttributeTypeAndValue = AttributeTypeAndValueOf<Owned>;       ///< owns what it holds
+using AttributeTypeAndValueView = AttributeTypeAndValueOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<AttributeTypeAndValueView>());
 
 // RelativeDistinguishedName ::= SET SIZE (1..MAX) OF AttributeTypeAndValue      RFC 5280 4.1.2.4
@@ -48,11 +45,8 @@ struct RelativeDistinguishedNameOf {
     return visit("attributes", self.attributes, setOf | nonEmpty);
   }
 };
-/// One level of a name: mostly one attribute.
-/// @{
-using RelativeDistinguishedName = RelativeDistinguishedNameOf<Owned>;
-using RelativeDistinguishedNameView = RelativeDistinguishedNameOf<Viewed>;
-/// @}
+using RelativeDistinguishedName = RelativeDistinguishedNameOf<Owned>;       ///< owns what it holds
+using RelativeDistinguishedNameView = RelativeDistinguishedNameOf<Viewed>;  ///< points to what it was read from
 
 /// Attribute types in common use (X.520, RFC 4519, RFC 2985).
 namespace attribute {
@@ -178,10 +172,8 @@ class NameOf {
 
   typename Form::Content stored_;
 };
-/// @{
-using Name = NameOf<Owned>;
-using NameView = NameOf<Viewed>;
-/// @}
+using Name = NameOf<Owned>;       ///< owns what it holds
+using NameView = NameOf<Viewed>;  ///< points to what it was read from
 
 template <class Form>
 struct Leaf<NameOf<Form>> {

@@ -87,10 +87,8 @@ class OctetStringOf {
  private:
   typename Form::Content octets_{};
 };
-/// @{
-using OctetString = OctetStringOf<Owned>;
-using OctetStringView = OctetStringOf<Viewed>;
-/// @}
+using OctetString = OctetStringOf<Owned>;       ///< owns what it holds
+using OctetStringView = OctetStringOf<Viewed>;  ///< points to what it was read from
 
 template <class Form>
 struct Leaf<OctetStringOf<Form>> {
@@ -133,10 +131,8 @@ class AnyOf {
  private:
   typename Form::Content encoding_{};
 };
-/// @{
-using Any = AnyOf<Owned>;
-using AnyView = AnyOf<Viewed>;
-/// @}
+using Any = AnyOf<Owned>;       ///< owns what it holds
+using AnyView = AnyOf<Viewed>;  ///< points to what it was read from
 
 template <class Form>
 struct Leaf<AnyOf<Form>> {

@@ -154,10 +154,8 @@ class TextOf {
   typename Form::Content octets_{};
   TextType type_ = TextType::Utf8;
 };
-/// @{
-using Text = TextOf<Owned>;
-using TextView = TextOf<Viewed>;
-/// @}
+using Text = TextOf<Owned>;       ///< owns what it holds
+using TextView = TextOf<Viewed>;  ///< points to what it was read from
 
 /// DirectoryString (RFC 5280 4.1.2.4), DisplayText (4.2.1.4), and any other CHOICE of string types: whichever it is.
 template <class Form>
@@ -186,10 +184,8 @@ template <class Form>
 struct DirectoryStringOf : TextOf<Form> {
   using TextOf<Form>::TextOf;
 };
-/// @{
-using DirectoryString = DirectoryStringOf<Owned>;
-using DirectoryStringView = DirectoryStringOf<Viewed>;
-/// @}
+using DirectoryString = DirectoryStringOf<Owned>;       ///< owns what it holds
+using DirectoryStringView = DirectoryStringOf<Viewed>;  ///< points to what it was read from
 
 /// The octets have to be whole characters; UTF-8 is judged.
 template <class Form>
