@@ -237,16 +237,6 @@ KETRA_INLINE bool readTagged(const Tlv &tlv, T &value, As as, Fault &fault) {
   return in.done() || fail(fault, Reason::CrowdedExplicit, in.at);
 }
 
-// The next encoding, which is one of the type by its own tag. What begins as such a value has no odd tag: the compiler
-// sees that only in the first branch.
-template <bool kOwning, class T>
-KETRA_INLINE bool readNext(Reader &in, Tlv &tlv, T &value, Fault &fault) {
-  if (KETRA_LIKELY(matches<T>({}, *in.at))) {
-    return readTlv(in, tlv, fault) && readContents<kOwning>(tlv, value, {}, fault);
-  }
-  return readTlv(in, tlv, fault) && failOtherTag({tlv.octets, tlv.end}, identifierOf<T>({}), fault);
-}
-
 // One encoding that is already there, of the type by its own tag.
 template <bool kOwning, class T>
 KETRA_INLINE bool readWhole(const Tlv &tlv, T &value, Fault &fault) {
@@ -254,6 +244,18 @@ KETRA_INLINE bool readWhole(const Tlv &tlv, T &value, Fault &fault) {
     return failOtherTag({tlv.octets, tlv.end}, identifierOf<T>({}), fault);
   }
   return readContents<kOwning>(tlv, value, {}, fault);
+}
+
+// The next encoding, which is one of the type by its own tag.
+template <bool kOwning, class T>
+KETRA_INLINE bool readNext(Reader &in, Tlv &tlv, T &value, Fault &fault) {
+  if constexpr (universalIdentifierOf<T>({}) != 0) {
+    // The compiler sees that the tag is none of the odd ones.
+    if (KETRA_LIKELY(matches<T>({}, *in.at))) {
+      return readTlv(in, tlv, fault) && readContents<kOwning>(tlv, value, {}, fault);
+    }
+  }
+  return readTlv(in, tlv, fault) && readWhole<kOwning>(tlv, value, fault);
 }
 
 }  // namespace detail

@@ -218,15 +218,15 @@ struct Leaf<GeneralNameOf<Form>> {
   static constexpr bool kOwning = std::is_same_v<Form, Owned>;
 
   static constexpr bool matches(uint8_t octet) {
+    if (isPlain(octet)) return true;
     const uint8_t number = octet & 0x1F;
     if ((octet & 0xC0) != 0x80 || number > 8) return false;
     const bool isConstructed = (octet & 0x20) != 0;
     return detail::isStringKind(number) || isConstructed == (number != 8);
   }
   KETRA_INLINE static bool read(const Tlv &tlv, Value &value, Fault &fault) {
-    const auto number = static_cast<uint8_t>(tlv.identifier & 0x1F);
-    value.kind_ = static_cast<NameKind>(number);
-    if (detail::isStringKind(number) && !tlv.isConstructed()) {
+    value.kind_ = static_cast<NameKind>(tlv.identifier & 0x1F);
+    if (KETRA_LIKELY(isPlain(tlv.identifier))) {
       value.content_ = detail::contentAs<Form>(tlv.contents());
       return true;
     }
@@ -247,6 +247,10 @@ struct Leaf<GeneralNameOf<Form>> {
   static std::string text(const Value &value) { return value.text(); }
 
  private:
+  // Nearly every name: a string or octets, in one piece.
+  static constexpr bool isPlain(uint8_t octet) {
+    return octet >= 0x80 && octet < 0x88 && detail::isStringKind(octet & 0x1F);
+  }
   static bool readOther(const Tlv &tlv, Value &value, Fault &fault) {
     bool isRight = false;
     View content = tlv.contents();
