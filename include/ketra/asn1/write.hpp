@@ -3,9 +3,9 @@
 /// as they are stored.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -119,8 +119,14 @@ inline void sortMembers(Writer &out, std::size_t place) {
   Tlv tlv;
   Fault fault;
   for (Reader in{View(written)}; !in.done() && readTlv(in, tlv, fault);) members.push_back(tlv.whole());
-  if (std::is_sorted(members.begin(), members.end())) return;
-  std::sort(members.begin(), members.end());
+  bool isSorted = true;
+  for (std::size_t i = 1; i < members.size(); ++i) isSorted = isSorted && !(members[i] < members[i - 1]);
+  if (isSorted) return;
+  // Not std::sort: every user would pay for compiling <algorithm>.
+  std::qsort(members.data(), members.size(), sizeof(View), [](const void *a, const void *b) {
+    const View &x = *static_cast<const View *>(a), &y = *static_cast<const View *>(b);
+    return x < y ? -1 : y < x ? 1 : 0;
+  });
   out.cut(place);
   for (const View member : members) out.octets(member);
 }
