@@ -2,7 +2,8 @@
 
 import math
 
-COLORS = {"ketra": "#0b6e99", "ketra.hpp": "#5fb0d3", "OpenSSL": "#c4572b", "GnuTLS": "#8a6bb0", "Botan": "#7a8b3c",
+COLORS = {"ketra view": "#0b6e99", "ketra read": "#5fb0d3", "ketra write": "#5fb0d3", "C interface": "#12324a",
+          "CBS": "#d9b44a", "BoringSSL": "#e0906f", "OpenSSL": "#c4572b", "GnuTLS": "#8a6bb0", "Botan": "#7a8b3c",
           "floor": "#bbbbbb", "floor, 1 allocation": "#777777"}
 WIDTH, PANEL, HEIGHT, LEFT, TOP = 960, 380, 300, 70, 40
 
