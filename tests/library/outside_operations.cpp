@@ -14,10 +14,17 @@ const std::string kTime = " 32 30 32 34 30 31 30 31 30 30 30 30 30 30 5A ";
 
 bool isKind(const std::string &text) { return std::find(kKinds.begin(), kKinds.end(), text) != kKinds.end(); }
 
-// "first-dNSName" to a sample of that kind.
-std::string sampleFor(const std::string &input) {
-  const std::string kind = input.substr(input.starts_with("first-") ? sizeof "first-" - 1 : 0);
+// The kind at an end of "dNSName", "first-dNSName" or "dNSName over otherName": the name given, and the one held.
+std::string sampleAt(const std::string &input, std::size_t begin, std::size_t end) {
+  const std::string kind = input.substr(begin, end - begin);
   return sampleOf(isKind(kind) ? kind : "directoryName");
+}
+std::string givenBy(const std::string &input) {
+  return sampleAt(input, input.starts_with("first-") ? sizeof "first-" - 1 : 0, input.find(" over "));
+}
+std::string heldBy(const std::string &input) {
+  const std::size_t over = input.find(" over ");
+  return sampleAt(input, over == std::string::npos ? 0 : over + sizeof " over " - 1, std::string::npos);
 }
 
 int32_t setName(const GenName &to, const GenName &from, AsnErrorBlock *err = nullptr) {
@@ -64,8 +71,8 @@ void dropEncoding(GenName &name) { EXPECT_EQ(setName(name, name), 0); }
 
 Stage::Stage(const std::string &name)
     : input(name),
-      held(sampleOf(isKind(name) ? name : "directoryName")),
-      sample(fromHex(sampleFor(name))),
+      held(heldBy(name)),
+      sample(fromHex(givenBy(name))),
       sampleName(name == "fullName" ? samples.full() : samples.relative()),
       preparedName{name == "fullName" ? prepared.full() : prepared.relative(), 0},
       encoding(sample.data()),
@@ -111,7 +118,7 @@ Stage::Stage(const std::string &name)
   EXPECT_EQ(attributes.set(fromHex(kAttributes)), 0);
   EXPECT_EQ(object.setPdu(fromHex(held), false), 0);
   if (input != "empty") {
-    EXPECT_EQ(source.setPdu(fromHex(held), false), 0);
+    EXPECT_EQ(source.setPdu(fromHex(givenBy(name)), false), 0);
     param = source.param();
   }
   scribble(prepared);
@@ -146,8 +153,16 @@ int32_t createAndDestroy(Stage &, AsnErrorBlock *err) {
 
 int32_t setNameOf(Stage &s, AsnErrorBlock *err) {
   const bool isOwn = s.input.starts_with("its-own") && s.object.hasName();
-  const X509GenNameParam own = isOwn ? s.object.param() : X509GenNameParam{};  // ends with the name
-  return X509GenNameObjectSetName(s.object, isOwn ? &own : &s.param, err);
+  X509GenNameParam own = isOwn ? s.object.param() : X509GenNameParam{};  // ends with the name
+  if (isOwn && s.input == "its-own-octets") {
+    AsnEncodedData name{};
+    const bool armed = std::exchange(outside.armed, false);
+    EXPECT_EQ(X509NameObjectGetPduDER(own.directoryName, &name, nullptr), 0);
+    outside.armed = armed;
+    own.type = X509GenName_DNSName;
+    own.dNSName = {name.octets, name.length};
+  }
+  return X509GenNameObjectSetName(s.target(), isOwn ? &own : &s.param, err);
 }
 
 int32_t prepareParameter(Stage &s, AsnErrorBlock *err) { return setName(s.object, s.source, err); }
@@ -216,8 +231,8 @@ const std::map<std::string, Operation> kOperations = {
      {.run = STEP(X509GenNameObjectGetPduDER, s.object, &s.encoding), .prepare = prepareParameter}},
     {"X509GenNameObjectGetPduBER",
      {.run = STEP(X509GenNameObjectGetPduBER, s.object, &s.encoding), .prepare = prepareParameter}},
-    UTILITY(X509GenNameObjectSetPduDER, s.isFirst() ? s.prepared.fullName.at(0) : s.object, &s.encoding),
-    UTILITY(X509GenNameObjectSetPduBER, s.isFirst() ? s.prepared.fullName.at(0) : s.object, &s.encoding),
+    UTILITY(X509GenNameObjectSetPduDER, s.target(), &s.encoding),
+    UTILITY(X509GenNameObjectSetPduBER, s.target(), &s.encoding),
     UTILITY(X509GenNameObjectCopy, s.object, s.source),
     UTILITY(X509MUtilSetGenNamesDER, s.names.object, s.names.value, "", s.chain()),
     UTILITY(X509MUtilSetGenNamesBER, s.names.object, s.names.value, "", s.chain()),

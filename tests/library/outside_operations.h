@@ -63,7 +63,7 @@ struct Stage {
   using Node = std::vector<uint32_t>;
   std::vector<std::vector<Node>> nodes() const;
   bool holdsOldNameOrNone() { return object.handle == nullptr || object.der() == held || object.der() == "empty"; }
-  bool isFirst() const { return input.starts_with("first-"); }
+  GenName &target() { return input.starts_with("first-") ? prepared.fullName.at(0) : object; }  // of a name to set
 
   // Values to set, and places for results.
   X509GenNameParam param{};  // the source's
