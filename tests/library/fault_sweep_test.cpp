@@ -68,7 +68,7 @@ struct Line {
 class Table {
  public:
   explicit Table(const std::string &path) {
-    std::ifstream file(path);
+    std::ifstream file(pathOf(path));
     std::string name;
     for (std::string line; std::getline(file, line);) {
       if (line.empty() || line.starts_with('#')) continue;
@@ -258,7 +258,7 @@ void expectFailure(const Case &one, const Operation &operation, const Run &succe
 }
 
 void sweep() {
-  for (const Case &one : Table(KETRA_OUTSIDE_CALLS).cases()) {
+  for (const Case &one : Table("data/outside_calls.txt").cases()) {
     SCOPED_TRACE(one.operation + " " + one.input);
     const Live before;
     const auto operation = operations().find(one.operation);
@@ -273,7 +273,7 @@ void sweep() {
 
 TEST(FaultSweep, EveryOutsideCallOfEveryOperation) {
   sweep();
-  const std::vector<Case> cases = Table(KETRA_OUTSIDE_CALLS).cases();
+  const std::vector<Case> cases = Table("data/outside_calls.txt").cases();
   for (const auto &[name, operation] : operations()) {
     const auto isTested = [&, &wanted = name](const Case &one) { return one.operation == wanted; };
     EXPECT_TRUE(std::any_of(cases.begin(), cases.end(), isTested)) << name;
@@ -339,7 +339,7 @@ uint64_t fillUp(AsnMemObject pool) {
 
 // However little more a limit lets the pool have, until it is enough.
 TEST(FaultSweep, EveryLimitOfThePool) {
-  for (const Case &one : Table(KETRA_OUTSIDE_CALLS).cases()) {
+  for (const Case &one : Table("data/outside_calls.txt").cases()) {
     const Operation &operation = operations().at(one.operation);
     const bool isSet = one.operation.starts_with("KetraObjectSset");
     const Live all;
@@ -372,7 +372,7 @@ TEST(FaultSweep, EveryLimitOfThePool) {
 #ifndef KETRA_SANITIZED  // a sanitizer brings its own malloc
 // Whichever request the system refuses, alone or with all that follow, the operation fails with the code for it.
 TEST(FaultSweep, EveryRequestToTheSystem) {
-  for (const Case &one : Table(KETRA_OUTSIDE_CALLS).cases()) {
+  for (const Case &one : Table("data/outside_calls.txt").cases()) {
     const Operation &operation = operations().at(one.operation);
     for (const bool isLasting : {false, true}) {
       bool reached = true;
@@ -400,12 +400,12 @@ TEST(FaultSweep, EveryRequestToTheSystem) {
 // The paths by which operations reach elements.
 TEST(FaultSweep, Paths) {
   std::map<std::pair<std::string, std::string>, std::map<std::string, std::string>> expected;
-  for (const auto &row : rowsOf(KETRA_PATHS)) {
+  for (const auto &row : rowsOf("data/paths.tsv")) {
     for (const char *rules : {"DER", "BER"}) {
       expected[{replaced(row.at(0), rules), row.at(1)}][replaced(row.at(2), rules)] = " " + row.at(3);
     }
   }
-  for (const Case &one : Table(KETRA_OUTSIDE_CALLS).cases())
+  for (const Case &one : Table("data/outside_calls.txt").cases())
     expected[{one.operation, one.input}];  // without rows: none
   for (const auto &[name, paths] : expected) {
     SCOPED_TRACE(name.first + " " + name.second);
@@ -420,7 +420,7 @@ TEST(FaultSweep, Paths) {
 
 // Answers that another runtime might give.
 TEST(FaultSweep, OddAnswers) {
-  for (const auto &row : rowsOf(KETRA_ODD_ANSWERS)) {
+  for (const auto &row : rowsOf("data/odd_answers.tsv")) {
     SCOPED_TRACE(row.at(0) + " " + row.at(1) + " " + row.at(2) + " " + row.at(3));
     Stage stage(row.at(1));
     Err err;

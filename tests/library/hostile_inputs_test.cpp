@@ -105,7 +105,7 @@ TEST_P(HostileInputs, InEveryWay) {
   Worst time;
   Worst memory;
   Worst ofFace;
-  for (const auto &row : rowsOf(KETRA_HOSTILE_INPUTS)) {
+  for (const auto &row : rowsOf("data/hostile_inputs.tsv")) {
     if (row.at(0) != GetParam()) continue;
     SCOPED_TRACE(row.at(1));
     const Octets octets = build(isMeasured ? row.at(2) : reduced(row.at(2)));
@@ -136,7 +136,7 @@ TEST_P(HostileInputs, InEveryWay) {
 
 INSTANTIATE_TEST_SUITE_P(Types, HostileInputs, testing::ValuesIn([] {
                            std::vector<std::string> types;
-                           for (const auto &row : rowsOf(KETRA_HOSTILE_INPUTS)) {
+                           for (const auto &row : rowsOf("data/hostile_inputs.tsv")) {
                              if (types.empty() || types.back() != row.at(0)) types.push_back(row.at(0));
                            }
                            return types;
@@ -180,7 +180,7 @@ TEST(HostileStack, IsSmall) {
   if (!isMeasurable()) GTEST_SKIP() << "under a tool that takes stack of its own";
   constexpr std::size_t kStack = 128 << 10;
   const auto readDeep = [](void *) -> void * {
-    for (const auto &row : rowsOf(KETRA_HOSTILE_INPUTS)) {
+    for (const auto &row : rowsOf("data/hostile_inputs.tsv")) {
       if (row.at(1).find("nested") == std::string::npos) continue;
       const Octets octets = build(row.at(2));
       for (const Way &way : waysToRead(row.at(0))) costOf(way, octets);
@@ -201,7 +201,7 @@ TEST(HostileMemory, AtEveryStageOfGrowth) {
   if (!isMeasurable()) GTEST_SKIP() << "another malloc than the test's own";
   Worst worst;
   Worst decoding;
-  for (const auto &row : rowsOf(KETRA_GROWING_INPUTS)) {
+  for (const auto &row : rowsOf("data/growing_inputs.tsv")) {
     const std::string &type = row.at(0);
     const std::string &recipe = row.at(1);
     for (std::size_t count = 1 << 15; count <= 1 << 16; count += 1 << 12) {

@@ -94,7 +94,7 @@ std::vector<Way> waysOf(const Type &type) {
     // Nodes for points depend on what was counted: the face prepares them so.
     if (isGet && name.find("DistributionPoint") != std::string::npos) continue;
     ways.push_back({name, isGet ? Kind::Nodes : Kind::Count, [&](const Octets &value, AsnErrorBlock *err) {
-                      Stage stage("");
+                      Stage stage;
                       stage.extensions.store(*operation.objid, value);
                       return operation.run(stage, err);
                     }});
@@ -138,8 +138,7 @@ int32_t readName(const Octets &octets, AsnErrorBlock *err) {
 
 // As the one member of a list.
 int32_t readMember(const Octets &octets, AsnErrorBlock *err) {
-  const Exact list(wrapped({0x30}, octets));
-  Work work(schema::record(schema::Entry::GeneralNames), list.data());
+  Work work(schema::record(schema::Entry::GeneralNames), wrapped({0x30}, octets));
   const GenName name;
   const Pool pool;
   const X509GenNameChain node{nullptr, name};
@@ -200,7 +199,7 @@ Octets wholeExtensions(const Objid &objid, const Octets &value) {
 }
 
 std::map<std::string, Octets> sampleValues() {
-  const Stage stage("");
+  const Stage stage;
   std::map<std::string, Octets> samples;
   for (const Type &type : kTypes) samples[type.name] = fromHex(stage.extensions.stored(type.objid));
   return samples;

@@ -29,7 +29,7 @@ std::string describe(std::size_t index) {
 }
 
 TEST(Schema, EveryRecord) {
-  std::ifstream expected(KETRA_SCHEMA);
+  std::ifstream expected(pathOf("schema.txt"));
   std::size_t index = 0;
   std::size_t components = 0;  // still to come before the next type
   for (std::string line; std::getline(expected, line); ++index) {

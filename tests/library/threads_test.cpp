@@ -121,10 +121,10 @@ TEST(Threads, ReadIdentifiersOfTheirOwn) {
   std::barrier all(kThreads);
   inThreads([&](std::size_t thread) {
     for (uint8_t round = 0; round < 100; ++round) {
-      const Decoded decoded(schema::Entry::OBJECTIDENTIFIER,
-                            toHex({0x06, 0x03, 0x2A, static_cast<uint8_t>(thread), round}));
+      Work decoded(schema::record(schema::Entry::OBJECTIDENTIFIER),
+                   {0x06, 0x03, 0x2A, static_cast<uint8_t>(thread), round});
       Objid read{};
-      EXPECT_EQ(AsnGetObjidBER(decoded.object(), decoded.value(), "", &read, nullptr), 0);
+      EXPECT_EQ(decoded.decode() + AsnGetObjidBER(decoded.object, decoded.value, "", &read, nullptr), 0);
       all.arrive_and_wait();
       EXPECT_EQ(textOf(read), "1.2." + std::to_string(thread) + "." + std::to_string(round));
       all.arrive_and_wait();

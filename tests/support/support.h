@@ -18,8 +18,14 @@ namespace ketra::test {
 
 inline std::string toHex(const AsnEncodedData &data) { return toHex(data.octets, data.length); }
 
-// The columns of each row of a tab-separated file; comments and the header row are left out. Fails on an empty file.
-std::vector<std::vector<std::string>> rowsOf(const std::string &path);
+// A row of a tab-separated file: its columns, and where it stands.
+struct Row : std::vector<std::string> {
+  std::string column(std::size_t i) const { return i < size() ? (*this)[i] : ""; }
+  std::string place;  // "paths.tsv:12"
+};
+// Comments are left out. Paths are relative to the directory of the tests. Fails on an empty file.
+std::vector<Row> rowsOf(const std::string &path);
+std::string pathOf(const std::string &path);
 
 // A heap block that ends with these octets, so that a read beyond them is seen. Even one of no octets has one, before
 // them: malloc(0) would give memory that can be read.
@@ -95,18 +101,20 @@ std::pair<uint64_t, uint32_t> usage(AsnMemObject pool);
 // A work object with one value in it.
 class Work {
  public:
-  explicit Work(const AsnType *type) { open(type); }
-  Work(const AsnType *type, const AsnEncodedData &encoding);  // bound, not decoded
+  explicit Work(const AsnType *type);
+  Work(const AsnType *type, const Octets &encoding);  // bound, not decoded
   ~Work() { EXPECT_EQ(AsnObjectDestroy(object, nullptr), 0); }
 
   int32_t decode(AsnErrorBlock *err = nullptr) { return AsnDecode(object, value, 0, &scratch_, err); }
+  AsnValue element(const char *path) const;
   std::string encode(bool der = true, const char *path = "/");  // hex, or the error
+  const uint8_t *octets() const { return encoding_.data().octets; }
 
   AsnObject object = nullptr;
   AsnValue value = nullptr;
 
  private:
-  void open(const AsnType *type);
+  Exact encoding_;
   uint32_t scratch_ = 0;
 };
 
