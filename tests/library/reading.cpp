@@ -114,26 +114,21 @@ int32_t readGeneralName(const Octets &octets, AsnErrorBlock *err) {
 }
 
 int32_t readName(const Octets &octets, AsnErrorBlock *err) {
-  X509NameObject name = nullptr;
-  EXPECT_EQ(X509NameObjectCreate(&name, nullptr), 0);
-  const AsnEncodedData encoding{octets.data(), static_cast<uint32_t>(octets.size())};
-  const int32_t result = X509NameObjectSetPduBER(name, &encoding, err);
-  if (result == 0) {
-    uint32_t length = 0;
-    X509NameObjectGetText(name, nullptr, 0, &length, nullptr);
-    std::string text(length + std::size_t{1}, '\0');
-    Err unreadable;
-    EXPECT_TRUE(X509NameObjectGetText(name, text.data(), length + 1, &length, unreadable) == 0 ||
-                unreadable.code() != AsnError_Range);
-    X509NameObject copy = nullptr;
-    int32_t equal = 0;
-    EXPECT_EQ(X509MUtilCopyNameObject(&copy, name, nullptr), 0);
-    EXPECT_EQ(X509NameObjectCompare(name, copy, &equal, nullptr), 0);
-    EXPECT_EQ(equal, 1);
-    EXPECT_EQ(X509NameObjectDestroy(copy, nullptr), 0);
-  }
-  EXPECT_EQ(X509NameObjectDestroy(name, nullptr), 0);
-  return result;
+  const NameObject name;
+  if (name.set(octets, err) != 0) return -1;
+  uint32_t length = 0;
+  X509NameObjectGetText(name, nullptr, 0, &length, nullptr);
+  std::string text(length + std::size_t{1}, '\0');
+  Err unreadable;
+  EXPECT_TRUE(X509NameObjectGetText(name, text.data(), length + 1, &length, unreadable) == 0 ||
+              unreadable.code() != AsnError_Range);
+  X509NameObject copy = nullptr;
+  int32_t equal = 0;
+  EXPECT_EQ(X509MUtilCopyNameObject(&copy, name, nullptr), 0);
+  EXPECT_EQ(X509NameObjectCompare(name, copy, &equal, nullptr), 0);
+  EXPECT_EQ(equal, 1);
+  EXPECT_EQ(X509NameObjectDestroy(copy, nullptr), 0);
+  return 0;
 }
 
 // As the one member of a list.

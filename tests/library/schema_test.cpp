@@ -53,19 +53,5 @@ TEST(Schema, EveryRecord) {
   EXPECT_TRUE(terminator.flags == 0 && terminator.count == 0 && terminator.link == 0 && terminator.name == nullptr);
 }
 
-TEST(Schema, EntryPoints) {
-  const char *const names =
-      "AuthorityKeyIdentifier SubjectKeyIdentifier KeyUsage ExtKeyUsage PrivateKeyUsagePeriod "
-      "CertificatePoliciesSyntax GeneralNames GeneralName BasicConstraints CRLNumber BITSTRING OCTETSTRING "
-      "OBJECTIDENTIFIER PolicyMappings SubjectDirectoryAttributes NameConstraints PolicyConstraints CRLReason "
-      "HoldInstruction InvalidityDate CRLDistributionPoints IssuingDistributionPoint CertificateIssuer BaseCRLNumber "
-      "ORAddress";
-  std::string entries;
-  for (std::size_t i = 0; i < schema::kEntryCount; ++i) {
-    entries += (i > 0 ? " " : "") + std::string(schema::kEntryPoints[i]->name);
-  }
-  EXPECT_EQ(entries, names);
-}
-
 }  // namespace
 }  // namespace ketra::test

@@ -65,8 +65,7 @@ TEST(Decoder, RefusesWhatIsMalformed) {
     }
     EXPECT_EQ(err.code(), codeNamed(row.at(0))) << err.text();
     ASSERT_EQ(err.block.count, 1u);
-    const std::string message = err.block.entries[0].message;
-    EXPECT_EQ(message.substr(0, row.at(3).size()), row.at(3));
+    EXPECT_EQ(std::string(err.block.entries[0].message).substr(0, row.at(3).size()), row.at(3));
   }
 }
 

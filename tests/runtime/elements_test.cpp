@@ -189,9 +189,7 @@ TEST(Elements, StepByStep) {
     if (name == "from") {
       from = work->element(path.c_str());
     } else if (name == "AsnDecode") {
-      Err err;
-      work->decode(err);
-      expectOutcome(row.column(4), "", err);
+      expectOutcome(row.column(4), "", called([&](AsnErrorBlock *err) { return work->decode(err); }));
     } else if (name == "AsnClose") {
       expectOutcome(row.column(4), "", called(AsnClose, work->object, from));
     } else {

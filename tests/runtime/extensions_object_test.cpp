@@ -87,14 +87,13 @@ TEST(ExtensionsObject, ManyExtensionsAndManyStores) {
 
 TEST(ExtensionsObject, NullsAreErrors) {
   const Extensions object;
-  const Objid none{nullptr, 1};
-  const KetraExtension *found = nullptr;
   AsnEncodedData encoding{};
   EXPECT_EQ(codeOf(KetraObjectDestroy, nullptr), 0u);
-  EXPECT_NE(codeOf(KetraObjectSetExt, nullptr, nullptr), 0u);
-  EXPECT_NE(codeOf(KetraObjectSearchExtpByObjid, object, &none, &found), 0u);
-  EXPECT_NE(codeOf(KetraObjectSetPduBER, object, nullptr), 0u);
-  EXPECT_NE(codeOf(KetraObjectGetPduDER, object, nullptr), 0u);
+  for (const KetraObject handle : {KetraObject{object}, KetraObject{}}) {
+    refuseNulls(KetraObjectError_NullParameter, handle, KetraObjectSetExt, KetraObjectSearchExtpByObjid,
+                KetraObjectDeleteExt, KetraObjectSetPduBER, KetraObjectGetPduDER, KetraObjectCalExt,
+                KetraObjectGetExtpByIndex, KetraObjectGetMemObject);
+  }
   EXPECT_EQ(codeOf(KetraObjectGetPduDER, object, &encoding), uint32_t{KetraObjectError_Empty});
 }
 

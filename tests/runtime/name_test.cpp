@@ -160,14 +160,14 @@ TEST(NameObject, ManyAttributes) {
 
 TEST(NameObject, NullsAreErrors) {
   const Name name;
-  const Pool pool;
+  for (const X509NameObject object : {X509NameObject{name}, X509NameObject{}}) {
+    refuseNulls(X509NameError_NullParameter, object, X509NameObjectCreate, X509NameObjectSetPduBER,
+                X509NameObjectGetPduDER, X509NameObjectCompare, X509MUtilGetNameObjectBER);
+  }
   for (const uint32_t code :
-       {codeOf(X509NameObjectCreate, nullptr), codeOf(X509NameObjectSetPduBER, name, nullptr),
-        codeOf(X509NameObjectGetPduDER, nullptr, nullptr), codeOf(X509NameObjectGetText, name, nullptr, 1u, nullptr),
-        codeOf(X509NameObjectCompare, name, name, nullptr), codeOf(X509NameObjectAppendRdn, name, nullptr, 1u),
-        codeOf(X509MUtilCopyNameObject, nullptr, name),
+       {codeOf(X509NameObjectGetText, name, nullptr, 1u, nullptr), codeOf(X509NameObjectAppendRdn, name, nullptr, 1u),
         codeOf(X509MUtilSetNameObjectBER, nullptr, nullptr, "/", nullptr),
-        codeOf(X509MUtilGetNameObjectBER, pool, nullptr, nullptr, "/", nullptr)}) {
+        codeOf(X509MUtilCopyNameObject, nullptr, name)}) {
     EXPECT_EQ(code, uint32_t{X509NameError_NullParameter});
   }
 }

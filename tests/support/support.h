@@ -56,12 +56,6 @@ struct Err {
 
   // The innermost entry alone, an offending value of four octets behind it: "0146203A function: message [10]".
   std::string innermost() const;
-  // Whether this very object is what offends.
-  template <class T>
-  bool blames(const T &value) const {
-    return block.entries[0].value == &value && block.entries[0].valueLength == sizeof value;
-  }
-
   AsnErrorBlock block;
 };
 
@@ -83,6 +77,23 @@ std::string refusal(Call &&...call) {
 template <class... Call>
 uint32_t codeOf(Call &&...call) {
   return called(std::forward<Call>(call)...).code();
+}
+
+// Operations with nothing but nulls and zeros besides the handle and an error block: each fails with the code.
+template <class Handle, class... Arguments>
+void refuseNull(uint32_t code, Handle handle, int32_t (*operation)(Arguments...)) {
+  Err err;
+  const auto given = [&]<class T>(T *) -> T {
+    if constexpr (std::is_same_v<T, AsnErrorBlock *>) return err;
+    if constexpr (std::is_same_v<T, Handle>) return handle;
+    return T{};
+  };
+  EXPECT_EQ(operation(given(static_cast<Arguments *>(nullptr))...), -1);
+  EXPECT_EQ(err.code(), code) << err.text();
+}
+template <class Handle, class... Operations>
+void refuseNulls(uint32_t code, Handle handle, Operations... operations) {
+  (refuseNull(code, handle, operations), ...);
 }
 
 class Pool {
