@@ -138,10 +138,12 @@ int32_t prepareWork(Stage &s, schema::Entry type, const std::string &decoded = "
   return 0;
 }
 
+std::string listOf(const Stage &s) { return s.input == "two" ? s.input : "iPAddress"; }
+
 // For a name the input is its path, "1", that in a subtree, "1/base", or its kind.
 int32_t prepareMember(Stage &s, AsnErrorBlock *) {
-  if (s.input.size() == 1) return prepareWork(s, schema::Entry::GeneralNames, "two");
-  if (s.input == "iPAddress") return prepareWork(s, schema::Entry::GeneralNames, s.input);
+  const char *const list = s.input == "iPAddress" ? "iPAddress" : "two";
+  if (std::strlen(s.path()) == 1) return prepareWork(s, schema::Entry::GeneralNames, list);
   prepareWork(s, schema::Entry::NameConstraints, kSubtrees);
   s.value = s.work->element(kPermitted);
   return 0;
@@ -195,10 +197,8 @@ const std::map<std::string, Operation> kOperations = {
     UTILITY(X509GenNameObjectCopy, s.object, s.source),
     ON(GeneralNames, "", X509MUtilSetGenNamesDER, IN(""), s.chain()),
     ON(GeneralNames, "", X509MUtilSetGenNamesBER, IN(""), s.chain()),
-    ON(GeneralNames, s.input == "two" ? s.input : "iPAddress", X509MUtilSgetGenNamesDER, s.pool, IN(""),
-       s.prepared.names.genNames),
-    ON(GeneralNames, s.input == "two" ? s.input : "iPAddress", X509MUtilSgetGenNamesBER, s.pool, IN(""),
-       s.prepared.names.genNames),
+    ON(GeneralNames, listOf(s), X509MUtilSgetGenNamesDER, s.pool, IN(""), s.prepared.names.genNames),
+    ON(GeneralNames, listOf(s), X509MUtilSgetGenNamesBER, s.pool, IN(""), s.prepared.names.genNames),
     PREPARED(prepareMember(s, err), X509MUtilSgetGenNameObjectDER, s.pool, IN(s.path()), s.prepared.fullName.at(0)),
     PREPARED(prepareMember(s, err), X509MUtilSgetGenNameObjectBER, s.pool, IN(s.path()), s.prepared.fullName.at(0)),
     PREPARED(prepareCopy(s, err), X509MUtilCopyGenNameObject, &s.object.handle, s.source),
