@@ -26,28 +26,6 @@ std::variant<Octets, uint32_t> encodingOf(const Extensions &extensions) try {
   return failure(error).code;
 }
 
-bool isSame(const ketra::RawExtension &a, const ketra::RawExtension &b) {
-  return a.objid == b.objid && a.critical == b.critical && a.value.copy() == b.value.copy();
-}
-
-using Criticality = int32_t (*)(KetraObject, int32_t *, AsnErrorBlock *);
-// In the order of Types; the others' is fixed.
-constexpr Criticality kCriticality[kTypes] = {
-    // clang-format off
-    nullptr, nullptr, KetraObjectSgetKeyUsageCritical, KetraObjectSgetExtKeyUsageCritical, nullptr,
-    KetraObjectSgetCertPoliciesCritical, KetraObjectSgetSubjectAltNameCritical, KetraObjectSgetIssuerAltNameCritical,
-    KetraObjectSgetBasicConstraintsCritical, nullptr, nullptr, nullptr, KetraObjectSgetNameConstraintsCritical,
-    KetraObjectSgetPolicyConstraintsCritical, nullptr, nullptr, nullptr, KetraObjectSgetCRLDistributionPointsCritical};
-// clang-format on
-
-void checkCritical(const Extensions &extensions, std::size_t type, const std::optional<ketra::RawExtension> &raw) {
-  if (kCriticality[type] == nullptr) return;
-  int32_t critical = -1;
-  const uint32_t code = codeOf(kCriticality[type], extensions.handle(), &critical);
-  require(code == (raw ? 0 : KetraError_CriticalAbsent), "criticality is there when the extension is");
-  if (raw) require(critical == (raw->critical ? 1 : 0), "criticality is the stored one");
-}
-
 template <class T>
 bool isLimit(const Outcome<T> &outcome) {
   const auto *failed = std::get_if<Failure>(&outcome);
@@ -65,7 +43,6 @@ void readTyped(const Extensions &free, const Extensions &bounded) {
   for (std::size_t i = 0; i < kTypes; ++i) {
     withType(i, [&]<class T, std::size_t>() {
       const std::optional<ketra::RawExtension> raw = free.find<T>();
-      checkCritical(free, i, raw);
       if (!raw) {
         const Outcome<T> absent = readOnce<T>(free);
         require(std::holds_alternative<Failure>(absent) && std::get<Failure>(absent).code == KetraError_ExtensionAbsent,
@@ -85,7 +62,9 @@ void writeAndRead(const Extensions &extensions, View octets) {
   const Extensions again = Extensions::decode(encoding);
   require(again.size() == extensions.size(), "as many extensions come back");
   for (uint32_t i = 0; i < again.size(); ++i) {
-    require(isSame(again.at(i), extensions.at(i)), "each extension comes back");
+    const ketra::RawExtension one = again.at(i), other = extensions.at(i);
+    require(one.objid == other.objid && one.critical == other.critical && one.value.copy() == other.value.copy(),
+            "each extension comes back");
   }
   require(again.encode() == encoding, "what was written is written again");
 }

@@ -18,7 +18,13 @@ namespace {
 
 // ---- Contents -------------------------------------------------------------------------------------------------------
 
-// Whether our value is what theirs is. A structure, for each to know all the others.
+// Whether our value is what theirs is.
+#define AGREE(Ours, Theirs, ...) \
+  static bool agree(const ketra::Ours &ours, const Theirs *theirs) { return __VA_ARGS__; }
+#define AGREE_NAME(Ours, ...) \
+  static bool agree(const GENERAL_NAME *theirs, const ketra::Ours &ours) { return __VA_ARGS__; }
+
+// A structure, for each to know all the others.
 struct Content {
   static bool agree(const Octets &ours, const ASN1_STRING *theirs) {
     const auto size = static_cast<std::size_t>(ASN1_STRING_length(theirs));
@@ -71,8 +77,8 @@ struct Content {
     return std::ranges::all_of(
         T::bits(), [&](const auto &bit) { return ours.*bit.member == (ASN1_BIT_STRING_get_bit(theirs, i++) != 0); });
   }
-  static bool agree(const ketra::KeyUsage &ours, const ASN1_BIT_STRING *theirs) { return agreeBits(ours, theirs); }
-  static bool agree(const ketra::Reasons &ours, const ASN1_BIT_STRING *theirs) { return agreeBits(ours, theirs); }
+  AGREE(KeyUsage, ASN1_BIT_STRING, agreeBits(ours, theirs))
+  AGREE(Reasons, ASN1_BIT_STRING, agreeBits(ours, theirs))
 
   // Lists; `stack` is any STACK_OF.
   template <class T, class Agree>
@@ -94,30 +100,20 @@ struct Content {
     return X509_NAME_get0_der(theirs, &octets, &size) == 1 && ketra::Name::decode({octets, size}) == ours;
   }
 
-  static bool agree(const GENERAL_NAME *theirs, const ketra::OtherName &ours) {
-    return agree(ours.type, theirs->d.otherName->type_id) && ours.value.has_value();
-  }
-  static bool agree(const GENERAL_NAME *theirs, const ketra::Rfc822Name &ours) {
-    return agree(ours.text, theirs->d.ia5);
-  }
-  static bool agree(const GENERAL_NAME *theirs, const ketra::DnsName &ours) { return agree(ours.text, theirs->d.ia5); }
-  static bool agree(const GENERAL_NAME *theirs, const ketra::Uri &ours) { return agree(ours.text, theirs->d.ia5); }
+  AGREE_NAME(OtherName, agree(ours.type, theirs->d.otherName->type_id) && ours.value.has_value())
+  AGREE_NAME(Rfc822Name, agree(ours.text, theirs->d.ia5))
+  AGREE_NAME(DnsName, agree(ours.text, theirs->d.ia5))
+  AGREE_NAME(Uri, agree(ours.text, theirs->d.ia5))
   static bool agree(const GENERAL_NAME *, const ketra::X400Address &) { return true; }  // kept as octets on both sides
-  static bool agree(const GENERAL_NAME *theirs, const ketra::DirectoryName &ours) {
-    return agree(ours.name, theirs->d.dirn);
-  }
+  AGREE_NAME(DirectoryName, agree(ours.name, theirs->d.dirn))
   static bool agree(const GENERAL_NAME *theirs, const ketra::EdiPartyName &ours) {
     const EDIPARTYNAME *name = theirs->d.ediPartyName;
     return agree(ours.partyName.octets, name->partyName) &&
            ours.nameAssigner.has_value() == (name->nameAssigner != nullptr) &&
            (!ours.nameAssigner || agree(ours.nameAssigner->octets, name->nameAssigner));
   }
-  static bool agree(const GENERAL_NAME *theirs, const ketra::IpAddress &ours) {
-    return agree(ours.octets, theirs->d.ip);
-  }
-  static bool agree(const GENERAL_NAME *theirs, const ketra::RegisteredId &ours) {
-    return agree(ours.id, theirs->d.rid);
-  }
+  AGREE_NAME(IpAddress, agree(ours.octets, theirs->d.ip))
+  AGREE_NAME(RegisteredId, agree(ours.id, theirs->d.rid))
   static bool agree(const ketra::GeneralName &ours, const GENERAL_NAME *theirs) {
     return static_cast<int>(ours.index()) == theirs->type &&  // GEN_OTHERNAME is 0
            std::visit([&](const auto &kind) { return agree(theirs, kind); }, ours);
@@ -139,83 +135,52 @@ struct Content {
              return agree(one.type, X509_NAME_ENTRY_get_object(static_cast<const X509_NAME_ENTRY *>(other)));
            });
   }
-  static bool agree(const ketra::DistributionPoint &ours, const DIST_POINT *theirs) {
-    return agree(ours.distributionPoint, theirs->distpoint) && agree(ours.reasons, theirs->reasons) &&
-           agree(ours.cRLIssuer, theirs->CRLissuer);
-  }
-  static bool agree(const ketra::CrlDistributionPoints &ours, const STACK_OF(DIST_POINT) * theirs) {
-    return agreeAll<DIST_POINT>(ours.points, theirs);
-  }
-  static bool agree(const ketra::IssuingDistributionPoint &ours, const ISSUING_DIST_POINT *theirs) {
-    return agree(ours.distributionPoint, theirs->distpoint) && agree(ours.onlySomeReasons, theirs->onlysomereasons) &&
-           ours.onlyContainsUserCerts.value_or(false) == (theirs->onlyuser > 0) &&
-           ours.onlyContainsCACerts.value_or(false) == (theirs->onlyCA > 0) &&
-           ours.indirectCRL.value_or(false) == (theirs->indirectCRL > 0);
-  }
+  AGREE(DistributionPoint, DIST_POINT,
+        agree(ours.distributionPoint, theirs->distpoint) && agree(ours.reasons, theirs->reasons) &&
+            agree(ours.cRLIssuer, theirs->CRLissuer))
+  AGREE(CrlDistributionPoints, STACK_OF(DIST_POINT), agreeAll<DIST_POINT>(ours.points, theirs))
+  AGREE(IssuingDistributionPoint, ISSUING_DIST_POINT,
+        agree(ours.distributionPoint, theirs->distpoint) && agree(ours.onlySomeReasons, theirs->onlysomereasons) &&
+            ours.onlyContainsUserCerts.value_or(false) == (theirs->onlyuser > 0) &&
+            ours.onlyContainsCACerts.value_or(false) == (theirs->onlyCA > 0) &&
+            ours.indirectCRL.value_or(false) == (theirs->indirectCRL > 0))
 
-  static bool agree(const ketra::GeneralSubtree &ours, const GENERAL_SUBTREE *theirs) {
-    return agree(ours.base, theirs->base) && agree(ours.minimum, theirs->minimum) &&
-           agree(ours.maximum, theirs->maximum);
-  }
+  AGREE(GeneralSubtree, GENERAL_SUBTREE,
+        agree(ours.base, theirs->base) && agree(ours.minimum, theirs->minimum) && agree(ours.maximum, theirs->maximum))
   static bool agree(const std::vector<ketra::GeneralSubtree> &ours, const STACK_OF(GENERAL_SUBTREE) * theirs) {
     return agreeAll<GENERAL_SUBTREE>(ours, theirs);
   }
-  static bool agree(const ketra::NameConstraints &ours, const NAME_CONSTRAINTS *theirs) {
-    return agree(ours.permittedSubtrees, theirs->permittedSubtrees) &&
-           agree(ours.excludedSubtrees, theirs->excludedSubtrees);
-  }
+  AGREE(NameConstraints, NAME_CONSTRAINTS,
+        agree(ours.permittedSubtrees, theirs->permittedSubtrees) &&
+            agree(ours.excludedSubtrees, theirs->excludedSubtrees))
 
-  static bool agree(const ketra::AuthorityKeyId &ours, const AUTHORITY_KEYID *theirs) {
-    return agree(ours.keyIdentifier, theirs->keyid) && agree(ours.authorityCertIssuer, theirs->issuer) &&
-           agree(ours.authorityCertSerialNumber, theirs->serial);
-  }
-  static bool agree(const ketra::SubjectKeyId &ours, const ASN1_OCTET_STRING *theirs) {
-    return agree(ours.keyIdentifier, theirs);
-  }
-  static bool agree(const ketra::ExtKeyUsage &ours, const EXTENDED_KEY_USAGE *theirs) {
-    return agreeAll<ASN1_OBJECT>(ours.purposes, theirs);
-  }
-  static bool agree(const ketra::PrivateKeyUsagePeriod &ours, const PKEY_USAGE_PERIOD *theirs) {
-    return agree(ours.notBefore, theirs->notBefore) && agree(ours.notAfter, theirs->notAfter);
-  }
-  static bool agree(const ketra::PolicyQualifier &ours, const POLICYQUALINFO *theirs) {
-    return agree(ours.id, theirs->pqualid);
-  }
-  static bool agree(const ketra::PolicyInformation &ours, const POLICYINFO *theirs) {
-    return agree(ours.policy, theirs->policyid) &&
-           (theirs->qualifiers == nullptr ? ours.qualifiers.empty()
-                                          : agreeAll<POLICYQUALINFO>(ours.qualifiers, theirs->qualifiers));
-  }
-  static bool agree(const ketra::CertificatePolicies &ours, const CERTIFICATEPOLICIES *theirs) {
-    return agreeAll<POLICYINFO>(ours.policies, theirs);
-  }
-  static bool agree(const ketra::BasicConstraints &ours, const BASIC_CONSTRAINTS *theirs) {
-    return ours.cA.value_or(false) == (theirs->ca != 0) && agree(ours.pathLenConstraint, theirs->pathlen);
-  }
-  static bool agree(const ketra::CrlNumber &ours, const ASN1_INTEGER *theirs) { return agree(ours.number, theirs); }
-  static bool agree(const ketra::DeltaCrlIndicator &ours, const ASN1_INTEGER *theirs) {
-    return agree(ours.baseCrlNumber, theirs);
-  }
-  static bool agree(const ketra::PolicyMapping &ours, const POLICY_MAPPING *theirs) {
-    return agree(ours.issuerDomainPolicy, theirs->issuerDomainPolicy) &&
-           agree(ours.subjectDomainPolicy, theirs->subjectDomainPolicy);
-  }
-  static bool agree(const ketra::PolicyMappings &ours, const POLICY_MAPPINGS *theirs) {
-    return agreeAll<POLICY_MAPPING>(ours.mappings, theirs);
-  }
-  static bool agree(const ketra::PolicyConstraints &ours, const POLICY_CONSTRAINTS *theirs) {
-    return agree(ours.requireExplicitPolicy, theirs->requireExplicitPolicy) &&
-           agree(ours.inhibitPolicyMapping, theirs->inhibitPolicyMapping);
-  }
-  static bool agree(const ketra::ReasonCode &ours, const ASN1_ENUMERATED *theirs) {
-    return static_cast<long>(ours) == ASN1_ENUMERATED_get(theirs);
-  }
-  static bool agree(const ketra::HoldInstruction &ours, const ASN1_OBJECT *theirs) {
-    return agree(ours.instruction, theirs);
-  }
-  static bool agree(const ketra::InvalidityDate &ours, const ASN1_GENERALIZEDTIME *theirs) {
-    return agree(ours.date, theirs);
-  }
+  AGREE(AuthorityKeyId, AUTHORITY_KEYID,
+        agree(ours.keyIdentifier, theirs->keyid) && agree(ours.authorityCertIssuer, theirs->issuer) &&
+            agree(ours.authorityCertSerialNumber, theirs->serial))
+  AGREE(SubjectKeyId, ASN1_OCTET_STRING, agree(ours.keyIdentifier, theirs))
+  AGREE(ExtKeyUsage, EXTENDED_KEY_USAGE, agreeAll<ASN1_OBJECT>(ours.purposes, theirs))
+  AGREE(PrivateKeyUsagePeriod, PKEY_USAGE_PERIOD,
+        agree(ours.notBefore, theirs->notBefore) && agree(ours.notAfter, theirs->notAfter))
+  AGREE(PolicyQualifier, POLICYQUALINFO, agree(ours.id, theirs->pqualid))
+  AGREE(PolicyInformation, POLICYINFO,
+        agree(ours.policy, theirs->policyid) &&
+            (theirs->qualifiers == nullptr ? ours.qualifiers.empty()
+                                           : agreeAll<POLICYQUALINFO>(ours.qualifiers, theirs->qualifiers)))
+  AGREE(CertificatePolicies, CERTIFICATEPOLICIES, agreeAll<POLICYINFO>(ours.policies, theirs))
+  AGREE(BasicConstraints, BASIC_CONSTRAINTS,
+        ours.cA.value_or(false) == (theirs->ca != 0) && agree(ours.pathLenConstraint, theirs->pathlen))
+  AGREE(CrlNumber, ASN1_INTEGER, agree(ours.number, theirs))
+  AGREE(DeltaCrlIndicator, ASN1_INTEGER, agree(ours.baseCrlNumber, theirs))
+  AGREE(PolicyMapping, POLICY_MAPPING,
+        agree(ours.issuerDomainPolicy, theirs->issuerDomainPolicy) &&
+            agree(ours.subjectDomainPolicy, theirs->subjectDomainPolicy))
+  AGREE(PolicyMappings, POLICY_MAPPINGS, agreeAll<POLICY_MAPPING>(ours.mappings, theirs))
+  AGREE(PolicyConstraints, POLICY_CONSTRAINTS,
+        agree(ours.requireExplicitPolicy, theirs->requireExplicitPolicy) &&
+            agree(ours.inhibitPolicyMapping, theirs->inhibitPolicyMapping))
+  AGREE(ReasonCode, ASN1_ENUMERATED, static_cast<long>(ours) == ASN1_ENUMERATED_get(theirs))
+  AGREE(HoldInstruction, ASN1_OBJECT, agree(ours.instruction, theirs))
+  AGREE(InvalidityDate, ASN1_GENERALIZEDTIME, agree(ours.date, theirs))
 };
 
 // ---- Verdicts -------------------------------------------------------------------------------------------------------
@@ -249,79 +214,64 @@ bool hasBitSegments(const Case &c) {
          });
 }
 
+#define WHEN(...) [](const Case &c) { return __VA_ARGS__; }
+
 // What we refuse and they take.
 constexpr Settled kWeRefuse[] = {
-    {"numbers and arcs of the interface have 32 bits", [](const Case &c) { return c.ours.code == AsnError_Range; }},
-    {"X.680 46: they take any octets for a time", [](const Case &c) { return c.ours.code == AsnError_Time; }},
+    {"numbers and arcs of the interface have 32 bits", WHEN(c.ours.code == AsnError_Range)},
+    {"X.680 46: they take any octets for a time", WHEN(c.ours.code == AsnError_Time)},
     {"X.690 8.6.4, 8.7.3, 8.23: segments have the tag of their string; they take any",
-     [](const Case &c) { return c.ours.code == AsnError_Segment; }},
-    {"X.690 8.6.2.3: a BIT STRING without bits has no unused ones",
-     [](const Case &c) { return c.ours.code == AsnError_BitString; }},
+     WHEN(c.ours.code == AsnError_Segment)},
+    {"X.690 8.6.2.3: a BIT STRING without bits has no unused ones", WHEN(c.ours.code == AsnError_BitString)},
     {"X.411 8.5: to them an ORAddress is any SEQUENCE",
-     [](const Case &c) { return says(c.ours.text, "x400Address") || says(c.ours.text, "ORAddress"); }},
+     WHEN(says(c.ours.text, "x400Address") || says(c.ours.text, "ORAddress"))},
     {"X.690 8.1.4: what is constructed holds encodings, in the values of a name too",
-     [](const Case &c) { return says(c.ours.text, "directoryName") && !isWellFormed(c.octets); }},
+     WHEN(says(c.ours.text, "directoryName") && !isWellFormed(c.octets))},
     {"X.690 8.1.5: the tag of end-of-contents stands for no value",
-     [](const Case &c) {
-       return c.ours.code == AsnError_EndOfContents ||
-              (c.ours.code == AsnError_Component &&
-               (says(c.ours.text, " 0x0 is the tag of no") || says(c.ours.text, " 0x20 is the tag of no")));
-     }},
+     WHEN(c.ours.code == AsnError_EndOfContents ||
+          (c.ours.code == AsnError_Component &&
+           (says(c.ours.text, " 0x0 is the tag of no") || says(c.ours.text, " 0x20 is the tag of no"))))},
     {"RFC 5280 5.2.5: a component [5] is of a later edition",
-     [](const Case &c) { return c.ours.code == AsnError_Component && says(c.ours.text, "0x85 is the tag of no"); }},
-    {"X.690 8.1.2.2: tags to 30 take one octet", [](const Case &c) { return c.ours.code == AsnError_Tag; }},
+     WHEN(c.ours.code == AsnError_Component && says(c.ours.text, "0x85 is the tag of no"))},
+    {"X.690 8.1.2.2: tags to 30 take one octet", WHEN(c.ours.code == AsnError_Tag)},
     {"RFC 5280 A.2: lists and sets have SIZE (1..MAX)",
-     [](const Case &c) {
-       return isOneOf(c.ours.code,
-                      {KetraError_GetPolicyMappingsEmpty, KetraError_GetExtKeyUsageEmpty,
-                       KetraError_GetGenSubtreesEmpty, KetraError_GetDistributionPointsEmpty,
-                       KetraError_RelativeNameEmpty, KetraError_GetAuthorityKeyIdIssuer, X509NameError_Empty});
-     }},
+     WHEN(isOneOf(c.ours.code,
+                  {KetraError_GetPolicyMappingsEmpty, KetraError_GetExtKeyUsageEmpty, KetraError_GetGenSubtreesEmpty,
+                   KetraError_GetDistributionPointsEmpty, KetraError_RelativeNameEmpty,
+                   KetraError_GetAuthorityKeyIdIssuer, X509NameError_Empty}))},
     {"RFC 5280 A.2: these are INTEGER (0..MAX)",
-     [](const Case &c) {
-       return isOneOf(c.ours.code,
-                      {KetraError_GetBasicConstraintsPathLen, KetraError_GetCRLNumber, KetraError_GetDeltaCRLIndicator,
-                       KetraError_GetRequireExplicitPolicy, KetraError_GetInhibitPolicyMapping});
-     }},
-    {"RFC 5280 5.3.1: CRLReason has some numbers",
-     [](const Case &c) { return c.ours.code == KetraError_GetReasonCode; }},
+     WHEN(isOneOf(c.ours.code,
+                  {KetraError_GetBasicConstraintsPathLen, KetraError_GetCRLNumber, KetraError_GetDeltaCRLIndicator,
+                   KetraError_GetRequireExplicitPolicy, KetraError_GetInhibitPolicyMapping}))},
+    {"RFC 5280 5.3.1: CRLReason has some numbers", WHEN(c.ours.code == KetraError_GetReasonCode)},
     {"X.520 6.1: a DirectoryString has SIZE (1..MAX) characters",
-     [](const Case &c) {
-       return isOneOf(c.ours.code, {X509DirStrError_Length, X509DirStrError_Characters}) &&
-              says(c.ours.text, "EDIPartyName");
-     }},
+     WHEN(isOneOf(c.ours.code, {X509DirStrError_Length, X509DirStrError_Characters}) &&
+          says(c.ours.text, "EDIPartyName"))},
     {"X.690 8.9.1, 8.10.1, 8.12.1: lists and sets are constructed",
-     [](const Case &c) {
-       return c.ours.code == AsnError_Component && c.value && any(*c.value, [](const Tlv &tlv) {
+     WHEN(c.ours.code == AsnError_Component && c.value &&
+          any(*c.value,
+              [](const Tlv &tlv) {
                 const bool isList = tlv.tag[0] >= 0x80 || tlv.tag[0] == 0x10 || tlv.tag[0] == 0x11;
                 return isList && !tlv.isConstructed() && parse(tlv.content);
-              });
-     }},
+              }))},
 };
 
 // What they refuse and we take.
 constexpr Settled kTheyRefuse[] = {
     {"X.690 8.7.3: segments may come in segments; they follow five levels, of encodings thirty",
-     [](const Case &c) { return says(c.theirs, "nested asn1 string") || says(c.theirs, "nested too deep"); }},
+     WHEN(says(c.theirs, "nested asn1 string") || says(c.theirs, "nested too deep"))},
     {"X.690 8.6.4: a BIT STRING in segments may have none",
-     [](const Case &c) {
-       return says(c.theirs, "BIT_STRING:string too short") && c.value &&
-              any(*c.value, [](const Tlv &tlv) { return tlv.isConstructed() && joined(tlv).empty(); });
-     }},
+     WHEN(says(c.theirs, "BIT_STRING:string too short") && c.value &&
+          any(*c.value, [](const Tlv &tlv) { return tlv.isConstructed() && joined(tlv).empty(); }))},
     {"X.690 8.1.3.5: a long length may begin with zeros, and be nothing else",
-     [](const Case &c) {
-       return says(c.theirs, "header too long") && c.value &&
-              any(*c.value, [](const Tlv &tlv) { return tlv.length == Tlv::Length::notShortest; });
-     }},
+     WHEN(says(c.theirs, "header too long") && c.value &&
+          any(*c.value, [](const Tlv &tlv) { return tlv.length == Tlv::Length::notShortest; }))},
     {"X.501 9.2: the value of an attribute is an open type",
-     [](const Case &c) {
-       return says(c.theirs, "Type=X509_NAME_ENTRY") ||
-              (says(c.theirs, "ASN1_mbstring_ncopy") && says(c.theirs, "x509_name"));
-     }},
-    {"RFC 5280 4.2.1.4: a qualifier is an open type",
-     [](const Case &c) { return says(c.theirs, "Type=POLICYQUALINFO"); }},
+     WHEN(says(c.theirs, "Type=X509_NAME_ENTRY") ||
+          (says(c.theirs, "ASN1_mbstring_ncopy") && says(c.theirs, "x509_name")))},
+    {"RFC 5280 4.2.1.4: a qualifier is an open type", WHEN(says(c.theirs, "Type=POLICYQUALINFO"))},
     {"RFC 5280 4.2.1.6: the value of an otherName is an open type, and may be left out here",
-     [](const Case &c) { return says(c.theirs, "Type=OTHERNAME"); }},
+     WHEN(says(c.theirs, "Type=OTHERNAME"))},
 };
 
 template <std::size_t size>
@@ -341,28 +291,15 @@ std::string errors() {
   return text;
 }
 
-// How OpenSSL calls the types, in the order of Types.
-constexpr int kNids[kTypes] = {NID_authority_key_identifier,
-                               NID_subject_key_identifier,
-                               NID_key_usage,
-                               NID_ext_key_usage,
-                               NID_private_key_usage_period,
-                               NID_certificate_policies,
-                               NID_subject_alt_name,
-                               NID_issuer_alt_name,
-                               NID_basic_constraints,
-                               NID_crl_number,
-                               NID_policy_mappings,
-                               NID_undef,  // it does not read subjectDirectoryAttributes
-                               NID_name_constraints,
-                               NID_policy_constraints,
-                               NID_crl_reason,
-                               NID_hold_instruction_code,
-                               NID_invalidity_date,
-                               NID_crl_distribution_points,
-                               NID_issuing_distribution_point,
-                               NID_certificate_issuer,
-                               NID_delta_crl};
+// How OpenSSL calls the types, in the order of Types; it does not read subjectDirectoryAttributes.
+// clang-format off
+constexpr int kNids[kTypes] = {
+    NID_authority_key_identifier, NID_subject_key_identifier, NID_key_usage, NID_ext_key_usage,
+    NID_private_key_usage_period, NID_certificate_policies, NID_subject_alt_name, NID_issuer_alt_name,
+    NID_basic_constraints, NID_crl_number, NID_policy_mappings, NID_undef, NID_name_constraints,
+    NID_policy_constraints, NID_crl_reason, NID_hold_instruction_code, NID_invalidity_date,
+    NID_crl_distribution_points, NID_issuing_distribution_point, NID_certificate_issuer, NID_delta_crl};
+// clang-format on
 
 // What its reader makes of each.
 using Peers = std::tuple<AUTHORITY_KEYID, ASN1_OCTET_STRING, ASN1_BIT_STRING, EXTENDED_KEY_USAGE, PKEY_USAGE_PERIOD,

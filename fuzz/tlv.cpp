@@ -153,22 +153,6 @@ bool hasDerLengths(const Tlv &tlv) {
   return tlv.length == Tlv::Length::der && std::ranges::all_of(tlv.members, hasDerLengths);
 }
 
-namespace {
-
-void makeDer(Tlv &tlv) {
-  tlv.length = Tlv::Length::der;
-  std::ranges::for_each(tlv.members, makeDer);
-}
-
-}  // namespace
-
-Octets withDerLengths(Bytes octets) {
-  std::optional<Tlv> tlv = parseOne(octets);
-  if (!tlv) return {octets.begin(), octets.end()};
-  makeDer(*tlv);
-  return write(*tlv);
-}
-
 Octets joined(const Tlv &string) {
   if (!string.hasMembers) return string.content;
   Octets octets;

@@ -37,8 +37,6 @@ bool isWellFormed(Bytes octets);
 
 // Whether every length is in the form of DER (X.690 10.1).
 bool hasDerLengths(const Tlv &tlv);
-// The octets with such lengths, as far as they are well formed.
-Octets withDerLengths(Bytes octets);
 
 // The octets of a string that may come in segments, one after the other.
 Octets joined(const Tlv &string);

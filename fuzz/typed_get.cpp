@@ -124,41 +124,6 @@ void look(const ketra::CertificatePolicies &value) {
   }
 }
 
-void look(const ketra::SubjectDirectoryAttributes &value) {
-  for (const ketra::Attribute &attribute : value.attributes) {
-    for (const Octets &each : attribute.values) {
-      const std::optional<std::string> text = ketra::stringText(each);
-      if (text) require(ketra::stringText(ketra::utf8String(*text)) == text, "text survives as UTF8String");
-    }
-  }
-}
-
-void look(const ketra::ExtKeyUsage &value) {
-  for (const ketra::ObjectIdentifier &each : value.purposes) {
-    const Objid objid = each.objid();
-    std::string text(each.text().size() + 1, '\0');
-    const auto size = static_cast<uint32_t>(text.size());
-    succeed("an identifier has a text", ObjidToText, &objid, text.data(), size, nullptr);
-    text.pop_back();
-    require(text == each.text() && ketra::ObjectIdentifier::parse(text) == each, "an identifier survives as text");
-  }
-}
-
-void look(const ketra::InvalidityDate &value) {
-  require(ketra::parseTime(ketra::timeText(value.date)) == value.date, "a time survives as text");
-}
-
-template <class T>
-void look(KetraObject object, const T &value) {
-  static_cast<void>(object);
-  look(value);
-}
-void look(KetraObject object, const ketra::KeyUsage &value) {
-  AsnBit bits{};
-  require(KetraObjectSgetKeyUsage(object, &bits, nullptr) == 0, "KeyUsage reads again");
-  require(bits.bits == (value.encipherOnly || value.decipherOnly ? 9 : 7), "7 bits of KeyUsage, or 9");
-}
-
 template <class T>
 void get(View value) {
   Extensions extensions;
@@ -166,7 +131,7 @@ void get(View value) {
   const Outcome<T> outcome = read<T>(extensions);
   const T *got = std::get_if<T>(&outcome);
   checkCounts(extensions.handle(), got);
-  if (got != nullptr) look(extensions.handle(), *got);
+  if (got != nullptr) look(*got);
   using Form = typename TolerantForm<T>::type;
   if constexpr (!std::is_void_v<Form>) {
     const Outcome<Form> tolerant = read<Form>(extensions);

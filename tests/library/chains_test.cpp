@@ -99,6 +99,16 @@ const Kind &kindOf(const std::string &name) {
   return kinds.at(name);
 }
 
+// What the samples of tests/support are encoded as.
+constexpr char kPoints[] =
+    "30 35 30 19 A0 0B A0 09 82 01 61 87 04 C0 00 02 01 81 02 01 06 A2 06 87 04 C0 00 02 01 30 18 A0 16 A1 14 30 08 06 "
+    "03 55 04 03 13 01 41 30 08 06 03 55 04 0A 13 01 42";
+constexpr char kBothSubtrees[] =
+    "30 2A A0 13 30 09 82 01 61 80 01 00 81 01 05 30 06 87 04 C0 00 02 01 A1 13 30 09 82 01 61 80 01 00 81 01 05 30 06 "
+    "87 04 C0 00 02 01";
+constexpr char kPermittedSubtrees[] = "30 15 A0 13 30 09 82 01 61 80 01 00 81 01 05 30 06 87 04 C0 00 02 01";
+constexpr char kExcludedSubtrees[] = "30 15 A1 13 30 09 82 01 61 80 01 00 81 01 05 30 06 87 04 C0 00 02 01";
+
 // A stored value, and what it is after it was read and set: "" the same, otherwise octets, or how the innermost entry
 // of the error begins.
 struct Row {
@@ -129,8 +139,8 @@ const Row kRows[] = {
     {"issuingDistributionPoint", golden("issuingDistributionPoint/all")},
     {"issuingDistributionPoint", "30 0A A0 05 A0 03 82 01 61 84 01 FF"},
     {"issuingDistributionPoint", "30 00"},
-    {"nameConstraints", Structures::constraintsDer(true, true)},
-    {"nameConstraints", Structures::constraintsDer(false, true)},
+    {"nameConstraints", kBothSubtrees},
+    {"nameConstraints", kExcludedSubtrees},
     {"nameConstraints", "30 00"},
     {"nameConstraints", "30 02 A0 00", "014FB286"},
     {"authorityKeyIdentifier", golden("authorityKeyIdentifier/all")},
@@ -142,7 +152,7 @@ const Row kRows[] = {
     {"certificatePolicies", "30 0A 30 08 06 06 2A 90 80 80 80 00", "02100017 AsnMUtilGetObjidConstBER"},
     {"policyMappings", golden("policyMappings/two")},
     {"policyMappings", "30 00", "0146C985"},
-    {"extKeyUsage", Chains::kPurposes},
+    {"extKeyUsage", "30 0A 06 03 2A 03 01 06 03 2A 03 02"},
     {"extKeyUsage", "30 00", "0146DF89"},
 };
 
@@ -199,8 +209,8 @@ TEST(Chains, MadeAndSet) {
   Err err;
   EXPECT_EQ(makeAndSet(stage, err), 0) << err.text();
   const Extensions &extensions = stage.extensions;
-  EXPECT_EQ(extensions.stored(X509Objid_CRLDistributionPoints), toHex(fromHex(Structures::pointsDer())));
-  EXPECT_EQ(extensions.stored(X509Objid_NameConstraints), toHex(fromHex(Structures::constraintsDer(true, false))));
+  EXPECT_EQ(extensions.stored(X509Objid_CRLDistributionPoints), toHex(fromHex(kPoints)));
+  EXPECT_EQ(extensions.stored(X509Objid_NameConstraints), toHex(fromHex(kPermittedSubtrees)));
 }
 
 // Calls `check` with what makes a stage and what is done in it: each row that succeeds, and the making of all kinds.

@@ -1,41 +1,49 @@
 // What all typed operations share: the cache, criticality; and the version.
 
 #include <algorithm>
+#include <cstring>
 
 #include "core/extension_access.h"
-#include "ketra/ketra.h"
-#include "support/support.h"
+#include "library/outside_operations.h"
 
 namespace ketra::test {
 namespace {
 
-// The kinds of the cache's nodes, in order.
-std::string cacheNodes(KetraObject object) {
-  std::string kinds;
-  for (auto *node = static_cast<CacheNode *>(object->structuredCache); node != nullptr; node = node->next)
-    kinds += std::to_string(static_cast<uint32_t>(node->entry.kind)) + " ";
-  return kinds;
+std::vector<const CacheEntry *> cacheOf(KetraObject object) {
+  std::vector<const CacheEntry *> entries;
+  auto *node = static_cast<const CacheNode *>(object->structuredCache);
+  for (; node != nullptr; node = node->next) entries.push_back(&node->entry);
+  return entries;
 }
 
-TEST(SubjectKeyId, Cache) {
-  const Extensions extensions;
-  const Octets identifier = fromHex("00 01 02 03");
-  const AsnOct value{identifier.data(), 4};
-  AsnOct read{nullptr, 77};
-  EXPECT_EQ(KetraObjectSgetSubjectKeyId(extensions, &read, nullptr), -1);
-  EXPECT_EQ(cacheNodes(extensions), "") << "an absent extension leaves no node";
-  EXPECT_EQ(read.length, 77u);
+template <class T>
+bool isSame(const T &a, const T &b) {
+  return std::memcmp(&a, &b, sizeof a) == 0;
+}
 
-  EXPECT_EQ(refusal(KetraObjectSsetSubjectKeyId, extensions, &value), "");
+TEST(Cache, KeepsWhatTheLastGetRead) {
+  Stage s;
+  ASSERT_EQ(KetraObjectDeleteExt(s.extensions, &X509Objid_SubjectKeyId, nullptr), 0);
+  s.octets.length = 77;
+  EXPECT_EQ(KetraObjectSgetSubjectKeyId(s.extensions, &s.octets, nullptr), -1);
+  EXPECT_TRUE(cacheOf(s.extensions).empty()) << "an absent extension leaves no node";
+  EXPECT_EQ(s.octets.length, 77u);
+  s.extensions.store(X509Objid_SubjectKeyId, fromHex("04 04 00 01 02 03"));
   for (int round = 0; round < 2; ++round) {
-    EXPECT_EQ(refusal(KetraObjectSgetSubjectKeyId, extensions, &read), "");
-    EXPECT_EQ(Octets(read.octets, read.octets + read.length), identifier);
-    EXPECT_EQ(cacheNodes(extensions), "2 ");
-    EXPECT_EQ(static_cast<CacheNode *>(extensions.handle->structuredCache)->entry.subjectKeyId.octets, read.octets);
+    for (const char *name : {"KetraObjectSgetSubjectKeyId", "KetraObjectSgetInvalidityDate",
+                             "KetraObjectSgetAuthorityKeyId", "KetraObjectSgetPrivateKeyUsagePeriod"}) {
+      EXPECT_EQ(refusal(operations().at(name).run, s), "");
+    }
+    const auto entries = cacheOf(s.extensions);
+    ASSERT_EQ(entries.size(), 4u) << "in the order of the first gets";
+    EXPECT_TRUE(entries[0]->kind == CacheKind::SubjectKeyId && entries[0]->subjectKeyId.octets == s.octets.octets);
+    EXPECT_TRUE(entries[1]->kind == CacheKind::InvalidityDate && isSame(entries[1]->invalidityDate, s.time));
+    EXPECT_EQ(entries[2]->kind, CacheKind::AuthorityKeyId);
+    EXPECT_EQ(entries[2]->keyIdentifier.value.octets, s.prepared.keyId.keyIdentifier.value.octets);
+    EXPECT_EQ(entries[3]->kind, CacheKind::PrivateKeyUsagePeriod);
+    EXPECT_TRUE(isSame(entries[3]->period.notBefore, s.period.notBefore));
+    EXPECT_TRUE(isSame(entries[3]->period.notAfter, s.period.notAfter) && s.period.notAfter.option == 1);
   }
-  CacheEntry *other = nullptr;
-  EXPECT_EQ(ketraObjectSgetSExt(extensions, CacheKind::AuthorityKeyId, &other, nullptr), 0);
-  EXPECT_EQ(cacheNodes(extensions), "2 1 ") << "appended behind the first";
 }
 
 TEST(Criticality, OnlyExactlyOneIsCritical) {

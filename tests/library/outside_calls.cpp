@@ -38,18 +38,11 @@ bool fails(const char *name, AsnErrorBlock *err) {
   return true;
 }
 
-void owe(const void *handle, const char *release) {
-  if (outside.armed) outside.owed[handle] = release;
-}
-void settle(const void *handle) {
-  if (outside.cleanUp.empty()) outside.owed.erase(handle);
-}
-
 void opened(AsnObject object, const AsnType *type, AsnValue value) {
   if (!outside.armed) return;
   outside.bound.erase(value);
   if (outside.opened.empty()) outside.opened = type->name;
-  if (!outside.openRoots.emplace(object, value).second) owe(value, "AsnClose");
+  outside.openRoots.emplace(object, value);
 }
 
 // The structure that a value was opened from lives until that is closed.
@@ -66,30 +59,13 @@ void expectBound(AsnValue value) {
 }
 
 void closed(AsnObject object, AsnValue value) {
-  settle(value);
   const auto root = outside.openRoots.find(object);
   if (root != outside.openRoots.end() && root->second == value) outside.openRoots.erase(root);
 }
 
-void created(AsnObject object) {
-  owe(object, "AsnMUtilErrorFinishAsn");
-  ++outside.liveWorkObjects;
-}
-
 void released(AsnObject object) {
-  settle(object);
   outside.openRoots.erase(object);
   --outside.liveWorkObjects;
-}
-
-void created(AsnMemObject pool) {
-  owe(pool, "AsnMemObjectDestroy");
-  ++outside.livePools;
-}
-
-void released(AsnMemObject pool) {
-  settle(pool);
-  --outside.livePools;
 }
 
 // Whether this call is the one whose answer is replaced.
@@ -234,9 +210,9 @@ FREE(X509MUtilFreeDirStr, X509DirStr)
 FREE(X509MUtilFreeDirStrOpt, X509DirStrOpt)
 FREE(AsnMemObjectFree, const void)
 
-CALL(AsnMemObjectCreate, (AsnMemObject * m, AsnErrorBlock *err), (m, err), ketra::test::created(*m))
+CALL(AsnMemObjectCreate, (AsnMemObject * m, AsnErrorBlock *err), (m, err), ++outside.livePools)
 CALL(AsnMemObjectMalloc, (AsnMemObject m, uint32_t n, void **x, AsnErrorBlock *err), (m, n, x, err), NOTHING)
-RELEASE(AsnMemObjectDestroy, (AsnMemObject m, AsnErrorBlock *err), (m, err), ketra::test::released(m))
+RELEASE(AsnMemObjectDestroy, (AsnMemObject m, AsnErrorBlock *err), (m, err), --outside.livePools)
 
 CALL(X509MUtilCopyNameObject, (X509NameObject * n, X509NameObject source, AsnErrorBlock *err), (n, source, err),
      ++outside.liveNames)
@@ -260,7 +236,7 @@ CALL(KetraObjectSetExt, (KetraObject o, const KetraExtension *x, AsnErrorBlock *
 CALL(KetraObjectSearchExtpByObjid, (KetraObject o, const Objid *x, const KetraExtension **e, AsnErrorBlock *err),
      (o, x, e, err), if (outside.armed) outside.lookedUp.push_back(x))
 
-CALL(AsnObjectCreate, (AsnObject * o, AsnErrorBlock *err), (o, err), ketra::test::created(*o))
+CALL(AsnObjectCreate, (AsnObject * o, AsnErrorBlock *err), (o, err), ++outside.liveWorkObjects)
 CALL(AsnOpenNew, (AsnObject o, const AsnType *t, AsnValue *v, AsnErrorBlock *err), (o, t, v, err),
      ketra::test::opened(o, t, *v))
 CALL(AsnOpenFromMem, (AsnObject o, const AsnType *t, const AsnEncodedData *d, AsnValue *v, AsnErrorBlock *err),

@@ -29,9 +29,6 @@ struct OutsideCalls {
   bool cleanUpFails = false;         // so does every call after that one
   std::vector<std::string> calls;    // up to the failure
   std::vector<std::string> cleanUp;  // after it
-  // Work objects, pools and values besides the first of a work object that were made and are left when a call fails,
-  // with the calls that release them.
-  std::map<const void *, std::string> owed;
   std::vector<const Objid *> lookedUp;
   std::map<AsnValue, std::pair<const AsnEncodedData *, AsnEncodedData>> bound;  // what values were opened from
   std::string opened;                                                           // the type of the first value

@@ -10,39 +10,24 @@ namespace ketra::test {
 namespace {
 
 constexpr uint8_t kOctets[] = {0x06, 0x00};
-const std::string kTime = " 32 30 32 34 30 31 30 31 30 30 30 30 30 30 5A ";
+constexpr char kGet[] = "KetraObjectSget";
+constexpr char kPoint[] = "distributionPoint";
+constexpr char kPermitted[] = "permittedSubtrees";
+constexpr char kSubtrees[] = "NameConstraints permittedSubtrees";
 
 bool isKind(const std::string &text) { return std::find(kKinds.begin(), kKinds.end(), text) != kKinds.end(); }
 
-// "first-dNSName" to a sample of that kind.
-std::string sampleFor(const std::string &input) {
-  const std::string kind = input.substr(input.starts_with("first-") ? sizeof "first-" - 1 : 0);
+// The kind at an end of "dNSName", "first-dNSName" or "dNSName over otherName": the name given, and the one held.
+std::string sampleAt(const std::string &input, std::size_t begin, std::size_t end) {
+  const std::string kind = input.substr(begin, end - begin);
   return sampleOf(isKind(kind) ? kind : "directoryName");
 }
-
-int32_t setName(const GenName &to, const GenName &from, AsnErrorBlock *err = nullptr) {
-  const X509GenNameParam param = from.param();
-  return X509GenNameObjectSetName(to, &param, err);
+std::string givenBy(const std::string &input) {
+  return sampleAt(input, input.starts_with("first-") ? sizeof "first-" - 1 : 0, input.find(" over "));
 }
-
-// What nobody has filled yet.
-template <class... Fields>
-void scribble(Fields &...fields) {
-  (std::memset(&fields, 0xA5, sizeof fields), ...);
-}
-
-void scribble(Structures &structures) {
-  for (auto &node : structures.attributes) scribble(node.type, node.value);
-  for (auto &[next, name, reasons, issuer] : structures.points) {
-    scribble(name.option, name.value.type, reasons, issuer.option);
-  }
-  for (auto &node : structures.subtrees) scribble(node.minimum, node.maximum);
-}
-
-void scribble(Chains &chains) {
-  for (auto &node : chains.qualifiers) scribble(node.policyQualifierId, node.qualifier);
-  for (auto &node : chains.mappings) scribble(node.issuerDomainPolicy, node.subjectDomainPolicy);
-  for (auto &node : chains.purposes) scribble(node.keyPurposeId);
+std::string heldBy(const std::string &input) {
+  const std::size_t over = input.find(" over ");
+  return sampleAt(input, over == std::string::npos ? 0 : over + sizeof " over " - 1, std::string::npos);
 }
 
 template <class... Nodes>
@@ -57,70 +42,46 @@ Stage::Node words(std::initializer_list<const GenName *> objects, const Nodes &.
   return words;
 }
 
-// An object that has its name as a parameter only and has to encode it.
-void dropEncoding(GenName &name) { EXPECT_EQ(setName(name, name), 0); }
-
 }  // namespace
 
-Stage::Stage(const std::string &name)
-    : input(name),
-      held(sampleOf(isKind(name) ? name : "directoryName")),
-      sample(fromHex(sampleFor(name))),
-      sampleName(name == "fullName" ? samples.full() : samples.relative()),
-      preparedName{name == "fullName" ? prepared.full() : prepared.relative(), 0},
+std::string sampleValue(const std::string &name) {
+  static const std::map<std::string, std::string> values = [] {
+    std::map<std::string, std::string> read;
+    for (const auto &row : rowsOf("data/sample_values.tsv")) read[row.at(0)] = row.at(1);
+    return read;
+  }();
+  const auto found = values.find(name);
+  return found == values.end() ? "" : found->second;
+}
+
+Stage::Stage(const std::string &given)
+    : input(given),
+      held(heldBy(given)),
+      sample(fromHex(givenBy(given))),
       encoding(sample.data()),
       bits{kOctets, 9},
       octets{kOctets, 2},
-      sampleNames{samples.fullName.first()},
-      preparedNames{prepared.fullName.first()},
-      sampleConstraints{{samples.subtrees, name == "permittedSubtrees"},
-                        {samples.subtrees, name != "permittedSubtrees"}},
-      preparedConstraints{{prepared.subtrees, 0}, {prepared.subtrees, 0}},
-      sampleSubtrees{samples.subtrees, 1},
-      preparedSubtrees{prepared.subtrees, 0} {
-  const std::pair<const Objid *, std::string> values[] = {
-      {&X509Objid_BasicConstraints, "30 00"},
-      {&X509Objid_KeyUsage, "03 02 07 80"},
-      {&X509Objid_SubjectKeyId, "04 01 AA"},
-      {&X509Objid_SubjectAltName, "30 09 82 01 61 87 04 C0 00 02 01"},
-      {&X509Objid_IssuerAltName, "30 09 82 01 61 87 04 C0 00 02 01"},
-      {&X509Objid_CertIssuer, "30 09 82 01 61 87 04 C0 00 02 01"},
-      {&X509Objid_CRLDistributionPoints, Structures::pointsDer()},
-      {&X509Objid_IssuingDistributionPoint, Structures::issuingDer()},
-      {&X509Objid_NameConstraints, Structures::constraintsDer(name != "excludedSubtrees", name != "permittedSubtrees")},
-      {&X509Objid_CRLNumber, "02 01 2A"},
-      {&X509Objid_DeltaCRLIndicator, "02 01 2A"},
-      {&X509Objid_AuthorityKeyId, Chains::kKeyId},
-      {&X509Objid_CertPolicies, Chains::kPolicies},
-      {&X509Objid_PolicyMappings, Chains::kMappings},
-      {&X509Objid_PolicyConstraints, "30 06 80 01 03 81 01 00"},
-      {&X509Objid_ExtKeyUsage, Chains::kPurposes},
-      {&X509Objid_PrivateKeyUsagePeriod, "30 22 80 0F" + kTime + "81 0F" + kTime},
-      {&X509Objid_ReasonCode, "0A 01 01"},
-      {&X509Objid_InstructionCode, "06 03 2A 03 01"},
-      {&X509Objid_InvalidityDate, "18 0F" + kTime},
-      {&X509Objid_SubjectDirectoryAttributes, kAttributes},
-  };
-  for (const auto &[identifier, hex] : values) extensions.store(*identifier, fromHex(hex));
-  for (Names *each : {&samples.fullName, &samples.bases}) {
-    dropEncoding(each->at(0));
-    dropEncoding(each->at(1));
+      name(given == "fullName" ? samples.full() : samples.relative()),
+      preparedName{given == "fullName" ? prepared.full() : prepared.relative(), 0} {
+  for (const auto &[operation, row] : operations()) {
+    if (row.objid == nullptr || !operation.starts_with(kGet)) continue;
+    const std::string sampled = sampleValue(operation.substr(sizeof kGet - 1));
+    if (!sampled.empty()) extensions.store(*row.objid, fromHex(sampled));
   }
-  dropEncoding(samples.issuer.at(0));
-  dropEncoding(sampleChains.issuer.at(0));
-  EXPECT_EQ(attributes.set(fromHex(kAttributes)), 0);
+  const std::string constraints = sampleValue("NameConstraints " + given);
+  if (!constraints.empty()) extensions.store(X509Objid_NameConstraints, fromHex(constraints));
+  samples.constraints.permittedSubtrees.option = given == "permittedSubtrees" ? 1 : 0;
+  samples.constraints.excludedSubtrees.option = given == "permittedSubtrees" ? 0 : 1;
+  for (Names *each : {&samples.fullName, &samples.bases, &samples.issuer}) each->dropEncodings();
+  EXPECT_EQ(attributes.set(fromHex(sampleValue("SubjectDirectoryAttributes"))), 0);
   EXPECT_EQ(object.setPdu(fromHex(held), false), 0);
-  if (input != "empty") {
-    EXPECT_EQ(source.setPdu(fromHex(held), false), 0);
-    param = source.param();
-  }
-  scribble(prepared);
-  scribble(preparedChains);
+  if (input == "empty") return;
+  EXPECT_EQ(source.setPdu(fromHex(givenBy(given)), false), 0);
+  param = source.param();
 }
 
 std::vector<std::vector<Stage::Node>> Stage::nodes() const {
   const Structures &p = prepared;
-  const Chains &c = preparedChains;
   const auto both = [](const auto &chain) { return std::vector{words({}, chain[0]), words({}, chain[1])}; };
   return {
       {words({&p.fullName.at(0)}), words({&p.fullName.at(1)})},
@@ -128,9 +89,9 @@ std::vector<std::vector<Stage::Node>> Stage::nodes() const {
       {words({&p.fullName.at(0), &p.fullName.at(1), &p.issuer.at(0)}, p.points[0]),
        words({}, p.points[1], p.attributes[0], p.attributes[1])},
       both(p.attributes),
-      both(c.qualifiers),
-      both(c.mappings),
-      both(c.purposes),
+      both(p.qualifiers),
+      both(p.mappings),
+      both(p.purposes),
   };
 }
 
@@ -146,48 +107,65 @@ int32_t createAndDestroy(Stage &, AsnErrorBlock *err) {
 
 int32_t setNameOf(Stage &s, AsnErrorBlock *err) {
   const bool isOwn = s.input.starts_with("its-own") && s.object.hasName();
-  const X509GenNameParam own = isOwn ? s.object.param() : X509GenNameParam{};  // ends with the name
-  return X509GenNameObjectSetName(s.object, isOwn ? &own : &s.param, err);
+  X509GenNameParam own = isOwn ? s.object.param() : X509GenNameParam{};  // ends with the name
+  if (isOwn && s.input == "its-own-octets") {
+    AsnEncodedData name{};
+    const bool armed = std::exchange(outside.armed, false);
+    EXPECT_EQ(X509NameObjectGetPduDER(own.directoryName, &name, nullptr), 0);
+    outside.armed = armed;
+    own.type = X509GenName_DNSName;
+    own.dNSName = {name.octets, name.length};
+  }
+  return X509GenNameObjectSetName(s.target(), isOwn ? &own : &s.param, err);
 }
 
-int32_t prepareParameter(Stage &s, AsnErrorBlock *err) { return setName(s.object, s.source, err); }
+int32_t prepareParameter(Stage &s, AsnErrorBlock *err) { return X509GenNameObjectSetName(s.object, &s.param, err); }
 
 int32_t prepareCopy(Stage &s, AsnErrorBlock *err) {
-  dropEncoding(s.source);
+  EXPECT_EQ(X509GenNameObjectSetName(s.source, &s.param, nullptr), 0);
   return s.object.setPdu(fromHex(sampleOf("directoryName")), true, err);
 }
 
-// The input is the path, or tells the list of one.
-template <class Get>
-Step getOne(Get get) {
-  return [=](Stage &s, AsnErrorBlock *err) {
-    const GenName &object = s.prepared.fullName.at(0);
-    if (s.input == "iPAddress") return get(s.pool, s.one.object(), s.one.value(), "1", object, err);
-    if (s.input.size() == 1) return get(s.pool, s.two.object(), s.two.value(), s.input.c_str(), object, err);
-    const bool armed = std::exchange(outside.armed, false);
-    const AsnValue list = s.subtrees.element("permittedSubtrees");
-    outside.armed = armed;
-    return get(s.pool, s.subtrees.object(), list, s.input.c_str(), object, err);
-  };
+// A new value, or the decoded one of the name.
+int32_t prepareWork(Stage &s, schema::Entry type, const std::string &decoded = "") {
+  if (decoded.empty()) {
+    s.work.emplace(schema::record(type));
+  } else {
+    s.work.emplace(schema::record(type), fromHex(sampleValue(decoded)));
+    EXPECT_EQ(s.work->decode(), 0);
+  }
+  s.value = s.work->value;
+  return 0;
 }
 
-constexpr char kPoint[] = "distributionPoint";
-constexpr char kPermitted[] = "permittedSubtrees";
+std::string listOf(const Stage &s) { return s.input == "two" ? s.input : "iPAddress"; }
+
+// For a name the input is its path, "1", that in a subtree, "1/base", or its kind.
+int32_t prepareMember(Stage &s, AsnErrorBlock *) {
+  const char *const list = s.input == "iPAddress" ? "iPAddress" : "two";
+  if (std::strlen(s.path()) == 1) return prepareWork(s, schema::Entry::GeneralNames, list);
+  prepareWork(s, schema::Entry::NameConstraints, kSubtrees);
+  s.value = s.work->element(kPermitted);
+  return 0;
+}
+
+using Named = std::pair<const std::string, Operation>;
 
 // A row: the operation, its arguments before the error block, and what Operation holds besides.
 #define STEP(function, ...) \
   []([[maybe_unused]] Stage &s, AsnErrorBlock *err) -> int32_t { return function(__VA_ARGS__, err); }
-#define UTILITY(function, ...)                 \
-  {                                            \
-#function, { STEP(function, __VA_ARGS__) } \
-  }
-#define EXTENSION(function, extension, type, ...)                                                        \
-  {                                                                                                      \
-#function, {                                                                                         \
-      .run = STEP(function, s.extensions, __VA_ARGS__), .objid = &X509Objid_##extension, .opened = type, \
-      .withoutObject = STEP(function, nullptr, __VA_ARGS__)                                              \
-    }                                                                                                    \
-  }
+#define UTILITY(function, ...) Named(#function, {.run = STEP(function, __VA_ARGS__)})
+#define PREPARED(preparation, function, ...)            \
+  Named(#function, {.run = STEP(function, __VA_ARGS__), \
+                    .prepare = [](Stage &s, AsnErrorBlock *err) { return static_cast<void>(err), preparation; }})
+// On a value of the type: a new one, or a decoded sample.
+#define ON(type, decoded, function, ...) PREPARED(prepareWork(s, schema::Entry::type, decoded), function, __VA_ARGS__)
+#define IN(path) s.work->object, s.value, path
+#define EXTENSION(function, extension, type, ...)                     \
+  Named(#function, {.run = STEP(function, s.extensions, __VA_ARGS__), \
+                    .objid = &X509Objid_##extension,                  \
+                    .opened = type,                                   \
+                    .withoutObject = STEP(function, nullptr, __VA_ARGS__)})
 #define SET(extension, type, ...) EXTENSION(KetraObjectSset##extension, extension, type, __VA_ARGS__)
 #define GET(extension, what, type, ...) EXTENSION(KetraObjectSget##extension##what, extension, type, __VA_ARGS__)
 #define BOTH(extension, type, ...) SET(extension, type, __VA_ARGS__), GET(extension, , type, __VA_ARGS__)
@@ -212,38 +190,34 @@ const std::map<std::string, Operation> kOperations = {
     {"X509GenNameObjectCreate", {createAndDestroy}},
     UTILITY(X509GenNameObjectDestroy, std::exchange(s.object.handle, nullptr)),
     {"X509GenNameObjectSetName", {setNameOf}},
-    {"X509GenNameObjectGetPduDER",
-     {.run = STEP(X509GenNameObjectGetPduDER, s.object, &s.encoding), .prepare = prepareParameter}},
-    {"X509GenNameObjectGetPduBER",
-     {.run = STEP(X509GenNameObjectGetPduBER, s.object, &s.encoding), .prepare = prepareParameter}},
-    UTILITY(X509GenNameObjectSetPduDER, s.isFirst() ? s.prepared.fullName.at(0) : s.object, &s.encoding),
-    UTILITY(X509GenNameObjectSetPduBER, s.isFirst() ? s.prepared.fullName.at(0) : s.object, &s.encoding),
+    PREPARED(prepareParameter(s, err), X509GenNameObjectGetPduDER, s.object, &s.encoding),
+    PREPARED(prepareParameter(s, err), X509GenNameObjectGetPduBER, s.object, &s.encoding),
+    UTILITY(X509GenNameObjectSetPduDER, s.target(), &s.encoding),
+    UTILITY(X509GenNameObjectSetPduBER, s.target(), &s.encoding),
     UTILITY(X509GenNameObjectCopy, s.object, s.source),
-    UTILITY(X509MUtilSetGenNamesDER, s.names.object, s.names.value, "", s.chain()),
-    UTILITY(X509MUtilSetGenNamesBER, s.names.object, s.names.value, "", s.chain()),
-    UTILITY(X509MUtilSgetGenNamesDER, s.pool, s.list().object(), s.list().value(), "", s.preparedNames.genNames),
-    UTILITY(X509MUtilSgetGenNamesBER, s.pool, s.list().object(), s.list().value(), "", s.preparedNames.genNames),
-    {"X509MUtilSgetGenNameObjectDER", {getOne(X509MUtilSgetGenNameObjectDER)}},
-    {"X509MUtilSgetGenNameObjectBER", {getOne(X509MUtilSgetGenNameObjectBER)}},
-    {"X509MUtilCopyGenNameObject",
-     {.run = STEP(X509MUtilCopyGenNameObject, &s.object.handle, s.source), .prepare = prepareCopy}},
-    SET(SubjectAltName, "GeneralNames", 1, &s.sampleNames),
-    SET(IssuerAltName, "GeneralNames", 1, &s.sampleNames),
-    SET(CertIssuer, "GeneralNames", &s.sampleNames),
-    GET(SubjectAltName, , "GeneralNames", &s.preparedNames),
-    GET(IssuerAltName, , "GeneralNames", &s.preparedNames),
-    GET(CertIssuer, , "CertificateIssuer", &s.preparedNames),
+    ON(GeneralNames, "", X509MUtilSetGenNamesDER, IN(""), s.chain()),
+    ON(GeneralNames, "", X509MUtilSetGenNamesBER, IN(""), s.chain()),
+    ON(GeneralNames, listOf(s), X509MUtilSgetGenNamesDER, s.pool, IN(""), s.prepared.names.genNames),
+    ON(GeneralNames, listOf(s), X509MUtilSgetGenNamesBER, s.pool, IN(""), s.prepared.names.genNames),
+    PREPARED(prepareMember(s, err), X509MUtilSgetGenNameObjectDER, s.pool, IN(s.path()), s.prepared.fullName.at(0)),
+    PREPARED(prepareMember(s, err), X509MUtilSgetGenNameObjectBER, s.pool, IN(s.path()), s.prepared.fullName.at(0)),
+    PREPARED(prepareCopy(s, err), X509MUtilCopyGenNameObject, &s.object.handle, s.source),
+    SET(SubjectAltName, "GeneralNames", 1, &s.samples.names),
+    SET(IssuerAltName, "GeneralNames", 1, &s.samples.names),
+    SET(CertIssuer, "GeneralNames", &s.samples.names),
+    GET(SubjectAltName, , "GeneralNames", &s.prepared.names),
+    GET(IssuerAltName, , "GeneralNames", &s.prepared.names),
+    GET(CertIssuer, , "CertificateIssuer", &s.prepared.names),
     GET(SubjectAltName, CalGenName, "GeneralNames", &s.number),
     GET(IssuerAltName, CalGenName, "GeneralNames", &s.number),
     GET(CertIssuer, CalGenName, "CertificateIssuer", &s.number),
 
-    UTILITY(X509MUtilSetDistributionPointName, s.issuing.object, s.issuing.value, kPoint, &s.sampleName),
-    UTILITY(X509MUtilSgetDistributionPointName, s.pool, s.point().object(), s.point().value(), kPoint,
-            &s.preparedName.value),
-    UTILITY(X509MUtilSgetDistributionPointNameOpt, s.pool, s.point().object(), s.point().value(), kPoint,
-            &s.preparedName),
-    UTILITY(X509MUtilCalDistributionPointName, s.point().object(), s.point().value(), kPoint, &s.integer, &s.number),
-    UTILITY(X509MUtilCheckDistributionPointName, &s.sampleName),
+    ON(IssuingDistributionPoint, "", X509MUtilSetDistributionPointName, IN(kPoint), &s.name),
+    ON(IssuingDistributionPoint, s.point(), X509MUtilSgetDistributionPointName, s.pool, IN(kPoint),
+       &s.preparedName.value),
+    ON(IssuingDistributionPoint, s.point(), X509MUtilSgetDistributionPointNameOpt, s.pool, IN(kPoint), &s.preparedName),
+    ON(IssuingDistributionPoint, s.point(), X509MUtilCalDistributionPointName, IN(kPoint), &s.integer, &s.number),
+    UTILITY(X509MUtilCheckDistributionPointName, &s.name),
     UTILITY(X509MUtilCheckDistributionPointNameOpt, &s.samples.issuing.distributionPoint),
     UTILITY(X509MUtilCheckCRLDistributionPoints, s.samples.points),
     SET(CRLDistributionPoints, "CRLDistributionPoints", 1, s.samples.points),
@@ -254,30 +228,29 @@ const std::map<std::string, Operation> kOperations = {
     SET(IssuingDistributionPoint, "IssuingDistributionPoint", &s.samples.issuing),
     GET(IssuingDistributionPoint, , "IssuingDistributionPoint", &s.prepared.issuing),
     GET(IssuingDistributionPoint, CalDistributionPointName, "IssuingDistributionPoint", &s.integer, &s.number),
-    UTILITY(X509MUtilSetGenSubtrees, s.constraints.object, s.constraints.value, kPermitted, s.samples.subtrees),
-    UTILITY(X509MUtilSgetGenSubtrees, s.pool, s.subtrees.object(), s.subtrees.value(), kPermitted, s.prepared.subtrees),
-    UTILITY(X509MUtilSgetGenSubtreesOpt, s.pool, s.subtrees.object(), s.subtrees.value(), kPermitted,
-            &s.preparedSubtrees),
+    ON(NameConstraints, "", X509MUtilSetGenSubtrees, IN(kPermitted), s.samples.subtrees),
+    ON(NameConstraints, kSubtrees, X509MUtilSgetGenSubtrees, s.pool, IN(kPermitted), s.prepared.subtrees),
+    ON(NameConstraints, kSubtrees, X509MUtilSgetGenSubtreesOpt, s.pool, IN(kPermitted), &s.prepared.subtreesOpt),
     UTILITY(X509MUtilCheckGenSubtrees, s.samples.subtrees),
-    UTILITY(X509MUtilCheckGenSubtreesOpt, &s.sampleSubtrees),
-    SET(NameConstraints, "NameConstraints", 1, &s.sampleConstraints),
-    GET(NameConstraints, , "NameConstraints", &s.preparedConstraints),
+    UTILITY(X509MUtilCheckGenSubtreesOpt, &s.samples.subtreesOpt),
+    SET(NameConstraints, "NameConstraints", 1, &s.samples.constraints),
+    GET(NameConstraints, , "NameConstraints", &s.prepared.constraints),
     GET(NameConstraints, CalGenSubtree, "NameConstraints", &s.number, &s.number),
 
-    SET(AuthorityKeyId, "AuthorityKeyIdentifier", &s.sampleChains.keyId),
-    GET(AuthorityKeyId, , "AuthorityKeyIdentifier", &s.preparedChains.keyId),
+    SET(AuthorityKeyId, "AuthorityKeyIdentifier", &s.samples.keyId),
+    GET(AuthorityKeyId, , "AuthorityKeyIdentifier", &s.prepared.keyId),
     GET(AuthorityKeyId, CalGenName, "AuthorityKeyIdentifier", &s.number),
-    SET(CertPolicies, "CertificatePoliciesSyntax", 1, &s.sampleChains.head),
-    GET(CertPolicies, , "CertificatePoliciesSyntax", 0, s.preparedChains.policies),
+    SET(CertPolicies, "CertificatePoliciesSyntax", 1, &s.samples.head),
+    GET(CertPolicies, , "CertificatePoliciesSyntax", 0, s.prepared.policies),
     GET(CertPolicies, CalInformation, "CertificatePoliciesSyntax", &s.number),
     GET(CertPolicies, CalQualifier, "CertificatePoliciesSyntax", s.index(), &s.number),
-    SET(PolicyMappings, "PolicyMappings", s.sampleChains.mappings),
-    GET(PolicyMappings, , "PolicyMappings", s.preparedChains.mappings),
+    SET(PolicyMappings, "PolicyMappings", s.samples.mappings),
+    GET(PolicyMappings, , "PolicyMappings", s.prepared.mappings),
     GET(PolicyMappings, CalPolicyMapping, "PolicyMappings", &s.number),
     SET(PolicyConstraints, "PolicyConstraints", 1, &s.policyConstraints),
     GET(PolicyConstraints, , "PolicyConstraints", &s.policyConstraints),
-    SET(ExtKeyUsage, "ExtKeyUsage", 1, s.sampleChains.purposes),
-    GET(ExtKeyUsage, , "ExtKeyUsage", s.preparedChains.purposes),
+    SET(ExtKeyUsage, "ExtKeyUsage", 1, s.samples.purposes),
+    GET(ExtKeyUsage, , "ExtKeyUsage", s.prepared.purposes),
     GET(ExtKeyUsage, CalKeyPurposeId, "ExtKeyUsage", &s.number),
     BOTH(PrivateKeyUsagePeriod, "PrivateKeyUsagePeriod", &s.period),
     BOTH(CRLNumber, "CRLNumber", &s.integer),

@@ -116,7 +116,7 @@ std::vector<Way> waysOf(const Type &type) {
     // Nodes for points depend on what was counted: the face prepares them so.
     if (isGet && name.find("DistributionPoint") != std::string::npos) continue;
     ways.push_back({name, isGet ? Kind::Nodes : Kind::Count, [&](const Octets &value, AsnErrorBlock *err) {
-                      Stage stage("");
+                      Stage stage;
                       stage.extensions.store(*operation.objid, value);
                       return operation.run(stage, err);
                     }});
@@ -136,32 +136,26 @@ int32_t readGeneralName(const Octets &octets, AsnErrorBlock *err) {
 }
 
 int32_t readName(const Octets &octets, AsnErrorBlock *err) {
-  X509NameObject name = nullptr;
-  EXPECT_EQ(X509NameObjectCreate(&name, nullptr), 0);
-  const AsnEncodedData encoding{octets.data(), static_cast<uint32_t>(octets.size())};
-  const int32_t result = X509NameObjectSetPduBER(name, &encoding, err);
-  if (result == 0) {
-    uint32_t length = 0;
-    X509NameObjectGetText(name, nullptr, 0, &length, nullptr);
-    std::string text(length + std::size_t{1}, '\0');
-    Err unreadable;
-    EXPECT_TRUE(X509NameObjectGetText(name, text.data(), length + 1, &length, unreadable) == 0 ||
-                unreadable.code() != AsnError_Range);
-    X509NameObject copy = nullptr;
-    int32_t equal = 0;
-    EXPECT_EQ(X509MUtilCopyNameObject(&copy, name, nullptr), 0);
-    EXPECT_EQ(X509NameObjectCompare(name, copy, &equal, nullptr), 0);
-    EXPECT_EQ(equal, 1);
-    EXPECT_EQ(X509NameObjectDestroy(copy, nullptr), 0);
-  }
-  EXPECT_EQ(X509NameObjectDestroy(name, nullptr), 0);
-  return result;
+  const NameObject name;
+  if (name.set(octets, err) != 0) return -1;
+  uint32_t length = 0;
+  X509NameObjectGetText(name, nullptr, 0, &length, nullptr);
+  std::string text(length + std::size_t{1}, '\0');
+  Err unreadable;
+  EXPECT_TRUE(X509NameObjectGetText(name, text.data(), length + 1, &length, unreadable) == 0 ||
+              unreadable.code() != AsnError_Range);
+  X509NameObject copy = nullptr;
+  int32_t equal = 0;
+  EXPECT_EQ(X509MUtilCopyNameObject(&copy, name, nullptr), 0);
+  EXPECT_EQ(X509NameObjectCompare(name, copy, &equal, nullptr), 0);
+  EXPECT_EQ(equal, 1);
+  EXPECT_EQ(X509NameObjectDestroy(copy, nullptr), 0);
+  return 0;
 }
 
 // As the one member of a list.
 int32_t readMember(const Octets &octets, AsnErrorBlock *err) {
-  const Exact list(wrapped({0x30}, octets));
-  Work work(schema::record(schema::Entry::GeneralNames), list.data());
+  Work work(schema::record(schema::Entry::GeneralNames), wrapped({0x30}, octets));
   const GenName name;
   const Pool pool;
   const X509GenNameChain node{nullptr, name};
@@ -222,7 +216,7 @@ Octets wholeExtensions(const Objid &objid, const Octets &value) {
 }
 
 std::map<std::string, Octets> sampleValues() {
-  const Stage stage("");
+  const Stage stage;
   std::map<std::string, Octets> samples;
   for (const Type &type : kTypes) samples[type.name] = fromHex(stage.extensions.stored(type.objid));
   return samples;

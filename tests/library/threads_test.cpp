@@ -2,7 +2,6 @@
 #include <barrier>
 #include <thread>
 
-#include "ketra/ketra.hpp"
 #include "library/outside_calls.h"
 #include "library/outside_operations.h"
 
@@ -44,41 +43,6 @@ std::string outcome(const Operation &operation, const std::string &input) {
   return text;
 }
 
-// The tables of bits are made on first use.
-std::string throughTheFace() {
-  const Stage stage("permittedSubtrees");
-  ketra::Extensions all = ketra::Extensions::decode(fromHex(pduOf(stage.extensions)));
-  all.set(all.get<KeyUsage>().value(), true);
-  all.set(all.get<CrlDistributionPoints>().value(), true);
-  all.set(all.get<CertificatePolicies>().value(), true);
-  std::string text = toHex(all.encode());
-  const auto tolerant = all.get<TolerantSubjectAltName>().value();
-  for (const NameOrError &name : tolerant.names) text += std::to_string(name.index());
-  try {
-    ketra::Extensions::decode(fromHex("30 03 30 01 06"));
-  } catch (const Error &error) {
-    text += error.what();
-  }
-  return text;
-}
-
-std::string texts() {
-  std::string text;
-  for (const char *time : {"2026-01-31T23:59:59.5Z", "1950-02-28T00:00:00+01:00"}) text += timeText(parseTime(time));
-  for (const char *ip : {"192.0.2.0/255.0.255.0", "2001:db8::1"}) text += IpAddress::parse(ip).text();
-  for (const char *objid : {"2.5.29.19", "2.999.4294967295", "3.1"}) {
-    const Pool pool;
-    Err err;
-    Objid read{};
-    char buffer[32] = "";
-    if (ObjidFromText(pool, objid, &read, err) == 0) ObjidToText(&read, buffer, sizeof buffer, nullptr, err);
-    text += buffer + err.text();
-  }
-  Name name;
-  name.add({{attribute::countryName, "GB"}}).add({{attribute::commonName, "Steve \xC3\xA9"}, {attribute::title, "x"}});
-  return text + name.text() + (name.matches(Name::decode(name.encode())) ? " matches" : "");
-}
-
 // Everything, beginning at another place for each thread, so that different operations meet.
 Results work(std::size_t thread) {
   Results results;
@@ -86,9 +50,6 @@ Results work(std::size_t thread) {
   for (std::size_t i = 0; i < operations().size(); ++i, ++done) {
     const auto &[name, operation] = *std::next(operations().begin(), static_cast<long>(done % operations().size()));
     for (const char *input : kInputs) results[name + " " + input] = outcome(operation, input);
-    if (i % 8 != thread) continue;
-    results["the face"] = throughTheFace();
-    results["texts"] = texts();
   }
   return results;
 }
@@ -121,10 +82,10 @@ TEST(Threads, ReadIdentifiersOfTheirOwn) {
   std::barrier all(kThreads);
   inThreads([&](std::size_t thread) {
     for (uint8_t round = 0; round < 100; ++round) {
-      const Decoded decoded(schema::Entry::OBJECTIDENTIFIER,
-                            toHex({0x06, 0x03, 0x2A, static_cast<uint8_t>(thread), round}));
+      Work decoded(schema::record(schema::Entry::OBJECTIDENTIFIER),
+                   {0x06, 0x03, 0x2A, static_cast<uint8_t>(thread), round});
       Objid read{};
-      EXPECT_EQ(AsnGetObjidBER(decoded.object(), decoded.value(), "", &read, nullptr), 0);
+      EXPECT_EQ(decoded.decode() + AsnGetObjidBER(decoded.object, decoded.value, "", &read, nullptr), 0);
       all.arrive_and_wait();
       EXPECT_EQ(textOf(read), "1.2." + std::to_string(thread) + "." + std::to_string(round));
       all.arrive_and_wait();

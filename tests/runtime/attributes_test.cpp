@@ -143,15 +143,9 @@ TEST(Attributes, NullsAndIndices) {
     EXPECT_EQ(code, uint32_t{X509AttributesError_Index});
   }
   for (const X509AttributesObject object : {X509AttributesObject{attributes}, X509AttributesObject{}}) {
-    for (const uint32_t code :
-         {codeOf(X509AttributesObjectCreate, nullptr), codeOf(X509AttributesObjectSetPduBER, object, nullptr),
-          codeOf(X509AttributesObjectGetPduDER, object, nullptr),
-          codeOf(X509AttributesObjectAppend, object, nullptr, nullptr, 0u),
-          codeOf(X509AttributesObjectCal, object, nullptr),
-          codeOf(X509AttributesObjectGetType, object, 0u, nullptr, nullptr),
-          codeOf(X509AttributesObjectGetValue, object, 0u, 0u, nullptr)}) {
-      EXPECT_EQ(code, uint32_t{X509AttributesError_NullParameter});
-    }
+    refuseNulls(X509AttributesError_NullParameter, object, X509AttributesObjectCreate, X509AttributesObjectSetPduBER,
+                X509AttributesObjectGetPduDER, X509AttributesObjectAppend, X509AttributesObjectCal,
+                X509AttributesObjectGetType, X509AttributesObjectGetValue);
   }
 }
 

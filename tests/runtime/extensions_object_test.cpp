@@ -26,8 +26,12 @@ std::string list(KetraObject object) {
 }
 
 TEST(ExtensionsObject, WholeEncodings) {
-  const Extensions extensions;
+  Extensions extensions;
   ASSERT_EQ(extensions.set(fromHex(kEncoding)), 0);
+  const auto before = usage(extensions.pool());
+  const uint32_t subjectKeyId[] = {2, 5, 29, 14};
+  extensions.store({subjectKeyId, 4}, fromHex("04 01 AA"));
+  EXPECT_EQ(usage(extensions.pool()), before) << "the joined octets of the value that was replaced are freed";
   EXPECT_EQ(list(extensions), "19 {1,1} 30 00; 15 {0,1} 03 02 01 06; 14 {0,0} 04 01 AA; ");
   const AsnEncodedData written = extensions.encoding();
   EXPECT_EQ(toHex(written),
@@ -117,14 +121,13 @@ TEST(ExtensionsObject, ManyExtensionsAndManyStores) {
 
 TEST(ExtensionsObject, NullsAreErrors) {
   const Extensions object;
-  const Objid none{nullptr, 1};
-  const KetraExtension *found = nullptr;
   AsnEncodedData encoding{};
   EXPECT_EQ(codeOf(KetraObjectDestroy, nullptr), 0u);
-  EXPECT_NE(codeOf(KetraObjectSetExt, nullptr, nullptr), 0u);
-  EXPECT_NE(codeOf(KetraObjectSearchExtpByObjid, object, &none, &found), 0u);
-  EXPECT_NE(codeOf(KetraObjectSetPduBER, object, nullptr), 0u);
-  EXPECT_NE(codeOf(KetraObjectGetPduDER, object, nullptr), 0u);
+  for (const KetraObject handle : {KetraObject{object}, KetraObject{}}) {
+    refuseNulls(KetraObjectError_NullParameter, handle, KetraObjectSetExt, KetraObjectSearchExtpByObjid,
+                KetraObjectDeleteExt, KetraObjectSetPduBER, KetraObjectGetPduDER, KetraObjectCalExt,
+                KetraObjectGetExtpByIndex, KetraObjectGetMemObject);
+  }
   EXPECT_EQ(codeOf(KetraObjectGetPduDER, object, &encoding), uint32_t{KetraObjectError_Empty});
 }
 

@@ -24,7 +24,7 @@ std::string fromText(const std::string &text) {
 }
 
 TEST(IpAddress, Texts) {
-  for (const auto &row : rowsOf(KETRA_IP_ADDRESSES)) {
+  for (const auto &row : rowsOf("runtime/ip_addresses.tsv")) {
     const bool isRefused = row.at(1) == "refused";
     EXPECT_EQ(fromText(row.at(0)), isRefused ? "refused" : toHex(fromHex(row.at(1)))) << row.at(0);
     if (isRefused || row.size() > 2) continue;

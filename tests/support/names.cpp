@@ -61,4 +61,11 @@ Names::Names(const std::vector<std::string> &kinds) : nodes_(kinds.size()) {
   }
 }
 
+void Names::dropEncodings() {
+  for (const GenName &name : names_) {
+    const X509GenNameParam param = name.param();
+    EXPECT_EQ(X509GenNameObjectSetName(name, &param, nullptr), 0);
+  }
+}
+
 }  // namespace ketra::test

@@ -37,6 +37,7 @@ class Names {
   X509GenNameChain &node(std::size_t i) { return nodes_.at(i); }
   GenName &at(std::size_t i) { return names_.at(i); }
   const GenName &at(std::size_t i) const { return names_.at(i); }
+  void dropEncodings();  // each object has its name as a parameter only, then, and has to encode it
 
  private:
   std::deque<GenName> names_;

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 #include <deque>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -49,12 +50,16 @@ Octets tlv(uint8_t tag, const Octets &content) {
   return Octets{tag} + header + content;
 }
 
-std::vector<std::vector<std::string>> rowsOf(const std::string &path) {
-  std::vector<std::vector<std::string>> rows;
-  std::ifstream file(path);
+std::string pathOf(const std::string &path) { return (std::filesystem::path(KETRA_TESTS) / path).string(); }
+
+std::vector<Row> rowsOf(const std::string &path) {
+  std::vector<Row> rows;
+  std::ifstream file(pathOf(path));
+  int number = 0;
   for (std::string line; std::getline(file, line);) {
-    if (line.starts_with('#') || line.starts_with("id\t")) continue;
-    rows.emplace_back();
+    ++number;
+    if (line.starts_with('#')) continue;
+    rows.emplace_back().place = path + ":" + std::to_string(number);
     std::istringstream columns(line);
     for (std::string column; std::getline(columns, column, '\t');) rows.back().push_back(column);
   }
@@ -65,7 +70,7 @@ std::vector<std::vector<std::string>> rowsOf(const std::string &path) {
 const std::map<std::string, std::string> &goldenRows() {
   static const std::map<std::string, std::string> rows = [] {
     std::map<std::string, std::string> read;
-    for (const auto &row : rowsOf(KETRA_GOLDEN)) read[row.at(0)] = toHex(fromHex(row.at(1)));
+    for (const auto &row : rowsOf("golden.tsv")) read[row.at(0)] = toHex(fromHex(row.at(1)));
     return read;
   }();
   return rows;
@@ -113,14 +118,21 @@ std::pair<uint64_t, uint32_t> usage(AsnMemObject pool) {
   return live;
 }
 
-void Work::open(const AsnType *type) {
+Work::Work(const AsnType *type) : encoding_({}) {
   EXPECT_EQ(AsnObjectCreate(&object, nullptr), 0);
   EXPECT_EQ(AsnOpenNew(object, type, &value, nullptr), 0);
 }
 
-Work::Work(const AsnType *type, const AsnEncodedData &encoding) {
+Work::Work(const AsnType *type, const Octets &encoding) : encoding_(encoding) {
+  const AsnEncodedData data = encoding_.data();
   EXPECT_EQ(AsnObjectCreate(&object, nullptr), 0);
-  EXPECT_EQ(AsnOpenFromMem(object, type, &encoding, &value, nullptr), 0);
+  EXPECT_EQ(AsnOpenFromMem(object, type, &data, &value, nullptr), 0);
+}
+
+AsnValue Work::element(const char *path) const {
+  AsnValue element = nullptr;
+  EXPECT_EQ(AsnGetElement(object, value, path, &element, nullptr), 0);
+  return element;
 }
 
 std::string Work::encode(bool der, const char *path) {

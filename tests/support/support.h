@@ -18,8 +18,14 @@ namespace ketra::test {
 
 inline std::string toHex(const AsnEncodedData &data) { return toHex(data.octets, data.length); }
 
-// The columns of each row of a tab-separated file; comments and the header row are left out. Fails on an empty file.
-std::vector<std::vector<std::string>> rowsOf(const std::string &path);
+// A row of a tab-separated file: its columns, and where it stands.
+struct Row : std::vector<std::string> {
+  std::string column(std::size_t i) const { return i < size() ? (*this)[i] : ""; }
+  std::string place;  // "paths.tsv:12"
+};
+// Comments are left out. Paths are relative to the directory of the tests. Fails on an empty file.
+std::vector<Row> rowsOf(const std::string &path);
+std::string pathOf(const std::string &path);
 
 // A heap block that ends with these octets, so that a read beyond them is seen. Even one of no octets has one, before
 // them: malloc(0) would give memory that can be read.
@@ -50,12 +56,6 @@ struct Err {
 
   // The innermost entry alone, an offending value of four octets behind it: "0146203A function: message [10]".
   std::string innermost() const;
-  // Whether this very object is what offends.
-  template <class T>
-  bool blames(const T &value) const {
-    return block.entries[0].value == &value && block.entries[0].valueLength == sizeof value;
-  }
-
   AsnErrorBlock block;
 };
 
@@ -79,6 +79,24 @@ uint32_t codeOf(Call &&...call) {
   return called(std::forward<Call>(call)...).code();
 }
 
+// Operations with nothing but nulls and zeros besides the handle and an error block: each fails with the code.
+template <class Handle, class... Arguments>
+void refuseNull(uint32_t code, Handle handle, int32_t (*operation)(Arguments...)) {
+  Err err;
+  const auto given = [&](auto *null) -> std::remove_pointer_t<decltype(null)> {
+    using T = std::remove_pointer_t<decltype(null)>;
+    if constexpr (std::is_same_v<T, AsnErrorBlock *>) return err;
+    if constexpr (std::is_same_v<T, Handle>) return handle;
+    return T{};
+  };
+  EXPECT_EQ(operation(given(static_cast<Arguments *>(nullptr))...), -1);
+  EXPECT_EQ(err.code(), code) << err.text();
+}
+template <class Handle, class... Operations>
+void refuseNulls(uint32_t code, Handle handle, Operations... operations) {
+  (refuseNull(code, handle, operations), ...);
+}
+
 class Pool {
  public:
   Pool() { EXPECT_EQ(AsnMemObjectCreate(&pool_, nullptr), 0); }
@@ -95,18 +113,20 @@ std::pair<uint64_t, uint32_t> usage(AsnMemObject pool);
 // A work object with one value in it.
 class Work {
  public:
-  explicit Work(const AsnType *type) { open(type); }
-  Work(const AsnType *type, const AsnEncodedData &encoding);  // bound, not decoded
+  explicit Work(const AsnType *type);
+  Work(const AsnType *type, const Octets &encoding);  // bound, not decoded
   ~Work() { EXPECT_EQ(AsnObjectDestroy(object, nullptr), 0); }
 
   int32_t decode(AsnErrorBlock *err = nullptr) { return AsnDecode(object, value, 0, &scratch_, err); }
+  AsnValue element(const char *path) const;
   std::string encode(bool der = true, const char *path = "/");  // hex, or the error
+  const uint8_t *octets() const { return encoding_.data().octets; }
 
   AsnObject object = nullptr;
   AsnValue value = nullptr;
 
  private:
-  void open(const AsnType *type);
+  Exact encoding_;
   uint32_t scratch_ = 0;
 };
 

@@ -23,7 +23,8 @@ struct DistributionPointOf {
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("distributionPoint", self.distributionPoint, explicitly(0)) &&
-           visit("reasons", self.reasons, context(1)) && visit("cRLIssuer", self.cRLIssuer, context(2) | nonEmptyWhenSet);
+           visit("reasons", self.reasons, context(1)) &&
+           visit("cRLIssuer", self.cRLIssuer, context(2) | nonEmptyWhenSet);
   }
 };
 using DistributionPoint = DistributionPointOf<Owned>;       ///< owns what it holds
