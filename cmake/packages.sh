@@ -1,8 +1,8 @@
 # shellcheck shell=bash disable=SC2034
 # Sourced by the scripts in the root: the Debian packages that building everything takes.
-KETRA_PACKAGES=(cmake ninja-build g++ libgtest-dev libcli11-dev nlohmann-json3-dev libbenchmark-dev)
-# What the benchmarks compare with; they leave out what is absent. CI installs them for --full only.
-KETRA_PEERS=(libssl-dev libgnutls28-dev libbotan-2-dev android-libboringssl-dev ca-certificates)
+KETRA_PACKAGES=(cmake ninja-build g++ libgtest-dev libcli11-dev nlohmann-json3-dev)
+# What the benchmarks take besides; they leave out a peer that is absent. CI installs them for --full only.
+KETRA_PEERS=(libbenchmark-dev libssl-dev libgnutls28-dev libbotan-2-dev android-libboringssl-dev ca-certificates)
 # What the presets for other platforms take besides.
 KETRA_I386=(g++-multilib googletest)
 KETRA_WINDOWS=(g++-mingw-w64-x86-64-posix googletest wine64)
