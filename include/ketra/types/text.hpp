@@ -106,7 +106,7 @@ inline bool nextCharacter(TextType type, Reader &in, uint32_t &character) {
   return true;
 }
 
-// The first octet that is no character of the type, or null.
+// The first octet outside the alphabet of the type, or null.
 inline const uint8_t *firstOutside(TextType type, View octets) {
   uint32_t character = 0;
   for (Reader in(octets); !in.done();) {
