@@ -35,8 +35,9 @@ Stage::Node words(std::initializer_list<const GenName *> objects, const Nodes &.
   Stage::Node words;
   for (const GenName *object : objects) words.push_back(object->hasName() ? 1 : 0);
   [[maybe_unused]] const auto append = [&](const auto &node) {
-    words.resize(words.size() + sizeof node / sizeof(uint32_t));
-    std::memcpy(words.data() + words.size() - sizeof node / sizeof(uint32_t), &node, sizeof node);
+    const Octets octets = octetsWithin(node);
+    words.resize(words.size() + octets.size() / sizeof(uint32_t));
+    std::memcpy(words.data() + words.size() - octets.size() / sizeof(uint32_t), octets.data(), octets.size());
   };
   (append(nodes), ...);
   return words;

@@ -32,8 +32,7 @@ std::string textOf(const Gtime &time) {
 template <class Shape>
 std::string textOf(const Shape &shape) {
   if constexpr (requires { shape.option; }) {
-    const bool isEmpty =
-        toHex({reinterpret_cast<const uint8_t *>(&shape), sizeof shape}) == toHex(Octets(sizeof shape));
+    const bool isEmpty = octetsWithin(shape) == Octets(sizeof shape);
     return shape.option == 1 ? textOf(shape.value) : isEmpty ? "absent" : "left over";
   } else {
     return toHex(shape.octets, shape.length);

@@ -18,6 +18,19 @@ namespace ketra::test {
 
 inline std::string toHex(const AsnEncodedData &data) { return toHex(data.octets, data.length); }
 
+// The octets of a structure, with zeros for its padding where the compiler can say which octets those are: a copy need
+// not take it along.
+template <class Structure>
+Octets octetsWithin(Structure structure) {
+#ifdef __has_builtin
+#if __has_builtin(__builtin_clear_padding)
+  __builtin_clear_padding(&structure);
+#endif
+#endif
+  const auto *first = reinterpret_cast<const uint8_t *>(&structure);
+  return {first, first + sizeof structure};
+}
+
 // A row of a tab-separated file: its columns, and where it stands.
 struct Row : std::vector<std::string> {
   std::string column(std::size_t i) const { return i < size() ? (*this)[i] : ""; }
