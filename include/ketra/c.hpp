@@ -26,12 +26,24 @@ class CError : public std::exception {
   std::string text_;
 };
 
+namespace detail {
+[[noreturn]] inline void refuseForC(uint32_t code, const char *function, const char *message) {
+  AsnErrorBlock err;
+  AsnErrorReset(&err);
+  err.code = code;
+  AsnErrorInfo("ketra/c.hpp", function, message, &err, nullptr, 0);
+  throw CError(err);
+}
+}  // namespace detail
+
 /// An iPAddress from text: "192.0.2.1", "2001:db8::1", for name constraints "192.0.2.0/24". Throws CError.
 inline GeneralName ipFromText(const std::string &text) {
   AsnErrorBlock err;
   AsnErrorReset(&err);
   uint8_t octets[32];
   uint32_t length = 0;
+  if (text.find('\0') != std::string::npos)
+    detail::refuseForC(X509IpError_Text, "ketra::ipFromText", "an embedded NUL");
   if (X509IpAddressFromText(text.c_str(), octets, &length, &err) != 0) throw CError(err);
   return ip(View(octets, length));
 }
@@ -55,6 +67,9 @@ inline Extensions extensionsOf(KetraObject object) {
 /// interface cannot hold, a repeated identifier for one, are refused.
 inline void intoObject(const Extensions &extensions, KetraObject object) {
   const Octets encoding = extensions.encode();
+  if (encoding.size() > UINT32_MAX) {
+    detail::refuseForC(AsnError_TooLong, "ketra::intoObject", "more than 4294967295 octets");
+  }
   const AsnEncodedData data{encoding.data(), static_cast<uint32_t>(encoding.size())};
   AsnErrorBlock err;
   AsnErrorReset(&err);

@@ -3,6 +3,7 @@
 #include <new>
 #include <thread>
 
+#include "ketra/c.hpp"
 #include "ketra/extensions.hpp"
 #include "support/support.h"
 
@@ -374,6 +375,29 @@ TEST(ExtensionsObject, IsReadByManyThreads) {
     });
   }
   for (std::thread &thread : threads) thread.join();
+}
+
+uint32_t codeOfText(const std::string &text) {
+  try {
+    ipFromText(text);
+  } catch (const CError &error) {
+    return error.code();
+  }
+  return 0;
+}
+
+TEST(CBridge, CarriesExtensionsAndRefusals) {
+  Extensions extensions;
+  extensions.set(BasicConstraints{true, 3}, true);
+  extensions.set(SubjectAltName{{ipFromText("192.0.2.1"), ipFromText("2001:db8::1")}}, false);
+  const test::Extensions object;
+  EXPECT_TRUE(extensionsOf(object).empty());
+  intoObject(extensions, object);
+  EXPECT_EQ(extensionsOf(object).encode(), extensions.encode());
+  EXPECT_THROW(intoObject({}, object), CError) << "an object is never emptied by one without extensions";
+  EXPECT_EQ(extensionsOf(object).encode(), extensions.encode());
+  EXPECT_EQ(codeOfText("192.0.2.256"), uint32_t{X509IpError_Text});
+  EXPECT_EQ(codeOfText(std::string("192.0.2.1\0.example", 18)), uint32_t{X509IpError_Text});
 }
 
 }  // namespace
