@@ -1,8 +1,10 @@
 // What has to hold of every extension type, whichever it is: from the golden rows, and from values made of them.
 #include <cstdlib>
+#include <memory>
 #include <new>
 #include <thread>
 
+#include "ketra/asn1/build.hpp"
 #include "ketra/c.hpp"
 #include "ketra/extensions.hpp"
 #include "support/support.h"
@@ -375,6 +377,59 @@ TEST(ExtensionsObject, IsReadByManyThreads) {
     });
   }
   for (std::thread &thread : threads) thread.join();
+}
+
+// What a walk has seen, as fields to build from.
+struct Field : Fields {
+  std::vector<std::pair<std::string, std::unique_ptr<Field>>> members;
+  std::optional<Octets> octets;
+  const Fields *member(const char *name) const override {
+    for (const auto &[each, field] : members) {
+      if (each == name) return field.get();
+    }
+    return nullptr;
+  }
+  std::size_t size() const override { return members.size(); }
+  const Fields &at(std::size_t index) const override { return *members[index].second; }
+  std::optional<Octets> encoding(LeafKind) const override { return octets; }
+};
+
+class Recorder : public Visitor {
+ public:
+  Field root;
+  void enter(const char *name, bool) override { open_.push_back(add(name)); }
+  void leave() override { open_.pop_back(); }
+  void leaf(const char *name, const LeafValue &value) override { add(name)->octets = value.encoding(); }
+  void absent(const char *, const LeafValue &) override {}
+  void fault(const char *, View, const Fault &) override { ADD_FAILURE(); }
+
+ private:
+  Field *add(const char *name) {
+    Field &in = open_.empty() ? root : *open_.back();
+    return in.members.emplace_back(name == nullptr ? "" : name, std::make_unique<Field>()).second.get();
+  }
+  std::vector<Field *> open_;
+};
+
+TEST(Build, GivesTheValueThatWasWalked) {
+  forEach(ExtensionTypes{}, [](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    for (const Octets &octets : goldenOf<T>()) {
+      Recorder recorder;
+      walk(*read<T>(View(octets)), recorder);
+      T built{};
+      std::string path;
+      EXPECT_TRUE(build(recorder.root.at(0), built, path)) << T::name << path;
+      EXPECT_EQ(encode(built), octets) << T::name;
+    }
+  });
+  Recorder recorder;
+  walk(NameConstraints{{{{dns("a")}}}, {}}, recorder);
+  recorder.root.members[0].second->members[0].second->members[0].second->members.clear();
+  NameConstraints built;
+  std::string path;
+  EXPECT_FALSE(build(recorder.root.at(0), built, path));
+  EXPECT_EQ(path, "/permittedSubtrees/1/base");
 }
 
 uint32_t codeOfText(const std::string &text) {
