@@ -3,7 +3,7 @@
 #include <iostream>
 #include <variant>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 int main() try {
   ketra::Name name;

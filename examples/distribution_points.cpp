@@ -2,7 +2,7 @@
 #include <exception>
 #include <iostream>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 int main() try {
   ketra::DistributionPoint point;

@@ -1,7 +1,7 @@
 // Encodes the extensions of a CA certificate and reads them back.
 #include <iostream>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 int main() try {
   ketra::Extensions extensions;

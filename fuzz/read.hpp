@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 #include "target.hpp"
 
 namespace ketra {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "identifier.hpp"
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 namespace tool {
 

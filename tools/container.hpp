@@ -7,7 +7,7 @@
 #include <string>
 
 #include "input.hpp"
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 #include "signed_objects.hpp"
 
 namespace tool {

@@ -8,7 +8,7 @@
 #pragma once
 
 #include "fields.hpp"
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 namespace tool {
 

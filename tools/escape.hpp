@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 namespace tool {
 

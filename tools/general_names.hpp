@@ -13,7 +13,7 @@
 
 #include <vector>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 #include "problem.hpp"
 
 namespace tool {

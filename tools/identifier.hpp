@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 namespace tool {
 

@@ -2,7 +2,7 @@
 // is given up, the run goes on, and its status is 2.
 #pragma once
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 namespace tool {
 

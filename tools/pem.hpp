@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 namespace tool {
 

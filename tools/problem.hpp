@@ -5,7 +5,7 @@
 #include <ostream>
 #include <string>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 namespace tool {
 

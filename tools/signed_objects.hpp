@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "asn1_reader.hpp"
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 #include "problem.hpp"
 
 namespace tool {

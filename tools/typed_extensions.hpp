@@ -6,7 +6,7 @@
 
 #include "fields.hpp"
 #include "identifier.hpp"
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 namespace tool {
 

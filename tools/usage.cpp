@@ -13,7 +13,7 @@
 
 #include "escape.hpp"
 #include "exit_status.hpp"
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 namespace tool {
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "batches.hpp"
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 #include "problem.hpp"
 #include "signed_objects.hpp"
 

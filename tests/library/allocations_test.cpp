@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 #include "library/system_requests.h"
 #include "support/names.h"
 

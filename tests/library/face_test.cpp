@@ -1,6 +1,6 @@
 // The C++ face, as a C++17 program uses it. What each extension gives and how it is written, the rows of
 // tests/program/values.tsv say.
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 
 #include <gtest/gtest.h>
 

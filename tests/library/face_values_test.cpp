@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 #include "support/octets.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "ketra/ketra.hpp"
+#include "ketra/face/face.hpp"
 #include "ketra/ketra_chains.h"
 #include "library/outside_operations.h"
 
