@@ -362,9 +362,9 @@ class Fields : public Visitor {
   std::string text;
   bool has[kReasons] = {};
 
-  void enter(const char *name, bool isList) override {
+  void enter(const char *name, const Structure &structure) override {
     begin(name);
-    text += isList ? '[' : '{';
+    text += structure.group() == Group::List ? '[' : '{';
   }
   void leave() override {
     std::sort(set_.begin(), set_.end());

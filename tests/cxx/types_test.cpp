@@ -119,7 +119,9 @@ class Events : public Visitor {
   std::string text;
   std::vector<std::string> leaves;
 
-  void enter(const char *name, bool isList) override { add(name, isList ? "[" : "{"); }
+  void enter(const char *name, const Structure &structure) override {
+    add(name, structure.group() == Group::List ? "[" : "{");
+  }
   void leave() override { text += "} "; }
   void leaf(const char *name, const LeafValue &value) override {
     add(name, value.text() + "=" + detail::hexOf(value.content()));
@@ -165,7 +167,7 @@ class Events : public Visitor {
 class Counter : public Visitor {
  public:
   std::size_t leaves = 0, faults = 0;
-  void enter(const char *, bool) override {}
+  void enter(const char *, const Structure &) override {}
   void leave() override {}
   void leaf(const char *, const LeafValue &) override { ++leaves; }
   void absent(const char *, const LeafValue &) override {}
@@ -397,7 +399,7 @@ struct Field : Fields {
 class Recorder : public Visitor {
  public:
   Field root;
-  void enter(const char *name, bool) override { open_.push_back(add(name)); }
+  void enter(const char *name, const Structure &) override { open_.push_back(add(name)); }
   void leave() override { open_.pop_back(); }
   void leaf(const char *name, const LeafValue &value) override { add(name)->octets = value.encoding(); }
   void absent(const char *, const LeafValue &) override {}

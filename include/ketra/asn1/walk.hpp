@@ -4,9 +4,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "ketra/asn1/describe.hpp"
@@ -15,9 +17,28 @@
 
 namespace ketra {
 
+/// How the members of a value belong together.
+enum class Group : uint8_t { Sequence, Choice, Is, Bits, List };
+
 /// What a walk meets. Names are null for the members of lists.
 class Visitor {
  public:
+  /// A value with members; valid until the visit ends.
+  class Structure {
+   public:
+    Group group() const { return group_; }  ///< what it is: a list, or the shape of its description
+    /// Whether the type has words of its own: a member `std::string text() const`.
+    bool hasText() const { return text_ != nullptr; }
+    /// Those words; empty when there are none.
+    std::string text() const { return hasText() ? text_(value_) : std::string(); }
+
+   private:
+    friend struct WalkStructure;
+    Group group_{};
+    const void *value_ = nullptr;
+    std::string (*text_)(const void *) = nullptr;
+  };
+
   /// A leaf; valid until the visit ends.
   class LeafValue {
    public:
@@ -43,7 +64,7 @@ class Visitor {
   virtual ~Visitor() = default;
   /// A value with members begins; leave() when it ends.
   /// @{
-  virtual void enter(const char *name, bool isList) = 0;
+  virtual void enter(const char *name, const Structure &structure) = 0;
   virtual void leave() = 0;
   /// @}
   /// A value without members of its own.
@@ -53,6 +74,16 @@ class Visitor {
   /// A member of a list that cannot be read.
   virtual void fault(const char *name, View octets, const Fault &fault) = 0;
 };
+
+namespace detail {
+template <class T, class = void>
+struct HasText : std::false_type {};
+template <class T>
+struct HasText<T, std::void_t<decltype(std::declval<const T &>().text())>> : std::true_type {};
+static_assert(static_cast<Group>(Shape::Sequence) == Group::Sequence &&
+              static_cast<Group>(Shape::Choice) == Group::Choice && static_cast<Group>(Shape::Is) == Group::Is &&
+              static_cast<Group>(Shape::Bits) == Group::Bits);
+}  // namespace detail
 
 struct WalkLeaf {
   template <class T>
@@ -64,6 +95,23 @@ struct WalkLeaf {
     leaf.text_ = [](const void *of) { return Leaf<T>::text(*static_cast<const T *>(of)); };
     leaf.encoding_ = [](const void *of) { return encode(*static_cast<const T *>(of)); };
     return leaf;
+  }
+};
+
+struct WalkStructure {
+  template <class T>
+  static Visitor::Structure of(const T &value) {
+    Visitor::Structure structure;
+    if constexpr (detail::kIsList<T>) {
+      structure.group_ = Group::List;
+    } else {
+      structure.group_ = static_cast<Group>(detail::ShapeOf<T>::value);
+      structure.value_ = &value;
+      if constexpr (detail::HasText<T>::value) {
+        structure.text_ = [](const void *of) { return static_cast<const T *>(of)->text(); };
+      }
+    }
+    return structure;
   }
 };
 
@@ -108,7 +156,7 @@ struct Walk {
       Scratch scratch;
       visitor.leaf(name, WalkLeaf::of(value, scratch));
     } else if constexpr (kIsList<T>) {
-      visitor.enter(name, true);
+      visitor.enter(name, WalkStructure::of(value));
       for (const auto &member : value) {
         if constexpr (!isView<T>) {
           walk(nullptr, member);
@@ -120,7 +168,7 @@ struct Walk {
       }
       visitor.leave();
     } else {
-      visitor.enter(name, false);
+      visitor.enter(name, WalkStructure::of(value));
       T::describe(value, *this);
       visitor.leave();
     }
