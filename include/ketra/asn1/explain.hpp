@@ -25,7 +25,10 @@ class Path {
 
   template <class T>
   void into(const Tlv &tlv, As as) {
-    if (as.isExplicit) {
+    if constexpr (kIsField<T>) {
+      using Value = typename ValueOf<T>::type;
+      if (matches<Value>(as, tlv.identifier)) into<Value>(tlv, as);
+    } else if (as.isExplicit) {
       Reader in = tlv.reader();
       Tlv inner;
       Fault fault;
@@ -83,24 +86,24 @@ class Path {
     Reader in;
     template <class T>
     bool operator()(const char *name, T &, As as = {}) {
-      return next<T>(name, as, in.at == path.at_);
+      return next<T>(name, as, false);
     }
     template <class T>
     bool operator()(const char *name, std::optional<T> &, As as = {}) {
-      return next<T>(name, as, false);
+      return next<T>(name, as, true);
     }
     template <class T, auto D>
     bool operator()(const char *name, Default<T, D> &, As as = {}) {
-      return next<T>(name, as, false);
+      return next<T>(name, as, true);
     }
 
    private:
     // False when the octet has been found.
     template <class T>
-    bool next(const char *name, As as, bool isMissingHere) {
+    bool next(const char *name, As as, bool isOptional) {
       const uint8_t *const begin = in.at;
-      const bool isThere = !in.done() && matches<T>(as, *in.at);
-      if (!isThere && !isMissingHere) return true;
+      const bool isThere = !in.done() && (isOptional ? matches<T>(as, *in.at) : fits<T>(as, *in.at));
+      if (!isThere && (isOptional || in.at != path.at_)) return true;
       Tlv tlv;
       Fault fault;
       const bool isRead = isThere && readTlv(in, tlv, fault);

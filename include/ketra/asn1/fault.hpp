@@ -71,6 +71,8 @@ enum : uint32_t {
   X(OddLength, FaultCode_Alphabet, "#a octets are not whole characters of the string type")                     \
   X(OtherKind, FaultCode_OtherKind, "a value of another kind was asked for")                                    \
   X(Rule, FaultCode_Rule, "against a rule of the standard")                                                     \
+  X(Repeated, FaultCode_Rule, "it is there more than once")                                                     \
+  X(OneValue, FaultCode_Rule, "#a values, one is required")                                                     \
   X(LengthForm, AsnError_NotDer, "the length is not in its shortest form (X.690 10.1)")                         \
   X(Indefinite, AsnError_NotDer, "indefinite length (X.690 10.1)")                                              \
   X(InSegments, AsnError_NotDer, "a string in segments (X.690 10.2)")                                           \

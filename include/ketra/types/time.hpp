@@ -44,9 +44,21 @@ class TimeReader {
 
   // YYYYMMDDHH[MM[SS]][.f][Z|+HH[MM]|-HH[MM]] (X.680 46). Times without an offset, local ones, do not fit.
   bool generalized(int64_t &microseconds, Fault &fault) {
-    uint32_t year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
-    if (!number(4, 0, 9999, year) || !number(2, 1, 12, month) || !number(2, 1, daysInMonth(year, month), day) ||
-        !number(2, 0, 24, hour)) {
+    uint32_t year = 0;
+    return number(4, 0, 9999, year) ? rest(year, false, microseconds, fault) : malformed(fault);
+  }
+  // YYMMDDHHMM[SS](Z|+HHMM|-HHMM) (X.680 47), of the years 1950 to 2049 (RFC 5280 4.1.2.5.1).
+  bool utc(int64_t &microseconds, Fault &fault) {
+    uint32_t year = 0;
+    if (!number(2, 0, 99, year)) return malformed(fault);
+    return rest(year + (year < 50 ? 2000 : 1900), true, microseconds, fault);
+  }
+
+ private:
+  bool rest(uint32_t year, bool isUtc, int64_t &microseconds, Fault &fault) {
+    uint32_t month = 0, day = 0, hour = 0, minute = 0, second = 0;
+    if (!number(2, 1, 12, month) || !number(2, 1, daysInMonth(year, month), day) || !number(2, 0, 24, hour) ||
+        (isUtc && !isDigit())) {
       return malformed(fault);
     }
     int64_t unit = 3600 * kMicroseconds;
@@ -60,13 +72,13 @@ class TimeReader {
     }
     if (hour == 24 || second == 60) fits_ = false;
     microseconds = (daysOf(year, month, day) * kSecondsPerDay + (hour * 60 + minute) * 60 + second) * kMicroseconds;
-    if ((accept('.') || accept(',')) && !fraction(unit, microseconds)) return malformed(fault);
+    if (!isUtc && (accept('.') || accept(',')) && !fraction(unit, microseconds)) return malformed(fault);
+    if (isUtc && in_.left() != 1 && in_.left() != 5) return malformed(fault);  // Z, or an offset with minutes
     if (!zone(microseconds)) return malformed(fault);
     const bool isInside = microseconds >= kTimeBegin && microseconds < kTimeEnd;
     return (fits_ && isInside) || fail(fault, Reason::TimeRange, start_);
   }
 
- private:
   bool malformed(Fault &fault) const { return fail(fault, Reason::Time, start_); }
   bool isDigit() const { return !in_.done() && *in_.at >= '0' && *in_.at <= '9'; }
   bool accept(char c) {
@@ -207,6 +219,70 @@ struct Leaf<Time> {
     return {scratch.octets, detail::writeTime(value, 0, 0, 0, scratch.octets)};
   }
   static std::string text(Time value) { return timeText(value); }
+};
+
+// Time ::= CHOICE {                                              RFC 5280 4.1.2.5
+//     utcTime      UTCTime,
+//     generalTime  GeneralizedTime }
+/// The time of a certificate or CRL.
+struct EitherTime {
+  Time time{};             ///< the point in time
+  bool isUtcTime = false;  ///< which alternative it is
+  /// Whether it has the form that RFC 5280 4.1.2.5 demands: seconds, no fraction, "Z", and GeneralizedTime only for
+  /// years from 2050 on.
+  bool isProfiled = false;
+
+  EitherTime() = default;
+  /// As RFC 5280 4.1.2.5 demands, but that a fraction of a second is kept.
+  EitherTime(Time of) : time(of) {
+    const int64_t seconds = of.time_since_epoch().count() / detail::kMicroseconds;
+    isUtcTime = seconds >= detail::daysOf(1950, 1, 1) * detail::kSecondsPerDay && isBefore2050();
+    isProfiled = of.time_since_epoch().count() % detail::kMicroseconds == 0;
+  }
+
+  friend bool operator==(const EitherTime &a, const EitherTime &b) {
+    return a.time == b.time && a.isUtcTime == b.isUtcTime;
+  }
+  friend bool operator!=(const EitherTime &a, const EitherTime &b) { return !(a == b); }
+
+ private:
+  friend struct Leaf<EitherTime>;
+  bool isBefore2050() const {
+    return time.time_since_epoch().count() <
+           detail::daysOf(2050, 1, 1) * detail::kSecondsPerDay * detail::kMicroseconds;
+  }
+};
+
+template <>
+struct Leaf<EitherTime> {
+  static constexpr LeafKind kind = LeafKind::Time;
+  static constexpr uint8_t identifier = 0;
+  static constexpr bool inSegments = true;
+  static constexpr bool matches(uint8_t octet) { return (octet & ~0x20) == 0x17 || (octet & ~0x20) == 0x18; }
+  static bool read(const Tlv &tlv, EitherTime &value, Fault &fault) {
+    int64_t microseconds = 0;
+    const View content = tlv.contents();
+    value.isUtcTime = (tlv.identifier & ~0x20) == 0x17;
+    if (value.isUtcTime) {
+      if (!detail::TimeReader(content).utc(microseconds, fault)) return false;
+    } else if (!detail::readPlainTime(content, microseconds) &&
+               !detail::TimeReader(content).generalized(microseconds, fault)) {
+      return false;
+    }
+    value.time = Time(std::chrono::microseconds(microseconds));
+    const std::size_t size = value.isUtcTime ? 13 : 15;
+    value.isProfiled = content.size() == size && content.back() == 'Z' && value.isUtcTime == value.isBefore2050();
+    return true;
+  }
+  static void write(const EitherTime &value, Writer &out) {
+    detail::Scratch scratch;
+    out.value(value.isUtcTime ? 0x17 : 0x18, content(value, scratch));
+  }
+  static View content(const EitherTime &value, detail::Scratch &scratch) {
+    const View generalized = Leaf<Time>::content(value.time, scratch);
+    return value.isUtcTime ? View(generalized.begin() + 2, generalized.end()) : generalized;
+  }
+  static std::string text(const EitherTime &value) { return timeText(value.time); }
 };
 
 }  // namespace ketra
