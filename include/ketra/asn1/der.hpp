@@ -124,7 +124,7 @@ class DerCheck {
   }
 
   void bits(View content, bool isNamed) {
-    if (content.size() < 2) return;
+    if (content.size() < 2 || content[0] > 7) return;
     const unsigned last = content.back();
     if ((last & ((1u << content[0]) - 1)) != 0) tell(Reason::UnusedBits, content.begin());
     if (isNamed && (last >> content[0] & 1) == 0) tell(Reason::ZeroBits, content.begin());
