@@ -128,7 +128,9 @@ inline Relation mailIn(std::string_view name, std::string_view base) {
     return hostIn(host, base);
   }
   if (!splitMailbox(base, baseLocal, baseHost)) return "an rfc822Name constraint is not a mailbox";
-  return local == baseLocal && equalIgnoringCase(host, baseHost);
+  if (local != baseLocal || !equalIgnoringCase(host, baseHost)) return false;
+  if (name.size() != base.size()) return "one mailbox with quotes and the same without";
+  return true;
 }
 
 // The host of a URI (RFC 3986 3.2); empty where it has none that is a domain name.
