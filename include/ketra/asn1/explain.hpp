@@ -150,21 +150,35 @@ std::string typeName() {
 
 }  // namespace detail
 
-/// A fault in words, with its place in the octets of a value of type T: "length 9 exceeds the 2 remaining octets at
-/// offset 12 (NameConstraints/excludedSubtrees/2/maximum)". `octets` are those that were read, from their beginning.
+/// Where a fault is.
+struct FaultPlace {
+  std::size_t offset = 0;  ///< from the beginning of the octets
+  std::string path;        ///< "NameConstraints/excludedSubtrees/2/maximum"; members of lists by number, from 1
+};
+
+/// The place of a fault in the octets of a value of type T. `octets` are those that were read, from their beginning.
+/// Nothing when the fault has no address.
 template <class T>
-std::string explain(View octets, const Fault &fault) {
+std::optional<FaultPlace> placeOf(View octets, const Fault &fault) {
   using V = typename detail::ViewedOf<T>::type;
-  std::string text = fault.text();
-  if (fault.at == nullptr) return text;
-  text += " at offset " + std::to_string(fault.at - octets.begin()) + " (" + detail::typeName<T>();
+  if (fault.at == nullptr) return std::nullopt;
+  FaultPlace place{static_cast<std::size_t>(fault.at - octets.begin()), detail::typeName<T>()};
   Tlv tlv;
   Fault ignored;
   Reader in(octets);
   if (detail::readTlv(in, tlv, ignored) && detail::matches<V>({}, tlv.identifier)) {
-    detail::Path(fault.at, text).into<V>(tlv, {});
+    detail::Path(fault.at, place.path).template into<V>(tlv, {});
   }
-  return text + ")";
+  return place;
+}
+
+/// A fault in words, with its place in the octets of a value of type T: "length 9 exceeds the 2 remaining octets at
+/// offset 12 (NameConstraints/excludedSubtrees/2/maximum)".
+template <class T>
+std::string explain(View octets, const Fault &fault) {
+  const std::optional<FaultPlace> place = placeOf<T>(octets, fault);
+  if (!place) return fault.text();
+  return fault.text() + " at offset " + std::to_string(place->offset) + " (" + place->path + ")";
 }
 
 }  // namespace ketra
