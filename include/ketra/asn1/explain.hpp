@@ -168,6 +168,7 @@ std::optional<FaultPlace> placeOf(View octets, const Fault &fault) {
   Reader in(octets);
   if (detail::readTlv(in, tlv, ignored) && detail::matches<V>({}, tlv.identifier)) {
     detail::Path(fault.at, place.path).template into<V>(tlv, {});
+    if (place.path.size() > 1 && place.path[0] == '/') place.path.erase(0, 1);  // the type has no name
   }
   return place;
 }
@@ -178,7 +179,8 @@ template <class T>
 std::string explain(View octets, const Fault &fault) {
   const std::optional<FaultPlace> place = placeOf<T>(octets, fault);
   if (!place) return fault.text();
-  return fault.text() + " at offset " + std::to_string(place->offset) + " (" + place->path + ")";
+  const std::string text = fault.text() + " at offset " + std::to_string(place->offset);
+  return place->path.empty() ? text : text + " (" + place->path + ")";
 }
 
 }  // namespace ketra
