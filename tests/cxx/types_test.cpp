@@ -4,7 +4,7 @@
 #include <new>
 #include <thread>
 
-#include "ketra/asn1/build.hpp"
+#include "cxx/fields.hpp"
 #include "ketra/c.hpp"
 #include "ketra/extensions.hpp"
 #include "support/support.h"
@@ -546,43 +546,11 @@ TEST(ExtensionsObject, IsReadByManyThreads) {
   for (std::thread &thread : threads) thread.join();
 }
 
-// What a walk has seen, as fields to build from.
-struct Node : Fields {
-  std::vector<std::pair<std::string, std::unique_ptr<Node>>> members;
-  std::optional<Octets> octets;
-  const Fields *member(const char *name) const override {
-    for (const auto &[each, field] : members) {
-      if (each == name) return field.get();
-    }
-    return nullptr;
-  }
-  std::size_t size() const override { return members.size(); }
-  const Fields &at(std::size_t index) const override { return *members[index].second; }
-  std::optional<Octets> encoding(LeafKind) const override { return octets; }
-};
-
-class Recorder : public Visitor {
- public:
-  Node root;
-  void enter(const char *name, const Structure &) override { open_.push_back(add(name)); }
-  void leave() override { open_.pop_back(); }
-  void leaf(const char *name, const LeafValue &value) override { add(name)->octets = value.encoding(); }
-  void absent(const char *, const LeafValue &) override {}
-  void fault(const char *, View, const Fault &) override { ADD_FAILURE(); }
-
- private:
-  Node *add(const char *name) {
-    Node &in = open_.empty() ? root : *open_.back();
-    return in.members.emplace_back(name == nullptr ? "" : name, std::make_unique<Node>()).second.get();
-  }
-  std::vector<Node *> open_;
-};
-
 TEST(Build, GivesTheValueThatWasWalked) {
   forEach(ExtensionTypes{}, [](auto *type) {
     using T = std::remove_pointer_t<decltype(type)>;
     for (const Octets &octets : goldenOf<T>()) {
-      Recorder recorder;
+      test::Recorder recorder;
       walk(*read<T>(View(octets)), recorder);
       T built{};
       std::string path;
@@ -590,7 +558,7 @@ TEST(Build, GivesTheValueThatWasWalked) {
       EXPECT_EQ(encode(built), octets) << T::name;
     }
   });
-  Recorder recorder;
+  test::Recorder recorder;
   walk(NameConstraints{{{{dns("a")}}}, {}}, recorder);
   recorder.root.members[0].second->members[0].second->members[0].second->members.clear();
   NameConstraints built;
