@@ -1,10 +1,13 @@
 // One value, after an octet that chooses its type: all that the C++ library does along a description, on any octets.
-#include "c.hpp"
 #include "cxx/fields.hpp"
 #include "ketra/ketra.hpp"
+#include "target.hpp"
 
 namespace fuzz {
 namespace {
+
+using ketra::Octets;
+using ketra::View;
 
 template <class T>
 void explainFault(View octets, const ketra::Fault &fault) {

@@ -71,7 +71,8 @@ class TimeReader {
       }
     }
     if (hour == 24 || second == 60) fits_ = false;
-    microseconds = (daysOf(year, month, day) * kSecondsPerDay + (hour * 60 + minute) * 60 + second) * kMicroseconds;
+    microseconds =
+        (daysOf(year, month, day) * kSecondsPerDay + (int64_t{hour} * 60 + minute) * 60 + second) * kMicroseconds;
     if (!isUtc && (accept('.') || accept(',')) && !fraction(unit, microseconds)) return malformed(fault);
     if (isUtc && in_.left() != 1 && in_.left() != 5) return malformed(fault);  // Z, or an offset with minutes
     if (!zone(microseconds)) return malformed(fault);
