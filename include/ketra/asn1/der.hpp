@@ -39,9 +39,8 @@ class DerCheck {
 
   template <class T>
   void contents(const Tlv &tlv, As as) {
-    if (inSegments<T>() && tlv.isConstructed()) {
-      tell(Reason::InSegments, tlv.octets);
-    } else if constexpr (IsLeaf<T>::value) {
+    if (inSegments<T>() && tlv.isConstructed()) return tell(Reason::InSegments, tlv.octets);
+    if constexpr (IsLeaf<T>::value) {
       leaf<T>(tlv);
     } else if constexpr (kIsList<T>) {
       list<typename MemberOf<T>::type>(tlv, as);
