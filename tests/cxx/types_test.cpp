@@ -32,6 +32,7 @@ constexpr std::size_t kLead = alignof(std::max_align_t);
   if (heldOctets > peakOctets) peakOctets = heldOctets;
   return block + kLead;
 }
+std::size_t requestsForMemory() { return requests; }  // for objects_test.cpp, too
 void operator delete(void *memory) noexcept { release(memory); }
 void operator delete(void *memory, std::size_t) noexcept { release(memory); }
 

@@ -26,7 +26,8 @@ namespace ketra {
   X(FaultCode_Unknown, 0x02600004, "an ENUMERATED value without a name")                   \
   X(FaultCode_Alphabet, 0x02600005, "characters that the string type does not have")       \
   X(FaultCode_OtherKind, 0x02600006, "a value of another kind was asked for")              \
-  X(FaultCode_Rule, 0x02600008, "a rule of the standard that ASN.1 does not express")
+  X(FaultCode_Rule, 0x02600008, "a rule of the standard that ASN.1 does not express")      \
+  X(FaultCode_Text, 0x02600009, "a textual encoding (RFC 7468) that is malformed")
 
 /// @cond
 #define KETRA_FAULT_CODE(name, code, meaning) name = code,
@@ -80,6 +81,9 @@ enum : uint32_t { KETRA_FAULT_CODE_LIST(KETRA_FAULT_CODE) };
   X(OtherKind, FaultCode_OtherKind, "a value of another kind was asked for")                                    \
   X(Rule, FaultCode_Rule, "against a rule of the standard")                                                     \
   X(Repeated, FaultCode_Rule, "it is there more than once")                                                     \
+  X(Base64, FaultCode_Text, "octet #a is not a character of base64")                                            \
+  X(Base64Ended, FaultCode_Text, "the base64 ends inside a group of four characters")                           \
+  X(NoEndLine, FaultCode_Text, "the PEM block has no matching END line")                                        \
   X(OneValue, FaultCode_Rule, "#a values, one is required")                                                     \
   X(LengthForm, AsnError_NotDer, "the length is not in its shortest form (X.690 10.1)")                         \
   X(Indefinite, AsnError_NotDer, "indefinite length (X.690 10.1)")                                              \
