@@ -32,6 +32,12 @@ class Path {
       as.number = -1;
       as.isExplicit = false;
       if (readTlv(in, inner, fault)) into<T>(inner, as);
+    } else if constexpr (kIsTlsList<T>) {
+      Tlv vector;
+      Fault fault;
+      if (!tlv.isConstructed() && readTlsVector<typename MemberOf<T>::type>(tlv, vector, fault)) {
+        members<typename MemberOf<T>::type>(vector.reader());
+      }
     } else if constexpr (kIsList<T>) {
       members<typename MemberOf<T>::type>(tlv.reader());
     } else if constexpr (kIsDescribed<T> && !kHasShape<T, Shape::Bits>) {
@@ -59,7 +65,7 @@ class Path {
       const uint8_t *const begin = in.at;
       Tlv tlv;
       Fault fault;
-      const bool isRead = readTlv(in, tlv, fault);
+      const bool isRead = nextMember<T>(in, tlv, fault);
       if (isRead && !covers(begin, in.at)) continue;
       (text_ += '/') += std::to_string(number);
       if (isRead && matches<T>({}, tlv.identifier)) into<T>(tlv, {});

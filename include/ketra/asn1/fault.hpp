@@ -25,7 +25,9 @@ enum : uint32_t {
   FaultCode_Unknown = 0x02600004,    ///< an ENUMERATED value without a name
   FaultCode_Alphabet = 0x02600005,   ///< characters that the string type does not have
   FaultCode_OtherKind = 0x02600006,  ///< a value of another kind was asked for
-  FaultCode_Rule = 0x02600008        ///< a rule of the standard that ASN.1 does not express
+  FaultCode_Rule = 0x02600008,       ///< a rule of the standard that ASN.1 does not express
+  FaultCode_Null = 0x02600009,       ///< a NULL that has contents
+  FaultCode_Tls = 0x0260000A         ///< a structure of TLS (RFC 8446 3) that is malformed
 };
 
 /// Every kind of fault: X(name, code, text). In the text "#a" and "#b" are the numbers of the fault, "$a" and "$b"
@@ -54,6 +56,7 @@ enum : uint32_t {
   X(Nesting, AsnError_Nesting, "nested deeper than #a levels")                                                  \
   X(SegmentTag, AsnError_Segment, "unexpected tag $a of a segment, expected $b")                                \
   X(BooleanSize, AsnError_Boolean, "BOOLEAN content is #a octets")                                              \
+  X(NullSize, FaultCode_Null, "NULL content is #a octets")                                                      \
   X(IntegerEmpty, AsnError_Integer, "INTEGER content is 0 octets")                                              \
   X(IntegerPadded, AsnError_Integer, "INTEGER content is padded: its first nine bits are equal")                \
   X(ObjidEmpty, AsnError_Objid, "OBJECT IDENTIFIER content is 0 octets")                                        \
@@ -71,6 +74,8 @@ enum : uint32_t {
   X(OddLength, FaultCode_Alphabet, "#a octets are not whole characters of the string type")                     \
   X(OtherKind, FaultCode_OtherKind, "a value of another kind was asked for")                                    \
   X(Rule, FaultCode_Rule, "against a rule of the standard")                                                     \
+  X(TlsEnded, FaultCode_Tls, "a TLS structure ends early: #a octets are needed, #b remain")                     \
+  X(TlsTrailing, FaultCode_Tls, "#a octets after the end of a TLS structure")                                   \
   X(LengthForm, AsnError_NotDer, "the length is not in its shortest form (X.690 10.1)")                         \
   X(Indefinite, AsnError_NotDer, "indefinite length (X.690 10.1)")                                              \
   X(InSegments, AsnError_NotDer, "a string in segments (X.690 10.2)")                                           \

@@ -155,18 +155,6 @@ KETRA_INLINE bool readOnly(View octets, Tlv &tlv, Fault &fault) {
   return readTlv(in, tlv, fault) && (in.done() || fail(fault, Reason::Trailing, in.at, in.left()));
 }
 
-// How many encodings stand side by side; the one that cannot be read, with all after it, counts as one.
-inline std::size_t countTlvs(Reader in) {
-  std::size_t count = 0;
-  Tlv tlv;
-  Fault fault;
-  while (!in.done()) {
-    ++count;
-    if (!readTlv(in, tlv, fault)) break;
-  }
-  return count;
-}
-
 }  // namespace detail
 
 }  // namespace ketra

@@ -5,7 +5,9 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
+#include <variant>
 
 #include "ketra/asn1/describe.hpp"
 #include "ketra/asn1/read.hpp"
@@ -207,6 +209,74 @@ struct Leaf<Time> {
     return {scratch.octets, detail::writeTime(value, 0, 0, 0, scratch.octets)};
   }
   static std::string text(Time value) { return timeText(value); }
+};
+
+/// UTCTime: a time of the years 1950 to 2049, in seconds (RFC 5280 4.1.2.5.1).
+struct UtcTime {
+  Time time{};
+  friend bool operator==(UtcTime a, UtcTime b) { return a.time == b.time; }
+  friend bool operator!=(UtcTime a, UtcTime b) { return a.time != b.time; }
+};
+
+/// YYMMDDHHMM[SS](Z|+HHMM|-HHMM) (X.680 47), read as a GeneralizedTime with its century; written in the form of DER.
+template <>
+struct Leaf<UtcTime> {
+  static constexpr LeafKind kind = LeafKind::Time;
+  static constexpr uint8_t identifier = 0x17;
+  static constexpr bool inSegments = true;
+  static bool read(const Tlv &tlv, UtcTime &value, Fault &fault) {
+    const View content = tlv.contents();
+    uint8_t octets[19];
+    bool isRight = content.size() >= 11 && content.size() <= sizeof octets - 2;
+    for (std::size_t i = 0; isRight && i < content.size(); ++i) {
+      isRight = i < 10 ? content[i] >= '0' && content[i] <= '9' : content[i] != '.' && content[i] != ',';
+    }
+    if (!isRight) return detail::fail(fault, Reason::Time, content.begin());
+    octets[0] = content[0] < '5' ? '2' : '1';
+    octets[1] = content[0] < '5' ? '0' : '9';
+    std::memcpy(octets + 2, content.data(), content.size());
+    int64_t microseconds = 0;
+    if (!detail::TimeReader({octets, content.size() + 2}).generalized(microseconds, fault)) {
+      return detail::fail(fault, Reason::Time, content.begin());
+    }
+    value.time = Time(std::chrono::microseconds(microseconds));
+    return true;
+  }
+  static void write(UtcTime value, Writer &out) {
+    detail::Scratch scratch;
+    out.octets(content(value, scratch));
+  }
+  static View content(UtcTime value, detail::Scratch &scratch) {
+    const Time seconds = std::chrono::time_point_cast<std::chrono::seconds>(value.time);
+    const std::size_t size = detail::writeTime(seconds, 0, 0, 0, scratch.octets);
+    // With its century, a time of another one is no UTCTime: it is not read, and so not set.
+    const bool isInside = std::memcmp(scratch.octets, "1950", 4) >= 0 && std::memcmp(scratch.octets, "2050", 4) < 0;
+    return isInside ? View(scratch.octets + 2, size - 2) : View(scratch.octets, size);
+  }
+  static std::string text(UtcTime value) { return timeText(value.time); }
+};
+
+// Time ::= CHOICE {                                              RFC 5280 4.1.2.5
+//     utcTime      UTCTime,
+//     generalTime  GeneralizedTime }
+//
+// Which of them it was is kept.
+template <class Form>
+struct TimeChoiceOf {
+  static constexpr Shape shape = Shape::Choice;
+
+  std::variant<UtcTime, Time> choice{};  ///< whichever it is
+
+  /// The time, however it is written.
+  Time time() const {
+    const auto *const utc = std::get_if<UtcTime>(&choice);
+    return utc != nullptr ? utc->time : *std::get_if<Time>(&choice);
+  }
+
+  template <class Self, class Visitor>
+  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
+    return visit.choice(self.choice, Alternative{"utcTime", {}}, Alternative{"generalTime", {}});
+  }
 };
 
 }  // namespace ketra
