@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ketra/asn1/walk.hpp"
+#include "ketra/extensions/authority_info_access.hpp"
 #include "ketra/extensions/authority_key_id.hpp"
 #include "ketra/extensions/basic_constraints.hpp"
 #include "ketra/extensions/cert_issuer.hpp"
@@ -23,6 +24,7 @@
 #include "ketra/extensions/reason_code.hpp"
 #include "ketra/extensions/subject_alt_name.hpp"
 #include "ketra/extensions/subject_directory_attributes.hpp"
+#include "ketra/extensions/subject_info_access.hpp"
 #include "ketra/extensions/subject_key_id.hpp"
 #include "ketra/objects/extensions.hpp"
 
@@ -38,6 +40,6 @@ using ExtensionTypes =
     Types<SubjectDirectoryAttributes, SubjectKeyId, KeyUsage, PrivateKeyUsagePeriod, SubjectAltName, IssuerAltName,
           BasicConstraints, CrlNumber, ReasonCode, HoldInstruction, InvalidityDate, DeltaCrlIndicator,
           IssuingDistributionPoint, CertificateIssuer, NameConstraints, CrlDistributionPoints, CertificatePolicies,
-          PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage>;
+          PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, AuthorityInfoAccess, SubjectInfoAccess>;
 
 }  // namespace ketra
