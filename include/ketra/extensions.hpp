@@ -20,8 +20,10 @@
 #include "ketra/extensions/name_constraints.hpp"
 #include "ketra/extensions/policy_constraints.hpp"
 #include "ketra/extensions/policy_mappings.hpp"
+#include "ketra/extensions/precert_poison.hpp"
 #include "ketra/extensions/private_key_usage_period.hpp"
 #include "ketra/extensions/reason_code.hpp"
+#include "ketra/extensions/sct_list.hpp"
 #include "ketra/extensions/subject_alt_name.hpp"
 #include "ketra/extensions/subject_directory_attributes.hpp"
 #include "ketra/extensions/subject_info_access.hpp"
@@ -40,6 +42,7 @@ using ExtensionTypes =
     Types<SubjectDirectoryAttributes, SubjectKeyId, KeyUsage, PrivateKeyUsagePeriod, SubjectAltName, IssuerAltName,
           BasicConstraints, CrlNumber, ReasonCode, HoldInstruction, InvalidityDate, DeltaCrlIndicator,
           IssuingDistributionPoint, CertificateIssuer, NameConstraints, CrlDistributionPoints, CertificatePolicies,
-          PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, AuthorityInfoAccess, SubjectInfoAccess>;
+          PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, AuthorityInfoAccess, SubjectInfoAccess,
+          SctList, PrecertPoison>;
 
 }  // namespace ketra
