@@ -11,6 +11,7 @@
 #include "ketra/extensions/crl_distribution_points.hpp"
 #include "ketra/extensions/crl_number.hpp"
 #include "ketra/extensions/delta_crl_indicator.hpp"
+#include "ketra/extensions/etsi_short_term.hpp"
 #include "ketra/extensions/ext_key_usage.hpp"
 #include "ketra/extensions/instruction_code.hpp"
 #include "ketra/extensions/invalidity_date.hpp"
@@ -18,6 +19,8 @@
 #include "ketra/extensions/issuing_distribution_point.hpp"
 #include "ketra/extensions/key_usage.hpp"
 #include "ketra/extensions/name_constraints.hpp"
+#include "ketra/extensions/no_rev_avail.hpp"
+#include "ketra/extensions/ocsp_no_check.hpp"
 #include "ketra/extensions/policy_constraints.hpp"
 #include "ketra/extensions/policy_mappings.hpp"
 #include "ketra/extensions/precert_poison.hpp"
@@ -42,7 +45,7 @@ using ExtensionTypes =
     Types<SubjectDirectoryAttributes, SubjectKeyId, KeyUsage, PrivateKeyUsagePeriod, SubjectAltName, IssuerAltName,
           BasicConstraints, CrlNumber, ReasonCode, HoldInstruction, InvalidityDate, DeltaCrlIndicator,
           IssuingDistributionPoint, CertificateIssuer, NameConstraints, CrlDistributionPoints, CertificatePolicies,
-          PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, AuthorityInfoAccess, SubjectInfoAccess,
-          SctList, PrecertPoison>;
+          PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, NoRevAvail, AuthorityInfoAccess,
+          SubjectInfoAccess, OcspNoCheck, SctList, PrecertPoison, EtsiShortTerm>;
 
 }  // namespace ketra
