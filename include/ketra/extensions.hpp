@@ -13,6 +13,7 @@
 #include "ketra/extensions/delta_crl_indicator.hpp"
 #include "ketra/extensions/etsi_short_term.hpp"
 #include "ketra/extensions/ext_key_usage.hpp"
+#include "ketra/extensions/inhibit_any_policy.hpp"
 #include "ketra/extensions/instruction_code.hpp"
 #include "ketra/extensions/invalidity_date.hpp"
 #include "ketra/extensions/issuer_alt_name.hpp"
@@ -45,7 +46,7 @@ using ExtensionTypes =
     Types<SubjectDirectoryAttributes, SubjectKeyId, KeyUsage, PrivateKeyUsagePeriod, SubjectAltName, IssuerAltName,
           BasicConstraints, CrlNumber, ReasonCode, HoldInstruction, InvalidityDate, DeltaCrlIndicator,
           IssuingDistributionPoint, CertificateIssuer, NameConstraints, CrlDistributionPoints, CertificatePolicies,
-          PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, NoRevAvail, AuthorityInfoAccess,
-          SubjectInfoAccess, OcspNoCheck, SctList, PrecertPoison, EtsiShortTerm>;
+          PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, NoRevAvail,
+          AuthorityInfoAccess, SubjectInfoAccess, OcspNoCheck, SctList, PrecertPoison, EtsiShortTerm>;
 
 }  // namespace ketra
