@@ -12,7 +12,9 @@
 #include "ketra/extensions/crl_number.hpp"
 #include "ketra/extensions/delta_crl_indicator.hpp"
 #include "ketra/extensions/etsi_short_term.hpp"
+#include "ketra/extensions/expired_certs_on_crl.hpp"
 #include "ketra/extensions/ext_key_usage.hpp"
+#include "ketra/extensions/freshest_crl.hpp"
 #include "ketra/extensions/inhibit_any_policy.hpp"
 #include "ketra/extensions/instruction_code.hpp"
 #include "ketra/extensions/invalidity_date.hpp"
@@ -46,7 +48,8 @@ using ExtensionTypes =
     Types<SubjectDirectoryAttributes, SubjectKeyId, KeyUsage, PrivateKeyUsagePeriod, SubjectAltName, IssuerAltName,
           BasicConstraints, CrlNumber, ReasonCode, HoldInstruction, InvalidityDate, DeltaCrlIndicator,
           IssuingDistributionPoint, CertificateIssuer, NameConstraints, CrlDistributionPoints, CertificatePolicies,
-          PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, NoRevAvail,
-          AuthorityInfoAccess, SubjectInfoAccess, OcspNoCheck, SctList, PrecertPoison, EtsiShortTerm>;
+          PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, FreshestCrl, NoRevAvail,
+          ExpiredCertsOnCrl, AuthorityInfoAccess, SubjectInfoAccess, OcspNoCheck, SctList, PrecertPoison,
+          EtsiShortTerm>;
 
 }  // namespace ketra
