@@ -34,6 +34,7 @@
 #include "ketra/extensions/subject_directory_attributes.hpp"
 #include "ketra/extensions/subject_info_access.hpp"
 #include "ketra/extensions/subject_key_id.hpp"
+#include "ketra/extensions/tls_feature.hpp"
 #include "ketra/objects/extensions.hpp"
 
 /// The C++ library.
@@ -49,7 +50,7 @@ using ExtensionTypes =
           BasicConstraints, CrlNumber, ReasonCode, HoldInstruction, InvalidityDate, DeltaCrlIndicator,
           IssuingDistributionPoint, CertificateIssuer, NameConstraints, CrlDistributionPoints, CertificatePolicies,
           PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, FreshestCrl, NoRevAvail,
-          ExpiredCertsOnCrl, AuthorityInfoAccess, SubjectInfoAccess, OcspNoCheck, SctList, PrecertPoison,
+          ExpiredCertsOnCrl, AuthorityInfoAccess, SubjectInfoAccess, TlsFeature, OcspNoCheck, SctList, PrecertPoison,
           EtsiShortTerm>;
 
 }  // namespace ketra
