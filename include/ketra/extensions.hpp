@@ -28,6 +28,7 @@
 #include "ketra/extensions/policy_mappings.hpp"
 #include "ketra/extensions/precert_poison.hpp"
 #include "ketra/extensions/private_key_usage_period.hpp"
+#include "ketra/extensions/qc_statements.hpp"
 #include "ketra/extensions/reason_code.hpp"
 #include "ketra/extensions/sct_list.hpp"
 #include "ketra/extensions/subject_alt_name.hpp"
@@ -50,7 +51,7 @@ using ExtensionTypes =
           BasicConstraints, CrlNumber, ReasonCode, HoldInstruction, InvalidityDate, DeltaCrlIndicator,
           IssuingDistributionPoint, CertificateIssuer, NameConstraints, CrlDistributionPoints, CertificatePolicies,
           PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, FreshestCrl, NoRevAvail,
-          ExpiredCertsOnCrl, AuthorityInfoAccess, SubjectInfoAccess, TlsFeature, OcspNoCheck, SctList, PrecertPoison,
-          EtsiShortTerm>;
+          ExpiredCertsOnCrl, AuthorityInfoAccess, QcStatements, SubjectInfoAccess, TlsFeature, OcspNoCheck, SctList,
+          PrecertPoison, EtsiShortTerm>;
 
 }  // namespace ketra
