@@ -5,6 +5,7 @@
 #include "ketra/asn1/walk.hpp"
 #include "ketra/extensions/authority_info_access.hpp"
 #include "ketra/extensions/authority_key_id.hpp"
+#include "ketra/extensions/autonomous_sys_ids.hpp"
 #include "ketra/extensions/basic_constraints.hpp"
 #include "ketra/extensions/cert_issuer.hpp"
 #include "ketra/extensions/cert_policies.hpp"
@@ -18,6 +19,7 @@
 #include "ketra/extensions/inhibit_any_policy.hpp"
 #include "ketra/extensions/instruction_code.hpp"
 #include "ketra/extensions/invalidity_date.hpp"
+#include "ketra/extensions/ip_addr_blocks.hpp"
 #include "ketra/extensions/issuer_alt_name.hpp"
 #include "ketra/extensions/issuing_distribution_point.hpp"
 #include "ketra/extensions/key_usage.hpp"
@@ -51,7 +53,7 @@ using ExtensionTypes =
           BasicConstraints, CrlNumber, ReasonCode, HoldInstruction, InvalidityDate, DeltaCrlIndicator,
           IssuingDistributionPoint, CertificateIssuer, NameConstraints, CrlDistributionPoints, CertificatePolicies,
           PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, FreshestCrl, NoRevAvail,
-          ExpiredCertsOnCrl, AuthorityInfoAccess, QcStatements, SubjectInfoAccess, TlsFeature, OcspNoCheck, SctList,
-          PrecertPoison, EtsiShortTerm>;
+          ExpiredCertsOnCrl, AuthorityInfoAccess, QcStatements, IpAddrBlocks, IpAddrBlocksV2, AutonomousSysIds,
+          AutonomousSysIdsV2, SubjectInfoAccess, TlsFeature, OcspNoCheck, SctList, PrecertPoison, EtsiShortTerm>;
 
 }  // namespace ketra
