@@ -30,6 +30,7 @@
 #include "ketra/extensions/policy_mappings.hpp"
 #include "ketra/extensions/precert_poison.hpp"
 #include "ketra/extensions/private_key_usage_period.hpp"
+#include "ketra/extensions/proxy_cert_info.hpp"
 #include "ketra/extensions/qc_statements.hpp"
 #include "ketra/extensions/reason_code.hpp"
 #include "ketra/extensions/sct_list.hpp"
@@ -54,6 +55,7 @@ using ExtensionTypes =
           IssuingDistributionPoint, CertificateIssuer, NameConstraints, CrlDistributionPoints, CertificatePolicies,
           PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, FreshestCrl, NoRevAvail,
           ExpiredCertsOnCrl, AuthorityInfoAccess, QcStatements, IpAddrBlocks, IpAddrBlocksV2, AutonomousSysIds,
-          AutonomousSysIdsV2, SubjectInfoAccess, TlsFeature, OcspNoCheck, SctList, PrecertPoison, EtsiShortTerm>;
+          AutonomousSysIdsV2, SubjectInfoAccess, ProxyCertInfo, TlsFeature, OcspNoCheck, SctList, PrecertPoison,
+          EtsiShortTerm>;
 
 }  // namespace ketra
