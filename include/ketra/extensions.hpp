@@ -7,6 +7,7 @@
 #include "ketra/extensions/authority_key_id.hpp"
 #include "ketra/extensions/autonomous_sys_ids.hpp"
 #include "ketra/extensions/basic_constraints.hpp"
+#include "ketra/extensions/cabf_organization_identifier.hpp"
 #include "ketra/extensions/cert_issuer.hpp"
 #include "ketra/extensions/cert_policies.hpp"
 #include "ketra/extensions/crl_distribution_points.hpp"
@@ -39,6 +40,7 @@
 #include "ketra/extensions/subject_info_access.hpp"
 #include "ketra/extensions/subject_key_id.hpp"
 #include "ketra/extensions/tls_feature.hpp"
+#include "ketra/extensions/tor_service_descriptor.hpp"
 #include "ketra/objects/extensions.hpp"
 
 /// The C++ library.
@@ -56,6 +58,6 @@ using ExtensionTypes =
           PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, FreshestCrl, NoRevAvail,
           ExpiredCertsOnCrl, AuthorityInfoAccess, QcStatements, IpAddrBlocks, IpAddrBlocksV2, AutonomousSysIds,
           AutonomousSysIdsV2, SubjectInfoAccess, ProxyCertInfo, TlsFeature, OcspNoCheck, SctList, PrecertPoison,
-          EtsiShortTerm>;
+          CabfOrganizationIdentifier, TorServiceDescriptor, EtsiShortTerm>;
 
 }  // namespace ketra
