@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ketra/asn1/walk.hpp"
+#include "ketra/extensions/application_policies.hpp"
 #include "ketra/extensions/authority_info_access.hpp"
 #include "ketra/extensions/authority_key_id.hpp"
 #include "ketra/extensions/autonomous_sys_ids.hpp"
@@ -24,8 +25,12 @@
 #include "ketra/extensions/issuer_alt_name.hpp"
 #include "ketra/extensions/issuing_distribution_point.hpp"
 #include "ketra/extensions/key_usage.hpp"
+#include "ketra/extensions/microsoft.hpp"
+#include "ketra/extensions/microsoft_certificate_template.hpp"
+#include "ketra/extensions/microsoft_crl_self_cdp.hpp"
 #include "ketra/extensions/name_constraints.hpp"
 #include "ketra/extensions/no_rev_avail.hpp"
+#include "ketra/extensions/ntds_ca_security.hpp"
 #include "ketra/extensions/ocsp_no_check.hpp"
 #include "ketra/extensions/policy_constraints.hpp"
 #include "ketra/extensions/policy_mappings.hpp"
@@ -58,6 +63,9 @@ using ExtensionTypes =
           PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, FreshestCrl, NoRevAvail,
           ExpiredCertsOnCrl, AuthorityInfoAccess, QcStatements, IpAddrBlocks, IpAddrBlocksV2, AutonomousSysIds,
           AutonomousSysIdsV2, SubjectInfoAccess, ProxyCertInfo, TlsFeature, OcspNoCheck, SctList, PrecertPoison,
-          CabfOrganizationIdentifier, TorServiceDescriptor, EtsiShortTerm>;
+          CabfOrganizationIdentifier, TorServiceDescriptor, EtsiShortTerm, MicrosoftCertTypeName, MicrosoftCaVersion,
+          MicrosoftPreviousCaCertHash, MicrosoftVirtualBaseCrlNumber, MicrosoftNextCrlPublish,
+          MicrosoftCertificateTemplate, ApplicationPolicies, ApplicationPolicyMappings, ApplicationPolicyConstraints,
+          MicrosoftCrlSelfCdp, NtdsCaSecurity>;
 
 }  // namespace ketra
