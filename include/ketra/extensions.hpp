@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ketra/asn1/walk.hpp"
+#include "ketra/extensions/adobe.hpp"
 #include "ketra/extensions/application_policies.hpp"
 #include "ketra/extensions/authority_info_access.hpp"
 #include "ketra/extensions/authority_key_id.hpp"
@@ -14,6 +15,7 @@
 #include "ketra/extensions/crl_distribution_points.hpp"
 #include "ketra/extensions/crl_number.hpp"
 #include "ketra/extensions/delta_crl_indicator.hpp"
+#include "ketra/extensions/entrust_version_info.hpp"
 #include "ketra/extensions/etsi_short_term.hpp"
 #include "ketra/extensions/expired_certs_on_crl.hpp"
 #include "ketra/extensions/ext_key_usage.hpp"
@@ -29,6 +31,7 @@
 #include "ketra/extensions/microsoft_certificate_template.hpp"
 #include "ketra/extensions/microsoft_crl_self_cdp.hpp"
 #include "ketra/extensions/name_constraints.hpp"
+#include "ketra/extensions/netscape.hpp"
 #include "ketra/extensions/no_rev_avail.hpp"
 #include "ketra/extensions/ntds_ca_security.hpp"
 #include "ketra/extensions/ocsp_no_check.hpp"
@@ -63,9 +66,11 @@ using ExtensionTypes =
           PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, FreshestCrl, NoRevAvail,
           ExpiredCertsOnCrl, AuthorityInfoAccess, QcStatements, IpAddrBlocks, IpAddrBlocksV2, AutonomousSysIds,
           AutonomousSysIdsV2, SubjectInfoAccess, ProxyCertInfo, TlsFeature, OcspNoCheck, SctList, PrecertPoison,
-          CabfOrganizationIdentifier, TorServiceDescriptor, EtsiShortTerm, MicrosoftCertTypeName, MicrosoftCaVersion,
+          CabfOrganizationIdentifier, TorServiceDescriptor, EtsiShortTerm, NetscapeCertType, NetscapeBaseUrl,
+          NetscapeRevocationUrl, NetscapeCaRevocationUrl, NetscapeCertRenewalUrl, NetscapeCaPolicyUrl,
+          NetscapeSslServerName, NetscapeComment, MicrosoftCertTypeName, MicrosoftCaVersion,
           MicrosoftPreviousCaCertHash, MicrosoftVirtualBaseCrlNumber, MicrosoftNextCrlPublish,
           MicrosoftCertificateTemplate, ApplicationPolicies, ApplicationPolicyMappings, ApplicationPolicyConstraints,
-          MicrosoftCrlSelfCdp, NtdsCaSecurity>;
+          MicrosoftCrlSelfCdp, NtdsCaSecurity, EntrustVersionInfo, AdobeTimestamp, AdobeArchiveRevInfo>;
 
 }  // namespace ketra
