@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ketra/asn1/walk.hpp"
+#include "ketra/extensions/admission.hpp"
 #include "ketra/extensions/adobe.hpp"
 #include "ketra/extensions/application_policies.hpp"
 #include "ketra/extensions/authority_info_access.hpp"
@@ -20,6 +21,7 @@
 #include "ketra/extensions/expired_certs_on_crl.hpp"
 #include "ketra/extensions/ext_key_usage.hpp"
 #include "ketra/extensions/freshest_crl.hpp"
+#include "ketra/extensions/icao.hpp"
 #include "ketra/extensions/inhibit_any_policy.hpp"
 #include "ketra/extensions/instruction_code.hpp"
 #include "ketra/extensions/invalidity_date.hpp"
@@ -27,6 +29,7 @@
 #include "ketra/extensions/issuer_alt_name.hpp"
 #include "ketra/extensions/issuing_distribution_point.hpp"
 #include "ketra/extensions/key_usage.hpp"
+#include "ketra/extensions/lei.hpp"
 #include "ketra/extensions/microsoft.hpp"
 #include "ketra/extensions/microsoft_certificate_template.hpp"
 #include "ketra/extensions/microsoft_crl_self_cdp.hpp"
@@ -35,6 +38,7 @@
 #include "ketra/extensions/no_rev_avail.hpp"
 #include "ketra/extensions/ntds_ca_security.hpp"
 #include "ketra/extensions/ocsp_no_check.hpp"
+#include "ketra/extensions/piv.hpp"
 #include "ketra/extensions/policy_constraints.hpp"
 #include "ketra/extensions/policy_mappings.hpp"
 #include "ketra/extensions/precert_poison.hpp"
@@ -42,6 +46,7 @@
 #include "ketra/extensions/proxy_cert_info.hpp"
 #include "ketra/extensions/qc_statements.hpp"
 #include "ketra/extensions/reason_code.hpp"
+#include "ketra/extensions/restriction.hpp"
 #include "ketra/extensions/sct_list.hpp"
 #include "ketra/extensions/subject_alt_name.hpp"
 #include "ketra/extensions/subject_directory_attributes.hpp"
@@ -49,6 +54,7 @@
 #include "ketra/extensions/subject_key_id.hpp"
 #include "ketra/extensions/tls_feature.hpp"
 #include "ketra/extensions/tor_service_descriptor.hpp"
+#include "ketra/extensions/validity_model.hpp"
 #include "ketra/objects/extensions.hpp"
 
 /// The C++ library.
@@ -66,11 +72,12 @@ using ExtensionTypes =
           PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, FreshestCrl, NoRevAvail,
           ExpiredCertsOnCrl, AuthorityInfoAccess, QcStatements, IpAddrBlocks, IpAddrBlocksV2, AutonomousSysIds,
           AutonomousSysIdsV2, SubjectInfoAccess, ProxyCertInfo, TlsFeature, OcspNoCheck, SctList, PrecertPoison,
-          CabfOrganizationIdentifier, TorServiceDescriptor, EtsiShortTerm, NetscapeCertType, NetscapeBaseUrl,
-          NetscapeRevocationUrl, NetscapeCaRevocationUrl, NetscapeCertRenewalUrl, NetscapeCaPolicyUrl,
+          CabfOrganizationIdentifier, TorServiceDescriptor, EtsiShortTerm, Lei, LeiRole, NetscapeCertType,
+          NetscapeBaseUrl, NetscapeRevocationUrl, NetscapeCaRevocationUrl, NetscapeCertRenewalUrl, NetscapeCaPolicyUrl,
           NetscapeSslServerName, NetscapeComment, MicrosoftCertTypeName, MicrosoftCaVersion,
           MicrosoftPreviousCaCertHash, MicrosoftVirtualBaseCrlNumber, MicrosoftNextCrlPublish,
           MicrosoftCertificateTemplate, ApplicationPolicies, ApplicationPolicyMappings, ApplicationPolicyConstraints,
-          MicrosoftCrlSelfCdp, NtdsCaSecurity, EntrustVersionInfo, AdobeTimestamp, AdobeArchiveRevInfo>;
+          MicrosoftCrlSelfCdp, NtdsCaSecurity, EntrustVersionInfo, AdobeTimestamp, AdobeArchiveRevInfo, PivInterim,
+          IcaoNameChange, IcaoDocumentTypeList, Restriction, Admission, ValidityModel>;
 
 }  // namespace ketra
