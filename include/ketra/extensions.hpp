@@ -10,6 +10,7 @@
 #include "ketra/extensions/authority_key_id.hpp"
 #include "ketra/extensions/autonomous_sys_ids.hpp"
 #include "ketra/extensions/basic_constraints.hpp"
+#include "ketra/extensions/biometric_info.hpp"
 #include "ketra/extensions/cabf_organization_identifier.hpp"
 #include "ketra/extensions/cert_issuer.hpp"
 #include "ketra/extensions/cert_policies.hpp"
@@ -30,6 +31,7 @@
 #include "ketra/extensions/issuing_distribution_point.hpp"
 #include "ketra/extensions/key_usage.hpp"
 #include "ketra/extensions/lei.hpp"
+#include "ketra/extensions/logotype.hpp"
 #include "ketra/extensions/microsoft.hpp"
 #include "ketra/extensions/microsoft_certificate_template.hpp"
 #include "ketra/extensions/microsoft_crl_self_cdp.hpp"
@@ -48,6 +50,7 @@
 #include "ketra/extensions/reason_code.hpp"
 #include "ketra/extensions/restriction.hpp"
 #include "ketra/extensions/sct_list.hpp"
+#include "ketra/extensions/smime_capabilities.hpp"
 #include "ketra/extensions/subject_alt_name.hpp"
 #include "ketra/extensions/subject_directory_attributes.hpp"
 #include "ketra/extensions/subject_info_access.hpp"
@@ -70,14 +73,14 @@ using ExtensionTypes =
           BasicConstraints, CrlNumber, ReasonCode, HoldInstruction, InvalidityDate, DeltaCrlIndicator,
           IssuingDistributionPoint, CertificateIssuer, NameConstraints, CrlDistributionPoints, CertificatePolicies,
           PolicyMappings, AuthorityKeyId, PolicyConstraints, ExtKeyUsage, InhibitAnyPolicy, FreshestCrl, NoRevAvail,
-          ExpiredCertsOnCrl, AuthorityInfoAccess, QcStatements, IpAddrBlocks, IpAddrBlocksV2, AutonomousSysIds,
-          AutonomousSysIdsV2, SubjectInfoAccess, ProxyCertInfo, TlsFeature, OcspNoCheck, SctList, PrecertPoison,
-          CabfOrganizationIdentifier, TorServiceDescriptor, EtsiShortTerm, Lei, LeiRole, NetscapeCertType,
-          NetscapeBaseUrl, NetscapeRevocationUrl, NetscapeCaRevocationUrl, NetscapeCertRenewalUrl, NetscapeCaPolicyUrl,
-          NetscapeSslServerName, NetscapeComment, MicrosoftCertTypeName, MicrosoftCaVersion,
-          MicrosoftPreviousCaCertHash, MicrosoftVirtualBaseCrlNumber, MicrosoftNextCrlPublish,
-          MicrosoftCertificateTemplate, ApplicationPolicies, ApplicationPolicyMappings, ApplicationPolicyConstraints,
-          MicrosoftCrlSelfCdp, NtdsCaSecurity, EntrustVersionInfo, AdobeTimestamp, AdobeArchiveRevInfo, PivInterim,
-          IcaoNameChange, IcaoDocumentTypeList, Restriction, Admission, ValidityModel>;
+          ExpiredCertsOnCrl, AuthorityInfoAccess, BiometricInfo, SpanishBiometricInfo, QcStatements, IpAddrBlocks,
+          IpAddrBlocksV2, AutonomousSysIds, AutonomousSysIdsV2, SubjectInfoAccess, Logotype, ProxyCertInfo, TlsFeature,
+          OcspNoCheck, SmimeCapabilities, SctList, PrecertPoison, CabfOrganizationIdentifier, TorServiceDescriptor,
+          EtsiShortTerm, Lei, LeiRole, NetscapeCertType, NetscapeBaseUrl, NetscapeRevocationUrl,
+          NetscapeCaRevocationUrl, NetscapeCertRenewalUrl, NetscapeCaPolicyUrl, NetscapeSslServerName, NetscapeComment,
+          MicrosoftCertTypeName, MicrosoftCaVersion, MicrosoftPreviousCaCertHash, MicrosoftVirtualBaseCrlNumber,
+          MicrosoftNextCrlPublish, MicrosoftCertificateTemplate, ApplicationPolicies, ApplicationPolicyMappings,
+          ApplicationPolicyConstraints, MicrosoftCrlSelfCdp, NtdsCaSecurity, EntrustVersionInfo, AdobeTimestamp,
+          AdobeArchiveRevInfo, PivInterim, IcaoNameChange, IcaoDocumentTypeList, Restriction, Admission, ValidityModel>;
 
 }  // namespace ketra
