@@ -22,6 +22,7 @@
 #include "ketra/extensions/expired_certs_on_crl.hpp"
 #include "ketra/extensions/ext_key_usage.hpp"
 #include "ketra/extensions/freshest_crl.hpp"
+#include "ketra/extensions/fulcio.hpp"
 #include "ketra/extensions/icao.hpp"
 #include "ketra/extensions/inhibit_any_policy.hpp"
 #include "ketra/extensions/instruction_code.hpp"
@@ -81,6 +82,11 @@ using ExtensionTypes =
           MicrosoftCertTypeName, MicrosoftCaVersion, MicrosoftPreviousCaCertHash, MicrosoftVirtualBaseCrlNumber,
           MicrosoftNextCrlPublish, MicrosoftCertificateTemplate, ApplicationPolicies, ApplicationPolicyMappings,
           ApplicationPolicyConstraints, MicrosoftCrlSelfCdp, NtdsCaSecurity, EntrustVersionInfo, AdobeTimestamp,
-          AdobeArchiveRevInfo, PivInterim, IcaoNameChange, IcaoDocumentTypeList, Restriction, Admission, ValidityModel>;
+          AdobeArchiveRevInfo, PivInterim, IcaoNameChange, IcaoDocumentTypeList, Restriction, Admission, ValidityModel,
+          FulcioIssuer, FulcioBuildSignerUri, FulcioBuildSignerDigest, FulcioRunnerEnvironment,
+          FulcioSourceRepositoryUri, FulcioSourceRepositoryDigest, FulcioSourceRepositoryRef,
+          FulcioSourceRepositoryIdentifier, FulcioSourceRepositoryOwnerUri, FulcioSourceRepositoryOwnerIdentifier,
+          FulcioBuildConfigUri, FulcioBuildConfigDigest, FulcioBuildTrigger, FulcioRunInvocationUri,
+          FulcioSourceRepositoryVisibility, FulcioDeploymentEnvironment>;
 
 }  // namespace ketra
