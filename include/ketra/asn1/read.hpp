@@ -199,24 +199,11 @@ KETRA_INLINE bool nextMember(Reader &in, Tlv &tlv, Fault &fault) {
   }
 }
 
-// How many members stand side by side; the one that cannot be read, with all after it, counts as one.
-template <class T>
-std::size_t countOf(Reader in) {
-  std::size_t count = 0;
-  Tlv tlv;
-  Fault fault;
-  while (!in.done()) {
-    ++count;
-    if (!nextMember<T>(in, tlv, fault)) break;
-  }
-  return count;
-}
-
 template <bool kOwning, class T>
 KETRA_INLINE bool readList(const Tlv &tlv, T &list, As as, Fault &fault) {
   if (as.isNonEmpty && tlv.content == tlv.contentEnd) return fail(fault, Reason::EmptyList, tlv.octets);
   if constexpr (kOwning) {
-    list.reserve(countOf<typename MemberOf<T>::type>(tlv.reader()));
+    list.reserve(countEach(tlv.reader(), nextMember<typename MemberOf<T>::type>));
     Tlv member;
     for (Reader in = tlv.reader(); !in.done();) {
       if (!readNext<true>(in, member, list.emplace_back(), fault)) return false;
@@ -414,7 +401,7 @@ class Range {
   /// @}
   bool empty() const { return contents_.empty(); }  ///< whether there are no members, not even faulty ones
   /// How many members there are, by their headers alone.
-  std::size_t size() const { return detail::countOf<T>(Reader(contents_)); }
+  std::size_t size() const { return detail::countEach(Reader(contents_), detail::nextMember<T>); }
   /// The contents octets.
   View octets() const { return contents_; }
 
