@@ -432,11 +432,19 @@ class WellFormed {
     if (optionals_++ == 0) {
       for (bool &taken : taken_) taken = false;
     }
-    for (int octet = 0; octet < 256; ++octet) {
-      if ((octet & ~0x20) == 0 || !matches<T>(as, static_cast<uint8_t>(octet))) continue;
-      if (taken_[octet]) isRight_ = false;
-      taken_[octet] = true;
+    const uint8_t only = kHasShape<T, Shape::Is> ? 0 : identifierOf<T>(as);
+    if (only != 0) {  // most have one octet, or two: the others take a while to find
+      take(only);
+      if (matches<T>(as, static_cast<uint8_t>(only ^ 0x20))) take(only ^ 0x20);
+      return;
     }
+    for (int octet = 0; octet < 256; ++octet) {
+      if ((octet & ~0x20) != 0 && matches<T>(as, static_cast<uint8_t>(octet))) take(octet);
+    }
+  }
+  constexpr void take(int octet) {
+    if (taken_[octet]) isRight_ = false;
+    taken_[octet] = true;
   }
 
   template <class T>
