@@ -1,5 +1,6 @@
 /// @file
-/// All of the C++ library: every typed extension, the objects that hold them, and what is written once over all types.
+/// All of the C++ library: every typed extension, certificates, CRLs and requests, and what is written once over all
+/// types.
 /// Header only; C++17. What needs the libraries is ketra/c.hpp.
 #pragma once
 
@@ -8,3 +9,7 @@
 #include "ketra/asn1/explain.hpp"
 #include "ketra/asn1/walk.hpp"
 #include "ketra/extensions.hpp"
+#include "ketra/objects/certificate.hpp"
+#include "ketra/objects/crl.hpp"
+#include "ketra/objects/recognise.hpp"
+#include "ketra/objects/request.hpp"

@@ -369,8 +369,8 @@ TEST(ExtensionsObject, IsReadByManyThreads) {
 }
 
 // What a walk has seen, as fields to build from.
-struct Field : Fields {
-  std::vector<std::pair<std::string, std::unique_ptr<Field>>> members;
+struct Node : Fields {
+  std::vector<std::pair<std::string, std::unique_ptr<Node>>> members;
   std::optional<Octets> octets;
   const Fields *member(const char *name) const override {
     for (const auto &[each, field] : members) {
@@ -385,7 +385,7 @@ struct Field : Fields {
 
 class Recorder : public Visitor {
  public:
-  Field root;
+  Node root;
   void enter(const char *name, const Structure &) override { open_.push_back(add(name)); }
   void leave() override { open_.pop_back(); }
   void leaf(const char *name, const LeafValue &value) override { add(name)->octets = value.encoding(); }
@@ -393,11 +393,11 @@ class Recorder : public Visitor {
   void fault(const char *, View, const Fault &) override { ADD_FAILURE(); }
 
  private:
-  Field *add(const char *name) {
-    Field &in = open_.empty() ? root : *open_.back();
-    return in.members.emplace_back(name == nullptr ? "" : name, std::make_unique<Field>()).second.get();
+  Node *add(const char *name) {
+    Node &in = open_.empty() ? root : *open_.back();
+    return in.members.emplace_back(name == nullptr ? "" : name, std::make_unique<Node>()).second.get();
   }
-  std::vector<Field *> open_;
+  std::vector<Node *> open_;
 };
 
 TEST(Build, GivesTheValueThatWasWalked) {

@@ -24,9 +24,11 @@ class DerCheck {
  public:
   explicit DerCheck(Report &report) : report_(report) {}
 
-  template <class T>
+  template <class Component>
   void value(const Tlv &tlv, As as) {
+    using T = typename ValueOf<Component>::type;
     length(tlv);
+    if (kIsField<Component> && !matches<T>(as, tlv.identifier)) return;  // it cannot be read, and keeps no rule
     if (!as.isExplicit) return contents<T>(tlv, as);
     as.number = -1;
     as.isExplicit = false;
@@ -88,7 +90,8 @@ class DerCheck {
   template <class T>
   void leaf(const Tlv &tlv) {
     if constexpr (Leaf<T>::kind == LeafKind::Boolean) {
-      if (*tlv.content != 0 && *tlv.content != 0xFF) tell(Reason::TrueOctet, tlv.content, *tlv.content);
+      if (tlv.size() == 1 && *tlv.content != 0 && *tlv.content != 0xFF)
+        tell(Reason::TrueOctet, tlv.content, *tlv.content);
     } else if constexpr (Leaf<T>::kind == LeafKind::BitString) {
       bits(tlv.contents(), false);
     } else if constexpr (Leaf<T>::kind == LeafKind::Time) {
@@ -163,7 +166,9 @@ class DerCheck {
     template <class T>
     bool operator()(const char *, T &, As as = {}) {
       Tlv tlv;
-      return take<T>(as, tlv);
+      if (in.done() || !fits<T>(as, *in.at) || !check.next(in, tlv)) return false;
+      check.template value<T>(tlv, as);
+      return true;
     }
     template <class T>
     bool operator()(const char *, std::optional<T> &, As as = {}) {

@@ -34,6 +34,8 @@ namespace ketra {
 
 template <class T>
 class Range;  // read.hpp
+template <class T>
+class Field;  // field.hpp
 
 /// The form of a value that owns all that it holds.
 struct Owned {
@@ -93,6 +95,9 @@ enum class Shape : uint8_t {
   Bits       ///< BIT STRING with named bits: bools, and visit.nameless(bits) for the rest
 };
 
+/// How the members of a value belong together: as its description says, or as those of a list (walk.hpp).
+enum class Group : uint8_t { Sequence, Choice, Is, Bits, List };
+
 /// One alternative of a CHOICE.
 struct Alternative {
   const char *name;  ///< as in the ASN.1
@@ -137,8 +142,8 @@ enum class LeafKind : uint8_t {
 /// its length.
 ///
 /// Those of the library: bool, Null, IntegerOf, EnumeratedLeaf, BitsOf, OctetStringOf, ObjectIdentifierOf, Time
-/// (GeneralizedTime), UtcTime, TextOf (any string type), DirectoryStringOf, Ia5StringOf and its like (one string type),
-/// NameOf, GeneralNameOf, SctOf, and AnyOf for open types.
+/// (GeneralizedTime), EitherTime, TextOf (any string type), DirectoryStringOf, Ia5StringOf and its like (one string
+/// type), NameOf, GeneralNameOf, SctOf, and AnyOf for open types.
 template <class T>
 struct Leaf;
 
@@ -246,8 +251,20 @@ struct ShapeOf : std::integral_constant<Shape, Shape::Sequence> {};
 template <class T>
 struct ShapeOf<T, std::void_t<decltype(T::shape)>> : std::integral_constant<Shape, T::shape> {};
 
+// The type of the value in a field; any other type as it is.
 template <class T>
-inline constexpr bool kIsDescribed = !IsLeaf<T>::value && !kIsList<T>;
+struct ValueOf {
+  using type = T;
+};
+template <class T>
+struct ValueOf<Field<T>> {
+  using type = T;
+};
+template <class T>
+inline constexpr bool kIsField = !std::is_same_v<T, typename ValueOf<T>::type>;
+
+template <class T>
+inline constexpr bool kIsDescribed = !IsLeaf<T>::value && !kIsList<T> && !kIsField<T>;
 template <class T, Shape shape>
 inline constexpr bool kHasShape = kIsDescribed<T> &&ShapeOf<T>::value == shape;
 
@@ -292,7 +309,9 @@ struct IdentifierOfOnly {
 
 template <class T>
 constexpr uint8_t universalIdentifierOf(As as) {
-  if constexpr (IsLeaf<T>::value) {
+  if constexpr (kIsField<T>) {
+    return universalIdentifierOf<typename ValueOf<T>::type>(as);
+  } else if constexpr (IsLeaf<T>::value) {
     return Leaf<T>::identifier;
   } else if constexpr (kIsTlsList<T>) {
     return 0x04;
@@ -348,10 +367,14 @@ struct MatchAlternative {
   }
 };
 
-// Whether a value may begin with this octet.
+// Whether a value may begin with this octet. That of a field may be primitive where it should be constructed, and the
+// other way round: its fault then, and of nothing around it.
 template <class T>
 constexpr bool matches(As as, uint8_t identifier) {
-  if constexpr (IsLeaf<T>::value) {
+  if constexpr (kIsField<T>) {
+    using Value = typename ValueOf<T>::type;
+    return matches<Value>(as, identifier) || matches<Value>(as, static_cast<uint8_t>(identifier ^ 0x20));
+  } else if constexpr (IsLeaf<T>::value) {
     if constexpr (Leaf<T>::identifier == 0) {
       if (as.number < 0) return Leaf<T>::matches(identifier);
     }
@@ -372,6 +395,17 @@ constexpr bool matches(As as, uint8_t identifier) {
   return identifier == expected || (inSegments<T>() && !as.isExplicit && identifier == (expected | 0x20));
 }
 
+// Whether this octet begins a component that is not optional. A field has any universal tag, as long as it is
+// constructed or primitive as its type is: so another component is hardly ever taken for one that is missing.
+template <class T>
+constexpr bool fits(As as, uint8_t identifier) {
+  if constexpr (kIsField<T>) {
+    const int form = matches<typename ValueOf<T>::type>(as, 0x30) ? 0x20 : 0;
+    if (as.number < 0 && (identifier & 0xE0) == form && identifier != form) return true;
+  }
+  return matches<T>(as, identifier);
+}
+
 // Checks a description when it is compiled: no component begins like an optional one before it, no alternative like
 // another.
 class WellFormed {
@@ -385,7 +419,8 @@ class WellFormed {
     if (shape_ == Shape::Bits) {
       addBit(as.number);
     } else {
-      add<T>(as);
+      judge<T>(as);
+      if (optionals_ > 0) take<T>(as);
       optionals_ = 0;
     }
     return true;
@@ -422,27 +457,38 @@ class WellFormed {
     }
   }
 
-  template <class T>
-  constexpr void add(As as) {
+  template <class Component>
+  constexpr void judge(As as) {
+    using T = typename ValueOf<Component>::type;
     if (as.number > 30) isRight_ = false;
     // A type with several tags cannot take another one in their place (X.680 31.2.7).
     if (as.number >= 0 && !as.isExplicit && universalIdentifierOf<T>(as) == 0) isRight_ = false;
     if ((as.isNonEmpty || as.isNonEmptyWhenSet || as.isSet) && !kIsList<T>) isRight_ = false;
     if (as.isNatural && !isInteger<T>()) isRight_ = false;
+  }
+
+  // A component that may be absent: what it may begin with, nothing up to the next one that is there may begin with.
+  template <class T>
+  constexpr void add(As as) {
+    judge<T>(as);
     if (optionals_++ == 0) {
       for (bool &taken : taken_) taken = false;
     }
-    const uint8_t only = kHasShape<T, Shape::Is> ? 0 : identifierOf<T>(as);
-    if (only != 0) {  // most have one octet, or two: the others take a while to find
-      take(only);
-      if (matches<T>(as, static_cast<uint8_t>(only ^ 0x20))) take(only ^ 0x20);
-      return;
-    }
-    for (int octet = 0; octet < 256; ++octet) {
-      if ((octet & ~0x20) != 0 && matches<T>(as, static_cast<uint8_t>(octet))) take(octet);
+    take<T>(as);
+  }
+  template <class T>
+  constexpr void take(As as) {
+    const uint8_t only = identifierOf<T>(as);
+    if (only != 0) {
+      takeOctet<T>(as, only);
+      takeOctet<T>(as, only ^ 0x20);
+    } else {
+      for (int octet = 1; octet < 256; ++octet) takeOctet<T>(as, octet);
     }
   }
-  constexpr void take(int octet) {
+  template <class T>
+  constexpr void takeOctet(As as, int octet) {
+    if ((octet & ~0x20) == 0 || !matches<T>(as, static_cast<uint8_t>(octet))) return;
     if (taken_[octet]) isRight_ = false;
     taken_[octet] = true;
   }

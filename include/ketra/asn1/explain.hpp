@@ -25,7 +25,10 @@ class Path {
 
   template <class T>
   void into(const Tlv &tlv, As as) {
-    if (as.isExplicit) {
+    if constexpr (kIsField<T>) {
+      using Value = typename ValueOf<T>::type;
+      if (matches<Value>(as, tlv.identifier)) into<Value>(tlv, as);
+    } else if (as.isExplicit) {
       Reader in = tlv.reader();
       Tlv inner;
       Fault fault;
@@ -89,24 +92,24 @@ class Path {
     Reader in;
     template <class T>
     bool operator()(const char *name, T &, As as = {}) {
-      return next<T>(name, as, in.at == path.at_);
+      return next<T>(name, as, false);
     }
     template <class T>
     bool operator()(const char *name, std::optional<T> &, As as = {}) {
-      return next<T>(name, as, false);
+      return next<T>(name, as, true);
     }
     template <class T, auto D>
     bool operator()(const char *name, Default<T, D> &, As as = {}) {
-      return next<T>(name, as, false);
+      return next<T>(name, as, true);
     }
 
    private:
     // False when the octet has been found.
     template <class T>
-    bool next(const char *name, As as, bool isMissingHere) {
+    bool next(const char *name, As as, bool isOptional) {
       const uint8_t *const begin = in.at;
-      const bool isThere = !in.done() && matches<T>(as, *in.at);
-      if (!isThere && !isMissingHere) return true;
+      const bool isThere = !in.done() && (isOptional ? matches<T>(as, *in.at) : fits<T>(as, *in.at));
+      if (!isThere && (isOptional || in.at != path.at_)) return true;
       Tlv tlv;
       Fault fault;
       const bool isRead = isThere && readTlv(in, tlv, fault);
@@ -153,21 +156,35 @@ std::string typeName() {
 
 }  // namespace detail
 
-/// A fault in words, with its place in the octets of a value of type T: "length 9 exceeds the 2 remaining octets at
-/// offset 12 (NameConstraints/excludedSubtrees/2/maximum)". `octets` are those that were read, from their beginning.
+/// Where a fault is.
+struct FaultPlace {
+  std::size_t offset = 0;  ///< from the beginning of the octets
+  std::string path;        ///< "NameConstraints/excludedSubtrees/2/maximum"; members of lists by number, from 1
+};
+
+/// The place of a fault in the octets of a value of type T. `octets` are those that were read, from their beginning.
+/// Nothing when the fault has no address.
 template <class T>
-std::string explain(View octets, const Fault &fault) {
+std::optional<FaultPlace> placeOf(View octets, const Fault &fault) {
   using V = typename detail::ViewedOf<T>::type;
-  std::string text = fault.text();
-  if (fault.at == nullptr) return text;
-  text += " at offset " + std::to_string(fault.at - octets.begin()) + " (" + detail::typeName<T>();
+  if (fault.at == nullptr) return std::nullopt;
+  FaultPlace place{static_cast<std::size_t>(fault.at - octets.begin()), detail::typeName<T>()};
   Tlv tlv;
   Fault ignored;
   Reader in(octets);
   if (detail::readTlv(in, tlv, ignored) && detail::matches<V>({}, tlv.identifier)) {
-    detail::Path(fault.at, text).into<V>(tlv, {});
+    detail::Path(fault.at, place.path).template into<V>(tlv, {});
   }
-  return text + ")";
+  return place;
+}
+
+/// A fault in words, with its place in the octets of a value of type T: "length 9 exceeds the 2 remaining octets at
+/// offset 12 (NameConstraints/excludedSubtrees/2/maximum)".
+template <class T>
+std::string explain(View octets, const Fault &fault) {
+  const std::optional<FaultPlace> place = placeOf<T>(octets, fault);
+  if (!place) return fault.text();
+  return fault.text() + " at offset " + std::to_string(place->offset) + " (" + place->path + ")";
 }
 
 }  // namespace ketra

@@ -76,6 +76,8 @@ enum : uint32_t {
   X(Rule, FaultCode_Rule, "against a rule of the standard")                                                     \
   X(TlsEnded, FaultCode_Tls, "a TLS structure ends early: #a octets are needed, #b remain")                     \
   X(TlsTrailing, FaultCode_Tls, "#a octets after the end of a TLS structure")                                   \
+  X(Repeated, FaultCode_Rule, "it is there more than once")                                                     \
+  X(OneValue, FaultCode_Rule, "#a values, one is required")                                                     \
   X(LengthForm, AsnError_NotDer, "the length is not in its shortest form (X.690 10.1)")                         \
   X(Indefinite, AsnError_NotDer, "indefinite length (X.690 10.1)")                                              \
   X(InSegments, AsnError_NotDer, "a string in segments (X.690 10.2)")                                           \

@@ -43,7 +43,7 @@ class ReadComponents {
 
   template <class T>
   KETRA_INLINE bool operator()(const char *, T &member, As as = {}) {
-    if (in_.done() || !matches<T>(as, *in_.at)) return failOtherTag(in_, identifierOf<T>(as), fault_);
+    if (in_.done() || !fits<T>(as, *in_.at)) return failOtherTag(in_, identifierOf<T>(as), fault_);
     return next(member, as);
   }
   template <class T>
@@ -199,11 +199,22 @@ KETRA_INLINE bool nextMember(Reader &in, Tlv &tlv, Fault &fault) {
   }
 }
 
+// How many members there are, counted as countTlvs() does.
+template <class T>
+std::size_t countMembersOf(Reader in) {
+  if constexpr (!IsFramed<T>::value) return countTlvs(in);
+  std::size_t count = 0;
+  Tlv tlv;
+  Fault fault;
+  while (!in.done() && nextMember<T>(in, tlv, fault)) ++count;
+  return count + (in.done() ? 0 : 1);
+}
+
 template <bool kOwning, class T>
 KETRA_INLINE bool readList(const Tlv &tlv, T &list, As as, Fault &fault) {
   if (as.isNonEmpty && tlv.content == tlv.contentEnd) return fail(fault, Reason::EmptyList, tlv.octets);
   if constexpr (kOwning) {
-    list.reserve(countEach(tlv.reader(), nextMember<typename MemberOf<T>::type>));
+    list.reserve(countMembersOf<typename MemberOf<T>::type>(tlv.reader()));
     Tlv member;
     for (Reader in = tlv.reader(); !in.done();) {
       if (!readNext<true>(in, member, list.emplace_back(), fault)) return false;
@@ -213,6 +224,12 @@ KETRA_INLINE bool readList(const Tlv &tlv, T &list, As as, Fault &fault) {
   }
   return true;
 }
+
+// Whether a type has room for its own encoding: the part of an object that is signed.
+template <class T, class = void>
+struct KeepsOctets : std::false_type {};
+template <class T>
+struct KeepsOctets<T, std::void_t<typename T::SignedPart>> : std::is_same<typename T::SignedPart, T> {};
 
 // What a value is made of; its tag has been judged.
 template <bool kOwning, class T>
@@ -241,6 +258,7 @@ KETRA_INLINE bool readContents(const Tlv &tlv, T &value, As as, Fault &fault) {
     return T::describe(value, visit);
   } else {
     static_assert(kHasShape<T, Shape::Sequence>, "no shape that can be read");
+    if constexpr (KeepsOctets<T>::value) value.signedOctets = tlv.whole();
     ReadComponents<kOwning> visit(tlv.reader(), fault);
     if (!T::describe(value, visit)) return false;
     const Reader rest = visit.rest();
@@ -250,10 +268,9 @@ KETRA_INLINE bool readContents(const Tlv &tlv, T &value, As as, Fault &fault) {
   }
 }
 
-// A component that matches: an EXPLICIT tag wraps exactly one value.
+// An EXPLICIT tag wraps exactly one value.
 template <bool kOwning, class T>
-KETRA_INLINE bool readTagged(const Tlv &tlv, T &value, As as, Fault &fault) {
-  if (!as.isExplicit) return readContents<kOwning>(tlv, value, as, fault);
+KETRA_INLINE bool readInside(const Tlv &tlv, T &value, As as, Fault &fault) {
   Reader in = tlv.reader();
   Tlv inner;
   if (in.done()) return fail(fault, Reason::EmptyExplicit, tlv.octets);
@@ -262,6 +279,19 @@ KETRA_INLINE bool readTagged(const Tlv &tlv, T &value, As as, Fault &fault) {
   if (!matches<T>(as, inner.identifier)) return failOtherTag({inner.octets, inner.end}, identifierOf<T>(as), fault);
   if (!readContents<kOwning>(inner, value, as, fault)) return false;
   return in.done() || fail(fault, Reason::CrowdedExplicit, in.at);
+}
+
+// A component that matches.
+template <bool kOwning, class T>
+KETRA_INLINE bool readTagged(const Tlv &tlv, T &value, As as, Fault &fault) {
+  if constexpr (kIsField<T>) {
+    value = T(tlv.whole(), as);
+    return true;
+  } else if (!as.isExplicit) {
+    return readContents<kOwning>(tlv, value, as, fault);
+  } else {
+    return readInside<kOwning>(tlv, value, as, fault);
+  }
 }
 
 // One encoding that is already there, of the type by its own tag.
@@ -328,6 +358,8 @@ class Item {
  private:
   template <class>
   friend class Range;
+  template <class>
+  friend class Field;
   template <class U>
   friend Item<U> view(View octets);
 
@@ -401,7 +433,7 @@ class Range {
   /// @}
   bool empty() const { return contents_.empty(); }  ///< whether there are no members, not even faulty ones
   /// How many members there are, by their headers alone.
-  std::size_t size() const { return detail::countEach(Reader(contents_), detail::nextMember<T>); }
+  std::size_t size() const { return detail::countMembersOf<T>(Reader(contents_)); }
   /// The contents octets.
   View octets() const { return contents_; }
 
@@ -481,6 +513,10 @@ struct FindFault {
         }
         if (!look(member)) return false;
       }
+    } else if constexpr (kIsField<T>) {
+      const auto item = value.value();
+      fault = item.fault();
+      return item && look(*item);
     } else if constexpr (kIsDescribed<T>) {
       return T::describe(value, *this);
     }

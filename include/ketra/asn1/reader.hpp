@@ -155,21 +155,16 @@ KETRA_INLINE bool readOnly(View octets, Tlv &tlv, Fault &fault) {
   return readTlv(in, tlv, fault) && (in.done() || fail(fault, Reason::Trailing, in.at, in.left()));
 }
 
-// How many encodings stand side by side, as next(in, tlv, fault) goes past them; the one that cannot be read, with all
-// after it, counts as one.
-template <class Next>
-std::size_t countEach(Reader in, const Next &next) {
+// How many encodings stand side by side; the one that cannot be read, with all after it, counts as one.
+inline std::size_t countTlvs(Reader in) {
   std::size_t count = 0;
   Tlv tlv;
   Fault fault;
   while (!in.done()) {
     ++count;
-    if (!next(in, tlv, fault)) break;
+    if (!readTlv(in, tlv, fault)) break;
   }
   return count;
-}
-inline std::size_t countTlvs(Reader in) {
-  return countEach(in, [](Reader &at, Tlv &tlv, Fault &fault) { return readTlv(at, tlv, fault); });
 }
 
 }  // namespace detail

@@ -18,9 +18,6 @@
 
 namespace ketra {
 
-/// How the members of a value belong together.
-enum class Group : uint8_t { Sequence, Choice, Is, Bits, List };
-
 /// What a walk meets. Names are null for the members of lists.
 class Visitor {
  public:
@@ -72,7 +69,7 @@ class Visitor {
   virtual void leaf(const char *name, const LeafValue &value) = 0;
   /// A component with a DEFAULT that is not written.
   virtual void absent(const char *name, const LeafValue &byDefault) = 0;
-  /// A member of a list that cannot be read.
+  /// A member of a list, or a field, that cannot be read.
   virtual void fault(const char *name, View octets, const Fault &fault) = 0;
 };
 
@@ -183,6 +180,9 @@ struct Walk {
         }
       }
       visitor.leave();
+    } else if constexpr (kIsField<T>) {
+      const auto item = value.value();
+      item ? walk(name, *item) : visitor.fault(name, item.octets(), item.fault());
     } else {
       visitor.enter(name, WalkStructure::of(value));
       T::describe(value, *this);

@@ -186,7 +186,9 @@ void writeContents(const T &value, As as, Writer &out) {
 
 template <class T>
 void writeValue(const T &value, As as, Writer &out) {
-  if constexpr (kHasShape<T, Shape::Is>) {
+  if constexpr (kIsField<T>) {
+    out.octets(value.octets());
+  } else if constexpr (kHasShape<T, Shape::Is>) {
     WriteOnlyMember visit{out, as};
     T::describe(value, visit);
   } else if (as.isExplicit) {

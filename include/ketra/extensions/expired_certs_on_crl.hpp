@@ -11,6 +11,14 @@
 
 namespace ketra {
 
+/// GeneralizedTime. A UTCTime can be read, too, and stays one.
+struct GeneralTime : EitherTime {
+  GeneralTime() = default;
+  GeneralTime(Time of) : EitherTime(of) { isUtcTime = false; }  ///< a GeneralizedTime
+};
+template <>
+struct Leaf<GeneralTime> : Leaf<EitherTime> {};
+
 // ExpiredCertsOnCRL ::= GeneralizedTime                          X.509 9.5.2.8
 //
 // UTCTime occurs in practice.
@@ -21,7 +29,7 @@ struct ExpiredCertsOnCrlOf {
   static constexpr std::optional<bool> critical = false;
   static constexpr Shape shape = Shape::Is;
 
-  TimeChoiceOf<Form> since{};  ///< those that expired then or later stay
+  GeneralTime since{};  ///< those that expired then or later stay
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {

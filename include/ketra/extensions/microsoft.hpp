@@ -95,7 +95,7 @@ using MicrosoftVirtualBaseCrlNumberView = MicrosoftVirtualBaseCrlNumberOf<Viewed
 
 // Time: when the next CRL will be there
 template <class Form>
-struct MicrosoftNextCrlPublishOf : Scalar<TimeChoiceOf<Form>> {
+struct MicrosoftNextCrlPublishOf : Scalar<EitherTime> {
   static constexpr std::string_view name = "MicrosoftNextCRLPublish";
   static constexpr OidLiteral oid = "1.3.6.1.4.1.311.21.4"_oid;
 };

@@ -17,6 +17,7 @@
 
 #include "ketra/asn1/equal.hpp"
 #include "ketra/asn1/explain.hpp"
+#include "ketra/asn1/field.hpp"
 #include "ketra/asn1/oid.hpp"
 #include "ketra/asn1/read.hpp"
 #include "ketra/asn1/write.hpp"
@@ -107,6 +108,9 @@ inline ExtensionBeginning beginningOf(View extension) {
 
 }  // namespace detail
 
+/// An extension list as a field of an object, if it is there.
+using ExtensionsField = std::optional<Field<Range<ExtensionView>>>;
+
 /// The extensions of an Extensions SEQUENCE in place. Reads nothing ahead, allocates nothing, and any number of threads
 /// can use one.
 class ExtensionsView {
@@ -124,6 +128,20 @@ class ExtensionsView {
     members_ = Range<ExtensionView>(tlv.contents());
   }
 
+  /// Of a field of an object; none when it is absent.
+  explicit ExtensionsView(const ExtensionsField &field) {
+    if (!field) return;
+    const auto list = field->value();
+    fault_ = list.fault();
+    if (list) members_ = *list;
+  }
+
+  /// Without extensions, for that reason.
+  static ExtensionsView faulty(const Fault &fault) {
+    ExtensionsView view;
+    view.fault_ = fault;
+    return view;
+  }
   /// Of its contents octets: extensions one after the other.
   static ExtensionsView ofMembers(View members) {
     ExtensionsView view;
@@ -131,7 +149,8 @@ class ExtensionsView {
     return view;
   }
 
-  /// What is wrong with the SEQUENCE itself: then there are no extensions. Each of them has its own.
+  /// What is wrong with the SEQUENCE itself: then there are no extensions to visit, and any that is looked for is
+  /// faulty. Each of them has its own.
   const Fault &fault() const { return fault_; }
 
   /// Each extension, good or faulty, in the order of the encoding.
@@ -152,6 +171,7 @@ class ExtensionsView {
   /// The first extension with an identifier. One that is faulty, but for its identifier, is found as faulty.
   template <class Oid>
   Found<ExtensionView> find(const Oid &oid) const {
+    if (fault_) return Found<ExtensionView>(Item<ExtensionView>::faulty({}, fault_), false);
     for (const auto &extension : *this) {
       if (extension) {
         if (extension->extnID == oid) return Found<ExtensionView>(extension, extension->critical.value());

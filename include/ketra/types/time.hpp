@@ -5,9 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string>
-#include <variant>
 
 #include "ketra/asn1/describe.hpp"
 #include "ketra/asn1/read.hpp"
@@ -46,9 +44,21 @@ class TimeReader {
 
   // YYYYMMDDHH[MM[SS]][.f][Z|+HH[MM]|-HH[MM]] (X.680 46). Times without an offset, local ones, do not fit.
   bool generalized(int64_t &microseconds, Fault &fault) {
-    uint32_t year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
-    if (!number(4, 0, 9999, year) || !number(2, 1, 12, month) || !number(2, 1, daysInMonth(year, month), day) ||
-        !number(2, 0, 24, hour)) {
+    uint32_t year = 0;
+    return number(4, 0, 9999, year) ? rest(year, false, microseconds, fault) : malformed(fault);
+  }
+  // YYMMDDHHMM[SS](Z|+HHMM|-HHMM) (X.680 47), of the years 1950 to 2049 (RFC 5280 4.1.2.5.1).
+  bool utc(int64_t &microseconds, Fault &fault) {
+    uint32_t year = 0;
+    if (!number(2, 0, 99, year)) return malformed(fault);
+    return rest(year + (year < 50 ? 2000 : 1900), true, microseconds, fault);
+  }
+
+ private:
+  bool rest(uint32_t year, bool isUtc, int64_t &microseconds, Fault &fault) {
+    uint32_t month = 0, day = 0, hour = 0, minute = 0, second = 0;
+    if (!number(2, 1, 12, month) || !number(2, 1, daysInMonth(year, month), day) || !number(2, 0, 24, hour) ||
+        (isUtc && !isDigit())) {
       return malformed(fault);
     }
     int64_t unit = 3600 * kMicroseconds;
@@ -62,13 +72,13 @@ class TimeReader {
     }
     if (hour == 24 || second == 60) fits_ = false;
     microseconds = (daysOf(year, month, day) * kSecondsPerDay + (hour * 60 + minute) * 60 + second) * kMicroseconds;
-    if ((accept('.') || accept(',')) && !fraction(unit, microseconds)) return malformed(fault);
+    if (!isUtc && (accept('.') || accept(',')) && !fraction(unit, microseconds)) return malformed(fault);
+    if (isUtc && in_.left() != 1 && in_.left() != 5) return malformed(fault);  // Z, or an offset with minutes
     if (!zone(microseconds)) return malformed(fault);
     const bool isInside = microseconds >= kTimeBegin && microseconds < kTimeEnd;
     return (fits_ && isInside) || fail(fault, Reason::TimeRange, start_);
   }
 
- private:
   bool malformed(Fault &fault) const { return fail(fault, Reason::Time, start_); }
   bool isDigit() const { return !in_.done() && *in_.at >= '0' && *in_.at <= '9'; }
   bool accept(char c) {
@@ -211,72 +221,68 @@ struct Leaf<Time> {
   static std::string text(Time value) { return timeText(value); }
 };
 
-/// UTCTime: a time of the years 1950 to 2049, in seconds (RFC 5280 4.1.2.5.1).
-struct UtcTime {
-  Time time{};
-  friend bool operator==(UtcTime a, UtcTime b) { return a.time == b.time; }
-  friend bool operator!=(UtcTime a, UtcTime b) { return a.time != b.time; }
-};
-
-/// YYMMDDHHMM[SS](Z|+HHMM|-HHMM) (X.680 47), read as a GeneralizedTime with its century; written in the form of DER.
-template <>
-struct Leaf<UtcTime> {
-  static constexpr LeafKind kind = LeafKind::Time;
-  static constexpr uint8_t identifier = 0x17;
-  static constexpr bool inSegments = true;
-  static bool read(const Tlv &tlv, UtcTime &value, Fault &fault) {
-    const View content = tlv.contents();
-    uint8_t octets[19];
-    bool isRight = content.size() >= 11 && content.size() <= sizeof octets - 2;
-    for (std::size_t i = 0; isRight && i < content.size(); ++i) {
-      isRight = i < 10 ? content[i] >= '0' && content[i] <= '9' : content[i] != '.' && content[i] != ',';
-    }
-    if (!isRight) return detail::fail(fault, Reason::Time, content.begin());
-    octets[0] = content[0] < '5' ? '2' : '1';
-    octets[1] = content[0] < '5' ? '0' : '9';
-    std::memcpy(octets + 2, content.data(), content.size());
-    int64_t microseconds = 0;
-    if (!detail::TimeReader({octets, content.size() + 2}).generalized(microseconds, fault)) {
-      return detail::fail(fault, Reason::Time, content.begin());
-    }
-    value.time = Time(std::chrono::microseconds(microseconds));
-    return true;
-  }
-  static void write(UtcTime value, Writer &out) {
-    detail::Scratch scratch;
-    out.octets(content(value, scratch));
-  }
-  static View content(UtcTime value, detail::Scratch &scratch) {
-    const Time seconds = std::chrono::time_point_cast<std::chrono::seconds>(value.time);
-    const std::size_t size = detail::writeTime(seconds, 0, 0, 0, scratch.octets);
-    // With its century, a time of another one is no UTCTime: it is not read, and so not set.
-    const bool isInside = std::memcmp(scratch.octets, "1950", 4) >= 0 && std::memcmp(scratch.octets, "2050", 4) < 0;
-    return isInside ? View(scratch.octets + 2, size - 2) : View(scratch.octets, size);
-  }
-  static std::string text(UtcTime value) { return timeText(value.time); }
-};
-
 // Time ::= CHOICE {                                              RFC 5280 4.1.2.5
 //     utcTime      UTCTime,
 //     generalTime  GeneralizedTime }
-//
-// Which of them it was is kept.
-template <class Form>
-struct TimeChoiceOf {
-  static constexpr Shape shape = Shape::Choice;
+/// The time of a certificate or CRL.
+struct EitherTime {
+  Time time{};             ///< the point in time
+  bool isUtcTime = false;  ///< which alternative it is
+  /// Whether it has the form that RFC 5280 4.1.2.5 demands: seconds, no fraction, "Z", and GeneralizedTime only for
+  /// years from 2050 on.
+  bool isProfiled = false;
 
-  std::variant<UtcTime, Time> choice{};  ///< whichever it is
-
-  /// The time, however it is written.
-  Time time() const {
-    const auto *const utc = std::get_if<UtcTime>(&choice);
-    return utc != nullptr ? utc->time : *std::get_if<Time>(&choice);
+  EitherTime() = default;
+  /// As RFC 5280 4.1.2.5 demands, but that a fraction of a second is kept.
+  EitherTime(Time of) : time(of) {
+    const int64_t seconds = of.time_since_epoch().count() / detail::kMicroseconds;
+    isUtcTime = seconds >= detail::daysOf(1950, 1, 1) * detail::kSecondsPerDay && isBefore2050();
+    isProfiled = of.time_since_epoch().count() % detail::kMicroseconds == 0;
   }
 
-  template <class Self, class Visitor>
-  KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
-    return visit.choice(self.choice, Alternative{"utcTime", {}}, Alternative{"generalTime", {}});
+  friend bool operator==(const EitherTime &a, const EitherTime &b) {
+    return a.time == b.time && a.isUtcTime == b.isUtcTime;
   }
+  friend bool operator!=(const EitherTime &a, const EitherTime &b) { return !(a == b); }
+
+ private:
+  friend struct Leaf<EitherTime>;
+  bool isBefore2050() const {
+    return time.time_since_epoch().count() <
+           detail::daysOf(2050, 1, 1) * detail::kSecondsPerDay * detail::kMicroseconds;
+  }
+};
+
+template <>
+struct Leaf<EitherTime> {
+  static constexpr LeafKind kind = LeafKind::Time;
+  static constexpr uint8_t identifier = 0;
+  static constexpr bool inSegments = true;
+  static constexpr bool matches(uint8_t octet) { return (octet & ~0x20) == 0x17 || (octet & ~0x20) == 0x18; }
+  static bool read(const Tlv &tlv, EitherTime &value, Fault &fault) {
+    int64_t microseconds = 0;
+    const View content = tlv.contents();
+    value.isUtcTime = (tlv.identifier & ~0x20) == 0x17;
+    if (value.isUtcTime) {
+      if (!detail::TimeReader(content).utc(microseconds, fault)) return false;
+    } else if (!detail::readPlainTime(content, microseconds) &&
+               !detail::TimeReader(content).generalized(microseconds, fault)) {
+      return false;
+    }
+    value.time = Time(std::chrono::microseconds(microseconds));
+    const std::size_t size = value.isUtcTime ? 13 : 15;
+    value.isProfiled = content.size() == size && content.back() == 'Z' && value.isUtcTime == value.isBefore2050();
+    return true;
+  }
+  static void write(const EitherTime &value, Writer &out) {
+    detail::Scratch scratch;
+    out.value(value.isUtcTime ? 0x17 : 0x18, content(value, scratch));
+  }
+  static View content(const EitherTime &value, detail::Scratch &scratch) {
+    const View generalized = Leaf<Time>::content(value.time, scratch);
+    return value.isUtcTime ? View(generalized.begin() + 2, generalized.end()) : generalized;
+  }
+  static std::string text(const EitherTime &value) { return timeText(value.time); }
 };
 
 }  // namespace ketra
