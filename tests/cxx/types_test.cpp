@@ -7,6 +7,7 @@
 #include "ketra/asn1/build.hpp"
 #include "ketra/c.hpp"
 #include "ketra/extensions.hpp"
+#include "ketra/names/identifiers.hpp"
 #include "support/support.h"
 
 // All memory that is asked for, and what is held of it.
@@ -55,14 +56,15 @@ void forEach(Types<Ts...>, const Call &call) {
 }
 
 // The golden rows of a type: their names begin with its name, however letters are capitalised, and a slash.
+bool isRowOf(std::string_view type, const std::string &row) {
+  const auto same = [](char a, char b) { return std::tolower(a) == std::tolower(b); };
+  return row.size() > type.size() && row[type.size()] == '/' && std::equal(type.begin(), type.end(), row.begin(), same);
+}
 template <class T>
 std::vector<Octets> goldenOf() {
   std::vector<Octets> values;
   for (const auto &[name, hex] : test::goldenRows()) {
-    const auto same = [](char a, char b) { return std::tolower(a) == std::tolower(b); };
-    const bool isOfType = name.size() > T::name.size() && name[T::name.size()] == '/' &&
-                          std::equal(T::name.begin(), T::name.end(), name.begin(), same);
-    if (isOfType) values.push_back(fromHex(hex));
+    if (isRowOf(T::name, name)) values.push_back(fromHex(hex));
   }
   EXPECT_FALSE(values.empty()) << T::name << " has no row in golden.tsv";
   return values;
@@ -182,6 +184,37 @@ TEST(Types, GoldenValues) {
       EXPECT_EQ(owning.leaves, leaves);
       EXPECT_EQ(viewing.leaves, leaves);
     }
+  });
+}
+
+TEST(Types, Words) {
+  const auto rows = test::rowsOf("golden.tsv");
+  forEach(ExtensionTypes{}, [&](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    for (const auto &row : rows) {
+      if (row.size() < 4 || !isRowOf(T::name, row[0])) continue;
+      Events events;
+      const Octets octets = fromHex(row[1]);
+      walk(*read<T>(View(octets)), events);
+      EXPECT_NE(events.text.find(row[3]), std::string::npos) << row.place << ": " << events.text;
+    }
+  });
+}
+
+// With its identifier, and whether it is critical; and the identifier has a name.
+TEST(Types, AreInTheReadme) {
+  std::string readme;
+  for (const auto &row : test::rowsOf("../README.md")) readme += (row.empty() ? "" : row[0]) + '\n';
+  forEach(ExtensionTypes{}, [&](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    const std::string id = ObjectIdentifier(T::oid).text();
+    EXPECT_FALSE(oid::name(T::oid).empty()) << id;
+    const std::size_t begin = readme.find("\n| " + std::string(oid::name(T::oid)) + " (" + id + ") | ");
+    ASSERT_NE(begin, std::string::npos) << id;
+    const std::string row = readme.substr(begin + 1, readme.find('\n', begin + 1) - begin - 1);
+    const auto critical = detail::FixedCritical<T>::value;
+    const char *const said = !critical ? "you say" : *critical ? "yes" : "no";
+    EXPECT_NE(row.find(std::string(" | ") + said + " | "), std::string::npos) << row;
   });
 }
 
@@ -310,6 +343,81 @@ TEST(Types, AWrittenFalseIsFalse) {
   const auto bc = view<BasicConstraintsView>(View(octets));
   EXPECT_FALSE(bc && bc->cA);
   EXPECT_TRUE(bc->cA.isPresent());
+}
+
+// What is malformed in the form of TLS, in the OCTET STRING around it and in times of two forms.
+TEST(Types, RefusedValues) {
+  const auto refusal = [](auto *type, const char *hex) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    const Octets octets = fromHex(hex);
+    isAccepted<T>(octets);
+    return explain<T>(View(octets), firstFault(view<ViewOf<T>>(View(octets))));
+  };
+  SctList *const scts = nullptr;
+  ExpiredCertsOnCrl *const time = nullptr;
+  EXPECT_EQ(refusal(scts, "04 08 00 05 00 04 01 02 03 04"),
+            "1 octets after the end of a TLS structure at offset 9 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(scts, "04 08 00 07 00 04 01 02 03 04"),
+            "a TLS structure ends early: 7 octets are needed, 6 remain at offset 4 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(scts, "04 08 00 06 00 05 01 02 03 04"),
+            "a TLS structure ends early: 5 octets are needed, 4 remain at offset 6 (SignedCertificateTimestampList/1)");
+  EXPECT_EQ(refusal(scts, "04 0B 00 09 00 01 01 00 04 00 02 03 04"),
+            "a TLS structure ends early: 32 octets are needed, 3 remain at offset 10 "
+            "(SignedCertificateTimestampList/2)");
+  EXPECT_EQ(refusal(scts, "04 04 00 02 00 00"),
+            "a TLS structure ends early: 1 octets are needed, 0 remain at offset 6 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(scts, "24 04 04 02 00 00"),
+            "a string in segments: only an owning read joins it at offset 0 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(time, "17 0B 32 30 31 32 31 30 31 36 30 32 5A"), "");
+  EXPECT_EQ(refusal(time, "17 0A 32 30 31 32 31 30 31 36 5A 5A"), "malformed time at offset 2 (ExpiredCertsOnCRL)");
+  EXPECT_EQ(refusal(static_cast<OcspNoCheck *>(nullptr), "05 01 00"),
+            "NULL content is 1 octets at offset 2 (OCSPNoCheck)");
+}
+
+TEST(Types, OpenTypesAreReadByTheirIdentifier) {
+  const Octets octets = fromHex(test::golden("qCStatements/limit and retention"));
+  const auto read = ketra::read<QcStatements>(View(octets));
+  const QcStatement &limit = read->statements[1];
+  const auto value = limit.as<MonetaryValue>(statement::qcLimitValue);
+  EXPECT_EQ(value->text(), "1000000 HUF");
+  EXPECT_EQ(limit.as<Integer>(statement::qcRetentionPeriod).fault().code(), uint32_t{FaultCode_OtherKind});
+  const auto wrong = limit.as<Integer>(statement::qcLimitValue);
+  EXPECT_EQ(wrong.fault().text(), "unexpected tag 0x30, expected 0x02");
+}
+
+// Refusals say why, and nothing is stored.
+template <class T>
+std::string refusalOf(const T &value) {
+  Extensions extensions;
+  try {
+    if constexpr (detail::FixedCritical<T>::value.has_value()) {
+      extensions.set(value);
+    } else {
+      extensions.set(value, false);
+    }
+  } catch (const Error &error) {
+    EXPECT_TRUE(extensions.empty());
+    return error.what();
+  }
+  return "";
+}
+TEST(ExtensionsObject, WhatCannotBeSet) {
+  SctFields fields;
+  const Octets id(32, 0xAB), signature(70'000, 1);
+  fields.logId = View(id);
+  EXPECT_EQ(refusalOf(SctList{{Sct(fields), Sct(fields)}}), "");
+  fields.signatureOctets = View(signature);
+  EXPECT_NE(refusalOf(SctList{{Sct(fields)}}), "");
+  EXPECT_NE(refusalOf(SctList{{Sct(SctFields{})}}), "");
+  EXPECT_NE(refusalOf(SctList{}), "");
+  EXPECT_EQ(refusalOf(AuthorityInfoAccess{{{access::ocsp, uri("http://a.test/")}}}), "");
+  EXPECT_NE(refusalOf(AuthorityInfoAccess{}), "");
+  EXPECT_EQ(refusalOf(NetscapeComment{{"K\xC3\xB6ln"}}),
+            "octet 195 is not a character of the string type at offset 3 (NetscapeComment)");
+  EXPECT_EQ(refusalOf(MicrosoftCertTypeName{BmpStringOf<Owned>("K\xC3\xB6ln")}), "");
+  EXPECT_NE(refusalOf(MicrosoftCertificateTemplate{access::ocsp, {}, 1}), "");
+  EXPECT_EQ(refusalOf(ExpiredCertsOnCrl{Time()}), "");
+  EXPECT_EQ(encode(ExpiredCertsOnCrl{Time()})[0], 0x18);
 }
 
 // An Extension whose value is in segments, or that is no Extension: neither is taken for absent.

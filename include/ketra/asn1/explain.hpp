@@ -44,7 +44,7 @@ class Path {
     } else if constexpr (kIsList<T>) {
       members<typename MemberOf<T>::type>(tlv.reader());
     } else if constexpr (kIsDescribed<T> && !kHasShape<T, Shape::Bits>) {
-      if (!tlv.isConstructed()) return;
+      if (!tlv.isConstructed() && !kHasShape<T, Shape::Is>) return;
       T value{};
       if constexpr (kHasShape<T, Shape::Is>) {
         Only visit{*this, tlv, as};

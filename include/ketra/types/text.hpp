@@ -280,7 +280,10 @@ struct BmpStringOf : detail::OneTypeOf<Form, TextType::Bmp> {
   explicit BmpStringOf(View octets) : detail::OneTypeOf<Form, TextType::Bmp>(octets) {}
   template <class C,
             class = std::enable_if_t<std::is_convertible_v<const C &, std::string_view> && std::is_same_v<Form, Owned>>>
-  BmpStringOf(const C &text) : BmpStringOf(View(detail::bmpOf(text))) {}
+  BmpStringOf(const C &text) {
+    const std::string octets = detail::bmpOf(text);
+    *this = BmpStringOf(View(octets));
+  }
 };
 /// @}
 
