@@ -7,6 +7,7 @@
 #include "cxx/fields.hpp"
 #include "ketra/c.hpp"
 #include "ketra/extensions.hpp"
+#include "ketra/names/identifiers.hpp"
 #include "support/support.h"
 
 // All memory that is asked for, and what is held of it.
@@ -45,56 +46,28 @@ using test::tlv;
 template <class T>
 using ViewOf = typename detail::ViewedOf<T>::type;
 
+template <class T, class Call>
+void forOne(const Call &call) {
+  const testing::ScopedTrace trace(__FILE__, __LINE__, std::string(T::name));
+  call(static_cast<T *>(nullptr));
+}
 template <class Call, class... Ts>
 void forEach(Types<Ts...>, const Call &call) {
-  const auto one = [&](auto *type) {
-    const testing::ScopedTrace trace(__FILE__, __LINE__, std::string(std::remove_pointer_t<decltype(type)>::name));
-    call(type);
-  };
-  (one(static_cast<Ts *>(nullptr)), ...);
+  (forOne<Ts>(call), ...);
 }
 
-// Golden rows that are values of a type, by the beginnings of their names; values of types that have none.
-const std::map<std::string, std::vector<std::string>> kGolden = {
-    {"SubjectDirectoryAttributes", {"30 10 30 0E 06 03 55 04 48 31 07 02 01 05 13 02 41 42"}},
-    {"SubjectKeyIdentifier", {"subjectKeyId/", "octets/"}},
-    {"KeyUsage", {"keyUsage/"}},
-    {"PrivateKeyUsagePeriod",
-     {"30 22 80 0F 32 30 32 36 30 31 33 31 32 33 35 39 35 39 5A 81 0F 32 30 32 37 30 31 33 31 32 33 35 39 35 39 5A"}},
-    {"BasicConstraints", {"basicConstraints/"}},
-    {"CRLNumber", {"integer/0", "integer/128", "integer/9-octets"}},
-    {"ReasonCode", {"enumerated/"}},
-    {"HoldInstructionCode", {"objid/"}},
-    {"InvalidityDate", {"time/"}},
-    {"DeltaCRLIndicator", {"integer/127"}},
-    {"IssuingDistributionPoint", {"issuingDistributionPoint/"}},
-    {"NameConstraints", {"nameConstraints/"}},
-    {"CRLDistributionPoints", {"cRLDistributionPoints/"}},
-    {"CertificatePolicies", {"certificatePolicies/"}},
-    {"PolicyMappings", {"policyMappings/"}},
-    {"AuthorityKeyIdentifier", {"authorityKeyIdentifier/"}},
-    {"PolicyConstraints", {"30 06 80 01 00 81 01 7F", "30 00"}},
-    {"ExtKeyUsage", {"30 0C 06 04 55 1D 25 00 06 04 2A 03 04 05"}},
-};
-
+// The golden rows of a type: their names begin with its name, however letters are capitalised, and a slash.
+bool isRowOf(std::string_view type, const std::string &row) {
+  const auto same = [](char a, char b) { return std::tolower(a) == std::tolower(b); };
+  return row.size() > type.size() && row[type.size()] == '/' && std::equal(type.begin(), type.end(), row.begin(), same);
+}
 template <class T>
 std::vector<Octets> goldenOf() {
   std::vector<Octets> values;
-  const auto named = kGolden.find(std::string(T::name));
-  if (named == kGolden.end()) {  // the extensions that are lists of names
-    Octets names;
-    for (const auto &[name, hex] : test::goldenRows()) {
-      if (name.rfind("generalName/", 0) == 0) names = test::operator+(names, fromHex(hex));
-    }
-    return {tlv(0x30, names)};
+  for (const auto &[name, hex] : test::goldenRows()) {
+    if (isRowOf(T::name, name)) values.push_back(fromHex(hex));
   }
-  for (const std::string &source : named->second) {
-    if (source.find('/') == std::string::npos) values.push_back(fromHex(source));
-    for (const auto &[name, hex] : test::goldenRows()) {
-      if (name.rfind(source, 0) == 0) values.push_back(fromHex(hex));
-    }
-  }
-  EXPECT_FALSE(values.empty());
+  EXPECT_FALSE(values.empty()) << T::name << " has no row in golden.tsv";
   return values;
 }
 
@@ -122,21 +95,31 @@ class Events : public Visitor {
 
   void enter(const char *name, const Structure &structure) override {
     add(name, structure.group() == Group::List ? "[" : "{");
+    if (structure.hasText()) text += '"' + structure.text() + "\" ";
+    groups_.push_back(structure.group());
+    if (structure.group() == Group::Bits) bits_.emplace();
+    if (name != nullptr && std::string(name) == "timestamps") tls_.emplace();
   }
-  void leave() override { text += "} "; }
+  void leave() override {
+    text += "} ";
+    if (groups_.back() == Group::Bits) endBits();
+    if (tls_) leaves.push_back(tlsVector(*tls_));
+    tls_.reset();
+    groups_.pop_back();
+  }
   void leaf(const char *name, const LeafValue &value) override {
     add(name, value.text() + "=" + detail::hexOf(value.content()));
-    const std::string called = name != nullptr ? name : "";
-    if (called == "unused" || called == "digitalSignature") bits_.emplace();
-    if (bits_) return bit(value.content()[0] != 0);
     const View content = value.content();
+    if (bits_ && value.kind() == LeafKind::Boolean) return bits_->push_back(content[0] != 0);
+    const Octets encoding = value.encoding();
     switch (value.kind()) {
+      case LeafKind::BitString:  // the nameless bits are all of them
+        bits_.reset();
+        return flatten(View(encoding), leaves);
       case LeafKind::Any:
       case LeafKind::Name: return flatten(content, leaves);
-      case LeafKind::GeneralName: {
-        const auto encoding = value.encoding();
-        return flatten(View(encoding), leaves);
-      }
+      case LeafKind::GeneralName: return flatten(View(encoding), leaves);
+      case LeafKind::Sct: *tls_ += tlsVector(detail::hexOf(content)); return;
       default: leaves.push_back(detail::hexOf(content));
     }
   }
@@ -147,10 +130,9 @@ class Events : public Visitor {
 
  private:
   void add(const char *name, const std::string &what) { text += (name != nullptr ? name : "-") + (' ' + what) + ' '; }
-  // Nine of them make the contents of a BIT STRING (X.690 11.2.2).
-  void bit(bool value) {
-    bits_->push_back(value);
-    if (bits_->size() < 9) return;
+  // The contents of a BIT STRING (X.690 11.2.2), unless it has nameless bits.
+  void endBits() {
+    if (!bits_) return;
     while (!bits_->empty() && !bits_->back()) bits_->pop_back();
     Octets content(1 + (bits_->size() + 7) / 8);
     for (std::size_t i = 0; i < bits_->size(); ++i) {
@@ -160,7 +142,14 @@ class Events : public Visitor {
     leaves.push_back(detail::hexOf(View(content)));
     bits_.reset();
   }
+  // In hex, after its length of two octets.
+  static std::string tlsVector(const std::string &hex) {
+    const uint8_t length[] = {static_cast<uint8_t>(hex.size() / 512), static_cast<uint8_t>(hex.size() / 2 % 256)};
+    return detail::hexOf(length) + hex;
+  }
 
+  std::optional<std::string> tls_;  // the members of a list in the form of TLS
+  std::vector<Group> groups_;
   std::optional<std::vector<bool>> bits_;
 };
 
@@ -196,6 +185,37 @@ TEST(Types, GoldenValues) {
       EXPECT_EQ(owning.leaves, leaves);
       EXPECT_EQ(viewing.leaves, leaves);
     }
+  });
+}
+
+TEST(Types, Words) {
+  const auto rows = test::rowsOf("golden.tsv");
+  forEach(ExtensionTypes{}, [&](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    for (const auto &row : rows) {
+      if (row.size() < 4 || !isRowOf(T::name, row[0])) continue;
+      Events events;
+      const Octets octets = fromHex(row[1]);
+      walk(*read<T>(View(octets)), events);
+      EXPECT_NE(events.text.find(row[3]), std::string::npos) << row.place << ": " << events.text;
+    }
+  });
+}
+
+// With its identifier, and whether it is critical; and the identifier has a name.
+TEST(Types, AreInTheReadme) {
+  std::string readme;
+  for (const auto &row : test::rowsOf("../README.md")) readme += (row.empty() ? "" : row[0]) + '\n';
+  forEach(ExtensionTypes{}, [&](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    const std::string id = ObjectIdentifier(T::oid).text();
+    EXPECT_FALSE(oid::name(T::oid).empty()) << id;
+    const std::size_t begin = readme.find("\n| " + std::string(oid::name(T::oid)) + " (" + id + ") | ");
+    ASSERT_NE(begin, std::string::npos) << id;
+    const std::string row = readme.substr(begin + 1, readme.find('\n', begin + 1) - begin - 1);
+    const auto critical = detail::FixedCritical<T>::value;
+    const char *const said = !critical ? "you say" : *critical ? "yes" : "no";
+    EXPECT_NE(row.find(std::string(" | ") + said + " | "), std::string::npos) << row;
   });
 }
 
@@ -324,6 +344,81 @@ TEST(Types, AWrittenFalseIsFalse) {
   const auto bc = view<BasicConstraintsView>(View(octets));
   EXPECT_FALSE(bc && bc->cA);
   EXPECT_TRUE(bc->cA.isPresent());
+}
+
+// What is malformed in the form of TLS, in the OCTET STRING around it and in times of two forms.
+TEST(Types, RefusedValues) {
+  const auto refusal = [](auto *type, const char *hex) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    const Octets octets = fromHex(hex);
+    isAccepted<T>(octets);
+    return explain<T>(View(octets), firstFault(view<ViewOf<T>>(View(octets))));
+  };
+  SctList *const scts = nullptr;
+  ExpiredCertsOnCrl *const time = nullptr;
+  EXPECT_EQ(refusal(scts, "04 08 00 05 00 04 01 02 03 04"),
+            "1 octets after the end of a TLS structure at offset 9 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(scts, "04 08 00 07 00 04 01 02 03 04"),
+            "a TLS structure ends early: 7 octets are needed, 6 remain at offset 4 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(scts, "04 08 00 06 00 05 01 02 03 04"),
+            "a TLS structure ends early: 5 octets are needed, 4 remain at offset 6 (SignedCertificateTimestampList/1)");
+  EXPECT_EQ(refusal(scts, "04 0B 00 09 00 01 01 00 04 00 02 03 04"),
+            "a TLS structure ends early: 32 octets are needed, 3 remain at offset 10 "
+            "(SignedCertificateTimestampList/2)");
+  EXPECT_EQ(refusal(scts, "04 04 00 02 00 00"),
+            "a TLS structure ends early: 1 octets are needed, 0 remain at offset 6 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(scts, "24 04 04 02 00 00"),
+            "a string in segments: only an owning read joins it at offset 0 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(time, "17 0B 32 30 31 32 31 30 31 36 30 32 5A"), "");
+  EXPECT_EQ(refusal(time, "17 0A 32 30 31 32 31 30 31 36 5A 5A"), "malformed time at offset 2 (ExpiredCertsOnCRL)");
+  EXPECT_EQ(refusal(static_cast<OcspNoCheck *>(nullptr), "05 01 00"),
+            "NULL content is 1 octets at offset 2 (OCSPNoCheck)");
+}
+
+TEST(Types, OpenTypesAreReadByTheirIdentifier) {
+  const Octets octets = fromHex(test::golden("qCStatements/limit and retention"));
+  const auto read = ketra::read<QcStatements>(View(octets));
+  const QcStatement &limit = read->statements[1];
+  const auto value = limit.as<MonetaryValue>(statement::qcLimitValue);
+  EXPECT_EQ(value->text(), "1000000 HUF");
+  EXPECT_EQ(limit.as<Integer>(statement::qcRetentionPeriod).fault().code(), uint32_t{FaultCode_OtherKind});
+  const auto wrong = limit.as<Integer>(statement::qcLimitValue);
+  EXPECT_EQ(wrong.fault().text(), "unexpected tag 0x30, expected 0x02");
+}
+
+// Refusals say why, and nothing is stored.
+template <class T>
+std::string refusalOf(const T &value) {
+  Extensions extensions;
+  try {
+    if constexpr (detail::FixedCritical<T>::value.has_value()) {
+      extensions.set(value);
+    } else {
+      extensions.set(value, false);
+    }
+  } catch (const Error &error) {
+    EXPECT_TRUE(extensions.empty());
+    return error.what();
+  }
+  return "";
+}
+TEST(ExtensionsObject, WhatCannotBeSet) {
+  SctFields fields;
+  const Octets id(32, 0xAB), signature(70'000, 1);
+  fields.logId = View(id);
+  EXPECT_EQ(refusalOf(SctList{{Sct(fields), Sct(fields)}}), "");
+  fields.signatureOctets = View(signature);
+  EXPECT_NE(refusalOf(SctList{{Sct(fields)}}), "");
+  EXPECT_NE(refusalOf(SctList{{Sct(SctFields{})}}), "");
+  EXPECT_NE(refusalOf(SctList{}), "");
+  EXPECT_EQ(refusalOf(AuthorityInfoAccess{{{access::ocsp, uri("http://a.test/")}}}), "");
+  EXPECT_NE(refusalOf(AuthorityInfoAccess{}), "");
+  EXPECT_EQ(refusalOf(NetscapeComment{{"K\xC3\xB6ln"}}),
+            "octet 195 is not a character of the string type at offset 3 (NetscapeComment)");
+  EXPECT_EQ(refusalOf(MicrosoftCertTypeName{BmpStringOf<Owned>("K\xC3\xB6ln")}), "");
+  EXPECT_NE(refusalOf(MicrosoftCertificateTemplate{access::ocsp, {}, 1}), "");
+  EXPECT_EQ(refusalOf(ExpiredCertsOnCrl{Time()}), "");
+  EXPECT_EQ(encode(ExpiredCertsOnCrl{Time()})[0], 0x18);
 }
 
 // An Extension whose value is in segments, or that is no Extension: neither is taken for absent.

@@ -10,6 +10,7 @@
 
 #include "ketra/asn1/describe.hpp"
 #include "ketra/asn1/read.hpp"
+#include "ketra/asn1/write.hpp"
 
 namespace ketra {
 
@@ -33,6 +34,7 @@ namespace detail {
 // Takes each member from the field of its name. The path is that of the field that is missing or wrong.
 class Build {
  public:
+  static constexpr bool kOpensTypes = true;
   Build(const Fields &fields, std::string &path) : fields_(fields), path_(path) {}
 
   template <class T>
@@ -58,6 +60,25 @@ class Build {
   template <class... Ts, class... Alternatives>
   bool choice(std::variant<Ts...> &value, Alternatives... alternatives) {
     return one<0>(value, alternatives...);
+  }
+  // As the type that goes with the identifier, or as any encoding.
+  template <class Id, class Any, class... Ts>
+  bool open(const char *name, const Id &id, std::optional<Any> &member, Defined<Ts>... types) {
+    const Fields *const field = fields_.member(name);
+    if (field == nullptr) return true;
+    const std::size_t before = path_.size();
+    if ((... || asType<Ts>(name, id == types.id, *field, member))) return true;
+    if (!field->encoding(LeafKind::Any) && path_.size() > before) return false;
+    path_.resize(before);
+    return into(name, *field, member.emplace());
+  }
+  template <class T, class Any>
+  bool asType(const char *name, bool isType, const Fields &field, std::optional<Any> &member) {
+    T value{};
+    if (!isType || (!IsLeaf<T>::value && field.encoding(LeafKind::Any)) || !into(name, field, value)) return false;
+    const Octets encoding = encode(value);
+    member.emplace(View(encoding));
+    return true;
   }
   template <class Bits>
   bool nameless(Bits &bits) {

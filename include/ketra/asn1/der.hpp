@@ -42,6 +42,8 @@ class DerCheck {
     if (inSegments<T>() && tlv.isConstructed()) return tell(Reason::InSegments, tlv.octets);
     if constexpr (IsLeaf<T>::value) {
       leaf<T>(tlv);
+    } else if constexpr (kIsTlsList<T>) {
+      // There is one way to write it.
     } else if constexpr (kIsList<T>) {
       list<typename MemberOf<T>::type>(tlv, as);
     } else if constexpr (kHasShape<T, Shape::Bits>) {

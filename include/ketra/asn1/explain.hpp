@@ -35,10 +35,16 @@ class Path {
       as.number = -1;
       as.isExplicit = false;
       if (readTlv(in, inner, fault)) into<T>(inner, as);
+    } else if constexpr (kIsTlsList<T>) {
+      Tlv vector;
+      Fault fault;
+      if (!tlv.isConstructed() && readTlsVector<typename MemberOf<T>::type>(tlv, vector, fault)) {
+        members<typename MemberOf<T>::type>(vector.reader());
+      }
     } else if constexpr (kIsList<T>) {
       members<typename MemberOf<T>::type>(tlv.reader());
     } else if constexpr (kIsDescribed<T> && !kHasShape<T, Shape::Bits>) {
-      if (!tlv.isConstructed()) return;
+      if (!tlv.isConstructed() && !kHasShape<T, Shape::Is>) return;
       T value{};
       if constexpr (kHasShape<T, Shape::Is>) {
         Only visit{*this, tlv, as};
@@ -71,7 +77,7 @@ class Path {
       const uint8_t *const begin = in.at;
       Tlv tlv;
       Fault fault;
-      const bool isRead = readTlv(in, tlv, fault);
+      const bool isRead = nextMember<T>(in, tlv, fault);
       if (isRead && !covers(begin, in.at) && !endsAt(in.at)) continue;
       (text_ += '/') += std::to_string(number);
       if (isRead && matches<T>({}, tlv.identifier)) into<T>(tlv, {});

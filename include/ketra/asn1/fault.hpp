@@ -27,7 +27,9 @@ namespace ketra {
   X(FaultCode_Alphabet, 0x02600005, "characters that the string type does not have")       \
   X(FaultCode_OtherKind, 0x02600006, "a value of another kind was asked for")              \
   X(FaultCode_Rule, 0x02600008, "a rule of the standard that ASN.1 does not express")      \
-  X(FaultCode_Text, 0x02600009, "a textual encoding (RFC 7468) that is malformed")
+  X(FaultCode_Text, 0x02600009, "a textual encoding (RFC 7468) that is malformed")         \
+  X(FaultCode_Null, 0x0260000A, "a NULL that has contents")                                \
+  X(FaultCode_Tls, 0x0260000B, "a structure of TLS (RFC 8446 3) that is malformed")
 
 /// @cond
 #define KETRA_FAULT_CODE(name, code, meaning) name = code,
@@ -63,6 +65,7 @@ enum : uint32_t { KETRA_FAULT_CODE_LIST(KETRA_FAULT_CODE) };
   X(Nesting, AsnError_Nesting, "nested deeper than #a levels")                                                  \
   X(SegmentTag, AsnError_Segment, "unexpected tag $a of a segment, expected $b")                                \
   X(BooleanSize, AsnError_Boolean, "BOOLEAN content is #a octets")                                              \
+  X(NullSize, FaultCode_Null, "NULL content is #a octets")                                                      \
   X(IntegerEmpty, AsnError_Integer, "INTEGER content is 0 octets")                                              \
   X(IntegerPadded, AsnError_Integer, "INTEGER content is padded: its first nine bits are equal")                \
   X(ObjidEmpty, AsnError_Objid, "OBJECT IDENTIFIER content is 0 octets")                                        \
@@ -80,6 +83,8 @@ enum : uint32_t { KETRA_FAULT_CODE_LIST(KETRA_FAULT_CODE) };
   X(OddLength, FaultCode_Alphabet, "#a octets are not whole characters of the string type")                     \
   X(OtherKind, FaultCode_OtherKind, "a value of another kind was asked for")                                    \
   X(Rule, FaultCode_Rule, "against a rule of the standard")                                                     \
+  X(TlsEnded, FaultCode_Tls, "a TLS structure ends early: #a octets are needed, #b remain")                     \
+  X(TlsTrailing, FaultCode_Tls, "#a octets after the end of a TLS structure")                                   \
   X(Repeated, FaultCode_Rule, "it is there more than once")                                                     \
   X(Base64, FaultCode_Text, "octet #a is not a character of base64")                                            \
   X(Base64Ended, FaultCode_Text, "the base64 ends inside a group of four characters")                           \
