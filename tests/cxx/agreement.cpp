@@ -551,15 +551,29 @@ struct Row {
   const char *name;
   Comparison (*compare)(View);
 };
+// The types that C has: those that ReadC has an operator for, itself and not by way of a base.
+template <class T, class = void>
+struct IsOfC : std::false_type {};
+template <class T>
+struct IsOfC<T, std::void_t<decltype(static_cast<bool (ReadC::*)(T &)>(&ReadC::operator()))>> : std::true_type {};
+
+struct Table {
+  Row rows[kTypes] = {};
+  std::size_t count = 0;
+
+  template <class T>
+  constexpr void add() {
+    if constexpr (IsOfC<T>::value) rows[count++] = {T::oid.content()[2], T::name.data(), compareAs<T>};
+  }
+};
 template <class... Ts>
-constexpr auto rowsOf(Types<Ts...>) {
-  struct {
-    Row rows[sizeof...(Ts)];
-  } table{{{Ts::oid.content()[2], Ts::name.data(), compareAs<Ts>}...}};
+constexpr Table tableOf(Types<Ts...>) {
+  Table table;
+  (table.add<Ts>(), ...);
   return table;
 }
-constexpr auto kTable = rowsOf(ExtensionTypes{});
-static_assert(std::size(kTable.rows) == kTypes);
+constexpr Table kTable = tableOf(ExtensionTypes{});
+static_assert(kTable.count == kTypes);
 
 }  // namespace
 

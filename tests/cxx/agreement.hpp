@@ -28,6 +28,7 @@ enum Reason : std::size_t {
 };
 extern const char *const kReasonNames[kReasons];
 
+/// The types that the C interface has.
 constexpr std::size_t kTypes = 21;
 /// The type of an extension by its identifier 2.5.29.`arc`, or kTypes.
 std::size_t typeOf(unsigned arc);

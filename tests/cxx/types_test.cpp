@@ -4,10 +4,11 @@
 #include <new>
 #include <thread>
 
-#include "ketra/asn1/build.hpp"
+#include "cxx/fields.hpp"
 #include "ketra/asn1/der.hpp"
 #include "ketra/c.hpp"
 #include "ketra/extensions.hpp"
+#include "ketra/names/identifiers.hpp"
 #include "support/support.h"
 
 // All memory that is asked for, and what is held of it.
@@ -46,56 +47,28 @@ using test::tlv;
 template <class T>
 using ViewOf = typename detail::ViewedOf<T>::type;
 
+template <class T, class Call>
+void forOne(const Call &call) {
+  const testing::ScopedTrace trace(__FILE__, __LINE__, std::string(T::name));
+  call(static_cast<T *>(nullptr));
+}
 template <class Call, class... Ts>
 void forEach(Types<Ts...>, const Call &call) {
-  const auto one = [&](auto *type) {
-    const testing::ScopedTrace trace(__FILE__, __LINE__, std::string(std::remove_pointer_t<decltype(type)>::name));
-    call(type);
-  };
-  (one(static_cast<Ts *>(nullptr)), ...);
+  (forOne<Ts>(call), ...);
 }
 
-// Golden rows that are values of a type, by the beginnings of their names; values of types that have none.
-const std::map<std::string, std::vector<std::string>> kGolden = {
-    {"SubjectDirectoryAttributes", {"30 10 30 0E 06 03 55 04 48 31 07 02 01 05 13 02 41 42"}},
-    {"SubjectKeyIdentifier", {"subjectKeyId/", "octets/"}},
-    {"KeyUsage", {"keyUsage/"}},
-    {"PrivateKeyUsagePeriod",
-     {"30 22 80 0F 32 30 32 36 30 31 33 31 32 33 35 39 35 39 5A 81 0F 32 30 32 37 30 31 33 31 32 33 35 39 35 39 5A"}},
-    {"BasicConstraints", {"basicConstraints/"}},
-    {"CRLNumber", {"integer/0", "integer/128", "integer/9-octets"}},
-    {"ReasonCode", {"enumerated/"}},
-    {"HoldInstructionCode", {"objid/"}},
-    {"InvalidityDate", {"time/"}},
-    {"DeltaCRLIndicator", {"integer/127"}},
-    {"IssuingDistributionPoint", {"issuingDistributionPoint/"}},
-    {"NameConstraints", {"nameConstraints/"}},
-    {"CRLDistributionPoints", {"cRLDistributionPoints/"}},
-    {"CertificatePolicies", {"certificatePolicies/"}},
-    {"PolicyMappings", {"policyMappings/"}},
-    {"AuthorityKeyIdentifier", {"authorityKeyIdentifier/"}},
-    {"PolicyConstraints", {"30 06 80 01 00 81 01 7F", "30 00"}},
-    {"ExtKeyUsage", {"30 0C 06 04 55 1D 25 00 06 04 2A 03 04 05"}},
-};
-
+// The golden rows of a type: their names begin with its name, however letters are capitalised, and a slash.
+bool isRowOf(std::string_view type, const std::string &row) {
+  const auto same = [](char a, char b) { return std::tolower(a) == std::tolower(b); };
+  return row.size() > type.size() && row[type.size()] == '/' && std::equal(type.begin(), type.end(), row.begin(), same);
+}
 template <class T>
 std::vector<Octets> goldenOf() {
   std::vector<Octets> values;
-  const auto named = kGolden.find(std::string(T::name));
-  if (named == kGolden.end()) {  // the extensions that are lists of names
-    Octets names;
-    for (const auto &[name, hex] : test::goldenRows()) {
-      if (name.rfind("generalName/", 0) == 0) names = test::operator+(names, fromHex(hex));
-    }
-    return {tlv(0x30, names)};
+  for (const auto &[name, hex] : test::goldenRows()) {
+    if (isRowOf(T::name, name)) values.push_back(fromHex(hex));
   }
-  for (const std::string &source : named->second) {
-    if (source.find('/') == std::string::npos) values.push_back(fromHex(source));
-    for (const auto &[name, hex] : test::goldenRows()) {
-      if (name.rfind(source, 0) == 0) values.push_back(fromHex(hex));
-    }
-  }
-  EXPECT_FALSE(values.empty());
+  EXPECT_FALSE(values.empty()) << T::name << " has no row in golden.tsv";
   return values;
 }
 
@@ -123,21 +96,31 @@ class Events : public Visitor {
 
   void enter(const char *name, const Structure &structure) override {
     add(name, structure.group() == Group::List ? "[" : "{");
+    if (structure.hasText()) text += '"' + structure.text() + "\" ";
+    groups_.push_back(structure.group());
+    if (structure.group() == Group::Bits) bits_.emplace();
+    if (name != nullptr && std::string(name) == "timestamps") tls_.emplace();
   }
-  void leave() override { text += "} "; }
+  void leave() override {
+    text += "} ";
+    if (groups_.back() == Group::Bits) endBits();
+    if (tls_) leaves.push_back(tlsVector(*tls_));
+    tls_.reset();
+    groups_.pop_back();
+  }
   void leaf(const char *name, const LeafValue &value) override {
     add(name, value.text() + "=" + detail::hexOf(value.content()));
-    const std::string called = name != nullptr ? name : "";
-    if (called == "unused" || called == "digitalSignature") bits_.emplace();
-    if (bits_) return bit(value.content()[0] != 0);
     const View content = value.content();
+    if (bits_ && value.kind() == LeafKind::Boolean) return bits_->push_back(content[0] != 0);
+    const Octets encoding = value.encoding();
     switch (value.kind()) {
+      case LeafKind::BitString:  // the nameless bits are all of them
+        bits_.reset();
+        return flatten(View(encoding), leaves);
       case LeafKind::Any:
       case LeafKind::Name: return flatten(content, leaves);
-      case LeafKind::GeneralName: {
-        const auto encoding = value.encoding();
-        return flatten(View(encoding), leaves);
-      }
+      case LeafKind::GeneralName: return flatten(View(encoding), leaves);
+      case LeafKind::Sct: *tls_ += tlsVector(detail::hexOf(content)); return;
       default: leaves.push_back(detail::hexOf(content));
     }
   }
@@ -148,10 +131,9 @@ class Events : public Visitor {
 
  private:
   void add(const char *name, const std::string &what) { text += (name != nullptr ? name : "-") + (' ' + what) + ' '; }
-  // Nine of them make the contents of a BIT STRING (X.690 11.2.2).
-  void bit(bool value) {
-    bits_->push_back(value);
-    if (bits_->size() < 9) return;
+  // The contents of a BIT STRING (X.690 11.2.2), unless it has nameless bits.
+  void endBits() {
+    if (!bits_) return;
     while (!bits_->empty() && !bits_->back()) bits_->pop_back();
     Octets content(1 + (bits_->size() + 7) / 8);
     for (std::size_t i = 0; i < bits_->size(); ++i) {
@@ -161,7 +143,14 @@ class Events : public Visitor {
     leaves.push_back(detail::hexOf(View(content)));
     bits_.reset();
   }
+  // In hex, after its length of two octets.
+  static std::string tlsVector(const std::string &hex) {
+    const uint8_t length[] = {static_cast<uint8_t>(hex.size() / 512), static_cast<uint8_t>(hex.size() / 2 % 256)};
+    return detail::hexOf(length) + hex;
+  }
 
+  std::optional<std::string> tls_;  // the members of a list in the form of TLS
+  std::vector<Group> groups_;
   std::optional<std::vector<bool>> bits_;
 };
 
@@ -197,6 +186,37 @@ TEST(Types, GoldenValues) {
       EXPECT_EQ(owning.leaves, leaves);
       EXPECT_EQ(viewing.leaves, leaves);
     }
+  });
+}
+
+TEST(Types, Words) {
+  const auto rows = test::rowsOf("golden.tsv");
+  forEach(ExtensionTypes{}, [&](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    for (const auto &row : rows) {
+      if (row.size() < 4 || !isRowOf(T::name, row[0])) continue;
+      Events events;
+      const Octets octets = fromHex(row[1]);
+      walk(*read<T>(View(octets)), events);
+      EXPECT_NE(events.text.find(row[3]), std::string::npos) << row.place << ": " << events.text;
+    }
+  });
+}
+
+// With its identifier, and whether it is critical; and the identifier has a name.
+TEST(Types, AreInTheReadme) {
+  std::string readme;
+  for (const auto &row : test::rowsOf("../README.md")) readme += (row.empty() ? "" : row[0]) + '\n';
+  forEach(ExtensionTypes{}, [&](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    const std::string id = ObjectIdentifier(T::oid).text();
+    EXPECT_FALSE(oid::name(T::oid).empty()) << id;
+    const std::size_t begin = readme.find("\n| " + std::string(oid::name(T::oid)) + " (" + id + ") | ");
+    ASSERT_NE(begin, std::string::npos) << id;
+    const std::string row = readme.substr(begin + 1, readme.find('\n', begin + 1) - begin - 1);
+    const auto critical = detail::FixedCritical<T>::value;
+    const char *const said = !critical ? "you say" : *critical ? "yes" : "no";
+    EXPECT_NE(row.find(std::string(" | ") + said + " | "), std::string::npos) << row;
   });
 }
 
@@ -328,6 +348,81 @@ TEST(Types, AWrittenFalseIsFalse) {
   EXPECT_TRUE(bc->cA.isPresent());
 }
 
+// What is malformed in the form of TLS, in the OCTET STRING around it and in times of two forms.
+TEST(Types, RefusedValues) {
+  const auto refusal = [](auto *type, const char *hex) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    const Octets octets = fromHex(hex);
+    isAccepted<T>(octets);
+    return explain<T>(View(octets), firstFault(view<ViewOf<T>>(View(octets))));
+  };
+  SctList *const scts = nullptr;
+  ExpiredCertsOnCrl *const time = nullptr;
+  EXPECT_EQ(refusal(scts, "04 08 00 05 00 04 01 02 03 04"),
+            "1 octets after the end of a TLS structure at offset 9 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(scts, "04 08 00 07 00 04 01 02 03 04"),
+            "a TLS structure ends early: 7 octets are needed, 6 remain at offset 4 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(scts, "04 08 00 06 00 05 01 02 03 04"),
+            "a TLS structure ends early: 5 octets are needed, 4 remain at offset 6 (SignedCertificateTimestampList/1)");
+  EXPECT_EQ(refusal(scts, "04 0B 00 09 00 01 01 00 04 00 02 03 04"),
+            "a TLS structure ends early: 32 octets are needed, 3 remain at offset 10 "
+            "(SignedCertificateTimestampList/2)");
+  EXPECT_EQ(refusal(scts, "04 04 00 02 00 00"),
+            "a TLS structure ends early: 1 octets are needed, 0 remain at offset 6 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(scts, "24 04 04 02 00 00"),
+            "a string in segments: only an owning read joins it at offset 0 (SignedCertificateTimestampList)");
+  EXPECT_EQ(refusal(time, "17 0B 32 30 31 32 31 30 31 36 30 32 5A"), "");
+  EXPECT_EQ(refusal(time, "17 0A 32 30 31 32 31 30 31 36 5A 5A"), "malformed time at offset 2 (ExpiredCertsOnCRL)");
+  EXPECT_EQ(refusal(static_cast<OcspNoCheck *>(nullptr), "05 01 00"),
+            "NULL content is 1 octets at offset 2 (OCSPNoCheck)");
+}
+
+TEST(Types, OpenTypesAreReadByTheirIdentifier) {
+  const Octets octets = fromHex(test::golden("qCStatements/limit and retention"));
+  const auto read = ketra::read<QcStatements>(View(octets));
+  const QcStatement &limit = read->statements[1];
+  const auto value = limit.as<MonetaryValue>(statement::qcLimitValue);
+  EXPECT_EQ(value->text(), "1000000 HUF");
+  EXPECT_EQ(limit.as<Integer>(statement::qcRetentionPeriod).fault().code(), uint32_t{FaultCode_OtherKind});
+  const auto wrong = limit.as<Integer>(statement::qcLimitValue);
+  EXPECT_EQ(wrong.fault().text(), "unexpected tag 0x30, expected 0x02");
+}
+
+// Refusals say why, and nothing is stored.
+template <class T>
+std::string refusalOf(const T &value) {
+  Extensions extensions;
+  try {
+    if constexpr (detail::FixedCritical<T>::value.has_value()) {
+      extensions.set(value);
+    } else {
+      extensions.set(value, false);
+    }
+  } catch (const Error &error) {
+    EXPECT_TRUE(extensions.empty());
+    return error.what();
+  }
+  return "";
+}
+TEST(ExtensionsObject, WhatCannotBeSet) {
+  SctFields fields;
+  const Octets id(32, 0xAB), signature(70'000, 1);
+  fields.logId = View(id);
+  EXPECT_EQ(refusalOf(SctList{{Sct(fields), Sct(fields)}}), "");
+  fields.signatureOctets = View(signature);
+  EXPECT_NE(refusalOf(SctList{{Sct(fields)}}), "");
+  EXPECT_NE(refusalOf(SctList{{Sct(SctFields{})}}), "");
+  EXPECT_NE(refusalOf(SctList{}), "");
+  EXPECT_EQ(refusalOf(AuthorityInfoAccess{{{access::ocsp, uri("http://a.test/")}}}), "");
+  EXPECT_NE(refusalOf(AuthorityInfoAccess{}), "");
+  EXPECT_EQ(refusalOf(NetscapeComment{{"K\xC3\xB6ln"}}),
+            "octet 195 is not a character of the string type at offset 3 (NetscapeComment)");
+  EXPECT_EQ(refusalOf(MicrosoftCertTypeName{BmpStringOf<Owned>("K\xC3\xB6ln")}), "");
+  EXPECT_NE(refusalOf(MicrosoftCertificateTemplate{access::ocsp, {}, 1}), "");
+  EXPECT_EQ(refusalOf(ExpiredCertsOnCrl{Time()}), "");
+  EXPECT_EQ(encode(ExpiredCertsOnCrl{Time()})[0], 0x18);
+}
+
 // An Extension whose value is in segments, or that is no Extension: neither is taken for absent.
 TEST(ExtensionsObject, FaultyExtensionsAreNotAbsent) {
   for (const char *extension : {"30 0B 06 03 55 1D 13 24 04 04 02 30 00", "30 0A 06 03 55 1D 13 01 01 FF 04 05"}) {
@@ -346,6 +441,171 @@ TEST(ExtensionsObject, FaultyExtensionsAreNotAbsent) {
     }
     EXPECT_TRUE(all.find("2.5.29.15"_oid).isAbsent());
     EXPECT_FALSE(all.find("2.5.29.15"_oid));
+  }
+}
+
+// Extensions are replaced in their places, and erased by type or identifier.
+TEST(ExtensionsObject, SetGetEraseIterate) {
+  Extensions all;
+  EXPECT_FALSE(all.get<BasicConstraints>());
+  all.set(BasicConstraints{true}, true);
+  KeyUsage usage;
+  usage.digitalSignature = usage.decipherOnly = true;
+  all.set(usage, false);
+  all.set(SubjectKeyId{{1, 2, 3}});
+  const Octets null = fromHex("05 00");
+  all.set("1.2.3.4"_oid, true, View(null));
+  all.set(BasicConstraints{true, 1}, false);
+  const auto text = [](const Extensions &of) {
+    std::string ids;
+    for (const auto &each : of) ids += each->extnID.text() + (each->critical ? "! " : " ");
+    return ids;
+  };
+  const Extensions read = Extensions::decode(all.encode());
+  EXPECT_EQ(text(read), "2.5.29.19 2.5.29.15 2.5.29.14 1.2.3.4! ");
+  const auto constraints = read.get<BasicConstraints>();
+  EXPECT_TRUE(constraints && constraints->cA && *constraints->pathLenConstraint == Integer(1));
+  const auto used = read.get<KeyUsage>();
+  EXPECT_TRUE(used && *used == usage && *used != KeyUsage());
+  EXPECT_TRUE(read.find("1.2.3.4"_oid).isCritical());
+  EXPECT_TRUE(all.erase<KeyUsage>() && !all.erase<KeyUsage>() && all.erase("1.2.3.4"_oid));
+  EXPECT_EQ(text(all), "2.5.29.19 2.5.29.14 ");
+  EXPECT_THROW(Extensions::decode(fromHex("31 00")), Error);
+  EXPECT_TRUE(Extensions::decode(Octets()).empty());
+}
+
+template <class T>
+std::string refusalOf(const T &value) {
+  Extensions all;
+  try {
+    if constexpr (detail::FixedCritical<T>::value) {
+      all.set(value);
+    } else {
+      all.set(value, false);
+    }
+  } catch (const Error &error) {
+    EXPECT_TRUE(all.empty());
+    return error.what();
+  }
+  return "set";
+}
+
+TEST(ExtensionsObject, RefusedSetsStoreNothing) {
+  const auto point = [](DistributionPointName name) { return CrlDistributionPoints{{{}, {std::move(name)}}}; };
+  const auto altName = [](NameKind kind, const char *content) {
+    const Octets octets = fromHex(content);
+    return IssuerAltName{{dns("a"), GeneralName::of(kind, View(octets))}};
+  };
+  const std::string empty = "a list without members, one or more are required at offset ";
+  const std::string negative = "a negative number, 0 or more is required at offset ";
+  const std::pair<std::string, std::string> cases[] = {
+      {refusalOf(AuthorityKeyId{{}, {}, 1}), "issuer and serial number come together or not at all (RFC 5280 4.2.1.1)"},
+      {refusalOf(CertificatePolicies{}), empty + "0 (CertificatePolicies)"},
+      {refusalOf(CertificatePolicies{{{"1.2.3"_oid, {{}}}}}), empty + "8 (CertificatePolicies/1/policyQualifiers)"},
+      {refusalOf(ExtKeyUsage{}), empty + "0 (ExtKeyUsage)"},
+      {refusalOf(ExtKeyUsage{{{}}}), "OBJECT IDENTIFIER content is 0 octets at offset 2 (ExtKeyUsage/1)"},
+      {refusalOf(CrlNumber{-1}), negative + "2 (CRLNumber)"},
+      {refusalOf(DeltaCrlIndicator{INT64_MIN}), negative + "2 (DeltaCRLIndicator)"},
+      {refusalOf(ReasonCode{static_cast<CrlReason>(7)}), "7 is a value without a name at offset 2 (ReasonCode)"},
+      {refusalOf(CertificateIssuer{}), empty + "0 (CertificateIssuer)"},
+      {refusalOf(altName(NameKind::otherName, "")),
+       "the component with tag 0x06 is missing at offset 5 (IssuerAltName/2)"},
+      {refusalOf(altName(NameKind::otherName, "06 01 2A A0 02 0C 05")),
+       "length 5 exceeds the 0 remaining octets at offset 12 (IssuerAltName/2)"},
+      {refusalOf(altName(NameKind::x400Address, "")),
+       "a component that may have several tags is missing at offset 5 (IssuerAltName/2)"},
+      {refusalOf(altName(NameKind::registeredID, "")),
+       "OBJECT IDENTIFIER content is 0 octets at offset 5 (IssuerAltName/2)"},
+      {refusalOf(altName(NameKind::rfc822Name, "C3 A4")),
+       "octet 195 is not a character of the string type at offset 7 (IssuerAltName/2)"},
+      {refusalOf(point({DistributionPointName::FullName{}})),
+       empty + "8 (CRLDistributionPoints/2/distributionPoint/fullName)"},
+      {refusalOf(point({DistributionPointName::RelativeName{}})),
+       empty + "8 (CRLDistributionPoints/2/distributionPoint/nameRelativeToCRLIssuer)"},
+      {refusalOf(CrlDistributionPoints{{{{}, {}, {{}}}}}), empty + "4 (CRLDistributionPoints/1/cRLIssuer)"},
+      {refusalOf(NameConstraints{{}, {{}}}), empty + "2 (NameConstraints/excludedSubtrees)"},
+      {refusalOf(SubjectDirectoryAttributes{{{"1.2"_oid, {}}}}), empty + "7 (SubjectDirectoryAttributes/1/values)"},
+      {refusalOf(InvalidityDate{Time::max()}), "malformed time at offset 0 (InvalidityDate)"},
+      {refusalOf(InvalidityDate{Time::min()}), "malformed time at offset 0 (InvalidityDate)"},
+  };
+  for (const auto &[refusal, expected] : cases) EXPECT_EQ(refusal, expected);
+}
+
+TEST(Values, Integers) {
+  struct Case {
+    const char *content, *hex, *text;
+  };
+  const Case cases[] = {
+      {"00", "00", "0"},
+      {"7F", "7f", "127"},
+      {"0080", "80", "128"},
+      {"80", "-80", "-128"},
+      {"FF", "-01", "-1"},
+      {"FF7F", "-81", "-129"},
+      {"8000000000000000", "-8000000000000000", "-9223372036854775808"},
+      {"008000000000000000", "8000000000000000", "0x8000000000000000"},
+      {"FF7FFFFFFFFFFFFFFF", "-8000000000000001", "-0x8000000000000001"},
+  };
+  for (const Case &c : cases) {
+    const Octets content = fromHex(c.content);
+    const auto integer = Integer::ofContent(View(content));
+    ASSERT_TRUE(integer) << c.content;
+    EXPECT_EQ(integer->hex(), c.hex);
+    EXPECT_EQ(integer->text(), c.text);
+    EXPECT_EQ(Integer(integer->number().value_or(0)) == *integer, integer->number().has_value());
+  }
+  const Octets padded = fromHex("0000FF");
+  EXPECT_EQ(Integer::ofUnsigned(View(padded)), Integer(255));
+  EXPECT_EQ(Integer::ofUnsigned({}), Integer());
+  EXPECT_TRUE(Integer(-129) < Integer(-128) && Integer(-1) < Integer(0) && Integer(255) < Integer(256));
+}
+
+TEST(Values, Texts) {
+  const std::pair<const char *, int64_t> times[] = {
+      {"1970-01-01T00:00:00Z", 0},
+      {"1969-12-31T23:59:59.999999Z", -1},
+      {"0000-01-01T00:00:00Z", -62'167'219'200'000'000},
+      {"9999-12-31T23:59:59.999999Z", 253'402'300'799'999'999},
+  };
+  for (const auto &[text, sinceEpoch] : times) EXPECT_EQ(timeText(Time(std::chrono::microseconds(sinceEpoch))), text);
+
+  for (const std::string text : {"9.9", "1", "1.2.", "01.2", "1.40"}) EXPECT_FALSE(ObjectIdentifier::parse(text));
+  EXPECT_FALSE(ObjectIdentifier::parse(std::string("2.5.29.19\0.1", 12)));
+  EXPECT_EQ((*ObjectIdentifier::parse("2.999.9223372036854775807")).text(), "2.999.9223372036854775807");
+
+  for (const char *address : {"C0000201", "C0000200FFFFFF00", "C0000200FF00FF00", "20010DB8000000000000000000000001",
+                              "00000000000000000000000000000000", "00010000000200000003000000040000",
+                              "20010DB8000000000000000000000000FFFFFFFF000000000000000000000000"}) {
+    const Octets octets = fromHex(address);
+    const AsnOct c{octets.data(), static_cast<uint32_t>(octets.size())};
+    char text[80];
+    ASSERT_EQ(X509IpAddressToText(&c, text, sizeof text, nullptr), 0);
+    EXPECT_EQ(ip(View(octets)).text(), text);
+  }
+
+  const Octets bmp = fromHex("0041 0416");
+  EXPECT_EQ(Text(TextType::Bmp, View(bmp)).utf8(), "A\xd0\x96");
+  EXPECT_TRUE(Text(TextType::Visible, View(std::string_view("\xe4"))).hasOutside());
+  const Octets notice = encode(UserNotice{NoticeReference{"A", {1}}, "B"});
+  EXPECT_EQ(notice, fromHex("30 0D 30 08 0C 01 41 30 03 02 01 01 0C 01 42"));
+  const Any qualifier{View(notice)};
+  EXPECT_TRUE(qualifier.as<UserNotice>() && !qualifier.as<Text>());
+
+  Name name;
+  name.add(attribute::countryName, "GB").add(attribute::organizationName, "a, \xc3\xa4").add("1.2.3"_oid, "x");
+  EXPECT_EQ(name.text(), "1.2.3=#0c0178,O=a\\, \xc3\xa4,C=GB");
+  EXPECT_EQ(*Name::of(name.stored()), name);
+  EXPECT_TRUE(name.find(attribute::countryName) && !name.find(attribute::commonName));
+}
+
+TEST(Values, LengthsOfEverySize) {
+  for (const std::size_t size : {0u, 0x7Fu, 0x80u, 0xFFu, 0x100u, 0xFFFFu, 0x10000u, 0x1000000u}) {
+    const Octets octets(size, 0x42);
+    const Octets encoding = encode(OctetString(View(octets)));
+    const auto viewed = view<OctetStringView>(View(encoding));
+    ASSERT_TRUE(viewed);
+    EXPECT_TRUE(viewed->octets() == View(octets)) << size;
+    EXPECT_EQ(encoding, tlv(0x04, octets)) << size;
   }
 }
 
@@ -384,43 +644,11 @@ TEST(ExtensionsObject, IsReadByManyThreads) {
   for (std::thread &thread : threads) thread.join();
 }
 
-// What a walk has seen, as fields to build from.
-struct Node : Fields {
-  std::vector<std::pair<std::string, std::unique_ptr<Node>>> members;
-  std::optional<Octets> octets;
-  const Fields *member(const char *name) const override {
-    for (const auto &[each, field] : members) {
-      if (each == name) return field.get();
-    }
-    return nullptr;
-  }
-  std::size_t size() const override { return members.size(); }
-  const Fields &at(std::size_t index) const override { return *members[index].second; }
-  std::optional<Octets> encoding(LeafKind) const override { return octets; }
-};
-
-class Recorder : public Visitor {
- public:
-  Node root;
-  void enter(const char *name, const Structure &) override { open_.push_back(add(name)); }
-  void leave() override { open_.pop_back(); }
-  void leaf(const char *name, const LeafValue &value) override { add(name)->octets = value.encoding(); }
-  void absent(const char *, const LeafValue &) override {}
-  void fault(const char *, View, const Fault &) override { ADD_FAILURE(); }
-
- private:
-  Node *add(const char *name) {
-    Node &in = open_.empty() ? root : *open_.back();
-    return in.members.emplace_back(name == nullptr ? "" : name, std::make_unique<Node>()).second.get();
-  }
-  std::vector<Node *> open_;
-};
-
 TEST(Build, GivesTheValueThatWasWalked) {
   forEach(ExtensionTypes{}, [](auto *type) {
     using T = std::remove_pointer_t<decltype(type)>;
     for (const Octets &octets : goldenOf<T>()) {
-      Recorder recorder;
+      test::Recorder recorder;
       walk(*read<T>(View(octets)), recorder);
       T built{};
       std::string path;
@@ -428,7 +656,7 @@ TEST(Build, GivesTheValueThatWasWalked) {
       EXPECT_EQ(encode(built), octets) << T::name;
     }
   });
-  Recorder recorder;
+  test::Recorder recorder;
   walk(NameConstraints{{{{dns("a")}}}, {}}, recorder);
   recorder.root.members[0].second->members[0].second->members[0].second->members.clear();
   NameConstraints built;

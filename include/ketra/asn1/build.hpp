@@ -10,6 +10,7 @@
 
 #include "ketra/asn1/describe.hpp"
 #include "ketra/asn1/read.hpp"
+#include "ketra/asn1/write.hpp"
 
 namespace ketra {
 
@@ -33,6 +34,7 @@ namespace detail {
 // Takes each member from the field of its name. The path is that of the field that is missing or wrong.
 class Build {
  public:
+  static constexpr bool kOpensTypes = true;
   Build(const Fields &fields, std::string &path) : fields_(fields), path_(path) {}
 
   template <class T>
@@ -59,6 +61,25 @@ class Build {
   bool choice(std::variant<Ts...> &value, Alternatives... alternatives) {
     return one<0>(value, alternatives...);
   }
+  // As the type that goes with the identifier, or as any encoding.
+  template <class Id, class Any, class... Ts>
+  bool open(const char *name, const Id &id, std::optional<Any> &member, Defined<Ts>... types) {
+    const Fields *const field = fields_.member(name);
+    if (field == nullptr) return true;
+    const std::size_t before = path_.size();
+    if ((... || asType<Ts>(name, id == types.id, *field, member))) return true;
+    if (!field->encoding(LeafKind::Any) && path_.size() > before) return false;
+    path_.resize(before);
+    return into(name, *field, member.emplace());
+  }
+  template <class T, class Any>
+  bool asType(const char *name, bool isType, const Fields &field, std::optional<Any> &member) {
+    T value{};
+    if (!isType || (!IsLeaf<T>::value && field.encoding(LeafKind::Any)) || !into(name, field, value)) return false;
+    const Octets encoding = encode(value);
+    member.emplace(View(encoding));
+    return true;
+  }
   template <class Bits>
   bool nameless(Bits &bits) {
     const Fields *const field = fields_.member("nameless");
@@ -71,8 +92,9 @@ class Build {
       const std::optional<Octets> encoding = field.encoding(Leaf<T>::kind);
       if (!encoding) return false;
       Result<T> leaf = read<T>(View(*encoding));
-      if (leaf) value = *std::move(leaf);
-      return static_cast<bool>(leaf);
+      if (!leaf) return false;
+      value = *std::move(leaf);
+      return true;
     } else if constexpr (kIsList<T>) {
       for (std::size_t i = 0; i < field.size(); ++i) {
         if (!into(std::to_string(i + 1).c_str(), field.at(i), value.emplace_back())) return false;

@@ -116,7 +116,9 @@ enum class LeafKind : uint8_t {
   Text,
   Name,
   GeneralName,
-  Any
+  Any,
+  Null,
+  Sct
 };
 
 /// A leaf: a type that is read and written as a whole. A specialisation has
@@ -132,10 +134,26 @@ enum class LeafKind : uint8_t {
 /// @endcode
 /// A type with identifier 0 reads and writes whole encodings.
 ///
-/// Those of the library: bool, IntegerOf, EnumeratedLeaf, BitsOf, OctetStringOf, ObjectIdentifierOf, Time
-/// (GeneralizedTime), TextOf (any string type), DirectoryStringOf, NameOf, GeneralNameOf, and AnyOf for open types.
+/// Lists of a leaf that also has
+/// @code
+/// static bool next(Reader &, Tlv &, Fault &);  // goes past one member, whose contents are read by read()
+/// @endcode
+/// are an OCTET STRING of a TLS vector (RFC 8446 3.4): two octets of length, and the members, each after two octets of
+/// its length.
+///
+/// Those of the library: bool, Null, IntegerOf, EnumeratedLeaf, BitsOf, OctetStringOf, ObjectIdentifierOf, Time
+/// (GeneralizedTime), EitherTime, TextOf (any string type), DirectoryStringOf, Ia5StringOf and its like (one string
+/// type), NameOf, GeneralNameOf, SctOf, and AnyOf for open types.
 template <class T>
 struct Leaf;
+
+class OidLiteral;  // oid.hpp
+
+/// What a value of an open type is, where an identifier beside it is this one. See visitOpen().
+template <class T>
+struct Defined {
+  const OidLiteral &id;
+};
 
 /// A component with a DEFAULT value. It converts from T; a value equal to the default is not written (X.690 11.5),
 /// unless it was read from octets that have it: these come back unchanged.
@@ -221,6 +239,14 @@ template <class T>
 inline constexpr bool kIsList = !std::is_void_v<typename MemberOf<T>::type>;
 
 template <class T, class = void>
+struct IsFramed : std::false_type {};
+template <class T>
+struct IsFramed<T, std::void_t<decltype(&Leaf<T>::next)>> : std::true_type {};
+// Lists in the form of TLS.
+template <class T>
+inline constexpr bool kIsTlsList = IsFramed<typename MemberOf<T>::type>::value;
+
+template <class T, class = void>
 struct ShapeOf : std::integral_constant<Shape, Shape::Sequence> {};
 template <class T>
 struct ShapeOf<T, std::void_t<decltype(T::shape)>> : std::integral_constant<Shape, T::shape> {};
@@ -287,6 +313,8 @@ constexpr uint8_t universalIdentifierOf(As as) {
     return universalIdentifierOf<typename ValueOf<T>::type>(as);
   } else if constexpr (IsLeaf<T>::value) {
     return Leaf<T>::identifier;
+  } else if constexpr (kIsTlsList<T>) {
+    return 0x04;
   } else if constexpr (kIsList<T>) {
     return as.isSet ? 0x31 : 0x30;
   } else if constexpr (kHasShape<T, Shape::Bits>) {
@@ -318,7 +346,7 @@ constexpr bool inSegments() {
   if constexpr (IsLeaf<T>::value) {
     return Leaf<T>::inSegments;
   } else {
-    return kHasShape<T, Shape::Bits>;
+    return kHasShape<T, Shape::Bits> || kIsTlsList<T>;
   }
 }
 
@@ -481,7 +509,25 @@ class WellFormed {
   bool isRight_ = true;
 };
 
+template <class Visitor, class = void>
+struct OpensTypes : std::false_type {};
+template <class Visitor>
+struct OpensTypes<Visitor, std::void_t<decltype(Visitor::kOpensTypes)>> : std::true_type {};
+
 }  // namespace detail
+
+/// In a description, shows an optional component of an open type that the component `id` before it defines:
+/// visitOpen(visit, "statementInfo", self.statementId, self.statementInfo, Defined<QcTypeOf<Form>>{statement::type}).
+/// It is read and written as it is stored; walk() and build() take it as the type that goes with the identifier, if it
+/// is one.
+template <class Visitor, class Id, class Member, class... Ts>
+KETRA_INLINE constexpr bool visitOpen(Visitor &visit, const char *name, Id &id, Member &member, Defined<Ts>... types) {
+  if constexpr (detail::OpensTypes<Visitor>::value) {
+    return visit.open(name, id, member, types...);
+  } else {
+    return visit(name, member);
+  }
+}
 
 /// Whether the description of a type, owning or a view, can be read and written without doubt. Assert it beside each
 /// type.

@@ -35,10 +35,16 @@ class Path {
       as.number = -1;
       as.isExplicit = false;
       if (readTlv(in, inner, fault)) into<T>(inner, as);
+    } else if constexpr (kIsTlsList<T>) {
+      Tlv vector;
+      Fault fault;
+      if (!tlv.isConstructed() && readTlsVector<typename MemberOf<T>::type>(tlv, vector, fault)) {
+        members<typename MemberOf<T>::type>(vector.reader());
+      }
     } else if constexpr (kIsList<T>) {
       members<typename MemberOf<T>::type>(tlv.reader());
     } else if constexpr (kIsDescribed<T> && !kHasShape<T, Shape::Bits>) {
-      if (!tlv.isConstructed()) return;
+      if (!tlv.isConstructed() && !kHasShape<T, Shape::Is>) return;
       T value{};
       if constexpr (kHasShape<T, Shape::Is>) {
         Only visit{*this, tlv, as};
@@ -71,7 +77,7 @@ class Path {
       const uint8_t *const begin = in.at;
       Tlv tlv;
       Fault fault;
-      const bool isRead = readTlv(in, tlv, fault);
+      const bool isRead = nextMember<T>(in, tlv, fault);
       if (isRead && !covers(begin, in.at) && !endsAt(in.at)) continue;
       (text_ += '/') += std::to_string(number);
       if (isRead && matches<T>({}, tlv.identifier)) into<T>(tlv, {});
@@ -164,21 +170,37 @@ std::string typeName() {
 
 }  // namespace detail
 
-/// A fault in words, with its place in the octets of a value of type T: "length 9 exceeds the 2 remaining octets at
-/// offset 12 (NameConstraints/excludedSubtrees/2/maximum)". `octets` are those that were read, from their beginning.
+/// Where a fault is.
+struct FaultPlace {
+  std::size_t offset = 0;  ///< from the beginning of the octets
+  std::string path;        ///< "NameConstraints/excludedSubtrees/2/maximum"; members of lists by number, from 1
+};
+
+/// The place of a fault in the octets of a value of type T. `octets` are those that were read, from their beginning.
+/// Nothing when the fault has no address.
 template <class T>
-std::string explain(View octets, const Fault &fault) {
+std::optional<FaultPlace> placeOf(View octets, const Fault &fault) {
   using V = typename detail::ViewedOf<T>::type;
-  std::string text = fault.text();
-  if (fault.at == nullptr) return text;
-  text += " at offset " + std::to_string(fault.at - octets.begin()) + " (" + detail::typeName<T>();
+  if (fault.at == nullptr) return std::nullopt;
+  FaultPlace place{static_cast<std::size_t>(fault.at - octets.begin()), detail::typeName<T>()};
   Tlv tlv;
   Fault ignored;
   Reader in(octets);
   if (detail::readTlv(in, tlv, ignored) && detail::matches<V>({}, tlv.identifier)) {
-    detail::Path(fault, text).into<V>(tlv, {});
+    detail::Path(fault, place.path).template into<V>(tlv, {});
+    if (place.path.size() > 1 && place.path[0] == '/') place.path.erase(0, 1);  // the type has no name
   }
-  return text + ")";
+  return place;
+}
+
+/// A fault in words, with its place in the octets of a value of type T: "length 9 exceeds the 2 remaining octets at
+/// offset 12 (NameConstraints/excludedSubtrees/2/maximum)".
+template <class T>
+std::string explain(View octets, const Fault &fault) {
+  const std::optional<FaultPlace> place = placeOf<T>(octets, fault);
+  if (!place) return fault.text();
+  const std::string text = fault.text() + " at offset " + std::to_string(place->offset);
+  return place->path.empty() ? text : text + " (" + place->path + ")";
 }
 
 }  // namespace ketra

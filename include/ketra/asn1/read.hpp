@@ -109,7 +109,7 @@ struct ReadOnlyMember {
   }
 };
 
-// Sets the named bits of a BIT STRING, and keeps the whole string where it goes beyond them.
+// Sets the named bits of a BIT STRING, and keeps the whole string where bits beyond them are set.
 struct ReadBits {
   View octets;
   std::size_t count;
@@ -123,8 +123,20 @@ struct ReadBits {
   }
   template <class Bits>
   KETRA_INLINE bool nameless(Bits &bits) {
-    if (KETRA_UNLIKELY(count > named)) bits = Bits(octets, count);
+    if (KETRA_UNLIKELY(count > named)) {
+      const std::size_t end = lastSetBit();
+      if (end > named) bits = Bits(octets, end);
+    }
     return true;
+  }
+
+  // How many bits there are up to the last that is set: zero bits after it mean nothing (X.680 22.7).
+  std::size_t lastSetBit() const {
+    std::size_t end = count;
+    while (end > 0 && (octets[(end - 1) / 8] & (0x80u >> (end - 1) % 8)) == 0) {
+      end -= end % 8 == 0 && octets[end / 8 - 1] == 0 ? 8 : 1;
+    }
+    return end;
   }
 
   // The first 32, of which the first is the most significant: more have no name.
@@ -182,11 +194,39 @@ KETRA_INLINE bool readLeaf(const Tlv &tlv, T &value, As as, Fault &fault) {
   return true;
 }
 
+// The vector that is all of the contents of an OCTET STRING.
+template <class T>
+bool readTlsVector(const Tlv &string, Tlv &vector, Fault &fault) {
+  Reader in = string.reader();
+  return Leaf<T>::next(in, vector, fault) && (in.done() || fail(fault, Reason::TlsTrailing, in.at, in.left()));
+}
+
+// Goes past one member of a list.
+template <class T>
+KETRA_INLINE bool nextMember(Reader &in, Tlv &tlv, Fault &fault) {
+  if constexpr (IsFramed<T>::value) {
+    return Leaf<T>::next(in, tlv, fault);
+  } else {
+    return readTlv(in, tlv, fault);
+  }
+}
+
+// How many members there are, counted as countTlvs() does.
+template <class T>
+std::size_t countMembersOf(Reader in) {
+  if constexpr (!IsFramed<T>::value) return countTlvs(in);
+  std::size_t count = 0;
+  Tlv tlv;
+  Fault fault;
+  while (!in.done() && nextMember<T>(in, tlv, fault)) ++count;
+  return count + (in.done() ? 0 : 1);
+}
+
 template <bool kOwning, class T>
 KETRA_INLINE bool readList(const Tlv &tlv, T &list, As as, Fault &fault) {
   if (as.isNonEmpty && tlv.content == tlv.contentEnd) return fail(fault, Reason::EmptyList, tlv.octets);
   if constexpr (kOwning) {
-    list.reserve(countTlvs(tlv.reader()));
+    list.reserve(countMembersOf<typename MemberOf<T>::type>(tlv.reader()));
     Tlv member;
     for (Reader in = tlv.reader(); !in.done();) {
       if (!readNext<true>(in, member, list.emplace_back(), fault)) return false;
@@ -208,6 +248,14 @@ template <bool kOwning, class T>
 KETRA_INLINE bool readContents(const Tlv &tlv, T &value, As as, Fault &fault) {
   if constexpr (IsLeaf<T>::value) {
     return readLeaf<kOwning>(tlv, value, as, fault);
+  } else if constexpr (kIsTlsList<T>) {
+    Tlv vector;
+    const auto readMembers = [&](const Tlv &whole) {
+      return readTlsVector<typename MemberOf<T>::type>(whole, vector, fault) &&
+             readList<kOwning>(vector, value, as, fault);
+    };
+    if (KETRA_LIKELY(!tlv.isConstructed())) return readMembers(tlv);
+    return withSegments<kOwning>(tlv, false, fault, readMembers);
   } else if constexpr (kIsList<T>) {
     return readList<kOwning>(tlv, value, as, fault);
   } else if constexpr (kHasShape<T, Shape::Bits>) {
@@ -270,7 +318,9 @@ KETRA_INLINE bool readWhole(const Tlv &tlv, T &value, Fault &fault) {
 // The next encoding, which is one of the type by its own tag.
 template <bool kOwning, class T>
 KETRA_INLINE bool readNext(Reader &in, Tlv &tlv, T &value, Fault &fault) {
-  if constexpr (universalIdentifierOf<T>({}) != 0) {
+  if constexpr (IsFramed<T>::value) {
+    return Leaf<T>::next(in, tlv, fault) && Leaf<T>::read(tlv, value, fault);
+  } else if constexpr (universalIdentifierOf<T>({}) != 0) {
     // The compiler sees that the tag is none of the odd ones.
     if (KETRA_LIKELY(matches<T>({}, *in.at))) {
       return readTlv(in, tlv, fault) && readContents<kOwning>(tlv, value, {}, fault);
@@ -395,7 +445,7 @@ class Range {
   /// @}
   bool empty() const { return contents_.empty(); }  ///< whether there are no members, not even faulty ones
   /// How many members there are, by their headers alone.
-  std::size_t size() const { return detail::countTlvs(Reader(contents_)); }
+  std::size_t size() const { return detail::countMembersOf<T>(Reader(contents_)); }
   /// The contents octets.
   View octets() const { return contents_; }
 

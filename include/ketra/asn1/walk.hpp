@@ -14,6 +14,7 @@
 #include "ketra/asn1/describe.hpp"
 #include "ketra/asn1/read.hpp"
 #include "ketra/asn1/write.hpp"
+#include "ketra/types/primitive.hpp"
 
 namespace ketra {
 
@@ -115,6 +116,7 @@ struct WalkStructure {
 namespace detail {
 
 struct Walk {
+  static constexpr bool kOpensTypes = true;
   Visitor &visitor;
 
   template <class T>
@@ -139,6 +141,20 @@ struct Walk {
   bool choice(const std::variant<Ts...> &value, Alternatives... alternatives) {
     const char *const names[] = {alternatives.name...};
     std::visit([&](const auto &alternative) { this->walk(names[value.index()], alternative); }, value);
+    return true;
+  }
+  // A value that is not one of the type it should be shows as it is stored.
+  template <class Id, class Form, class... Ts>
+  bool open(const char *name, const Id &id, const std::optional<AnyOf<Form>> &member, Defined<Ts>... types) {
+    if (member && !(... || asType<typename ViewedOf<Ts>::type>(name, id == types.id, *member))) walk(name, *member);
+    return true;
+  }
+  template <class V, class Any>
+  bool asType(const char *name, bool isType, const Any &member) {
+    if (!isType) return false;
+    const auto value = view<V>(member.encoding());
+    if (firstFault(value)) return false;
+    walk(name, *value);
     return true;
   }
   template <class Bits>

@@ -131,9 +131,34 @@ inline void sortMembers(Writer &out, std::size_t place) {
   for (const View member : members) out.octets(member);
 }
 
+// A length of two octets, as TLS has them; one that does not fit is found when what was written is read.
+inline std::size_t beginTls(Writer &out) {
+  out.octet(0);
+  out.octet(0);
+  return out.size();
+}
+inline void endTls(std::size_t place, Writer &out) {
+  const std::size_t length = out.size() - place;
+  const uint8_t octets[] = {static_cast<uint8_t>(length >> 8 & 0xFF), static_cast<uint8_t>(length & 0xFF)};
+  out.rewrite(place - 2, octets);
+}
+
 template <class T>
 void writeList(const T &list, As as, Writer &out) {
   const std::size_t place = out.size();
+  if constexpr (kIsTlsList<T>) {
+    const std::size_t vector = beginTls(out);
+    for (const auto &member : list) {
+      if constexpr (isView<T>) {
+        out.octets(member.octets());
+      } else {
+        const std::size_t each = beginTls(out);
+        Leaf<typename MemberOf<T>::type>::write(member, out);
+        endTls(each, out);
+      }
+    }
+    return endTls(vector, out);
+  }
   for (const auto &member : list) {
     if constexpr (isView<T>) {
       out.octets(member.octets());

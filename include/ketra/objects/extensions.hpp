@@ -202,6 +202,11 @@ class ExtensionsView {
 
 namespace detail {
 
+template <class T, class = void>
+struct IsOneType : std::false_type {};
+template <class T>
+struct IsOneType<T, std::void_t<decltype(T::kTextType)>> : std::true_type {};
+
 // What ASN.1 or a standard forbids to set although it can be read: empty lists, characters outside IA5String.
 struct Refusal {
   Fault fault{};
@@ -231,7 +236,8 @@ struct Refusal {
   template <class T>
   bool look(const T &value, As as) {
     if constexpr (kIsList<T>) {
-      if (as.isNonEmptyWhenSet && value.empty()) return fail(fault, Reason::EmptyList, value.octets().begin());
+      // The list begins two octets before its contents: identifier and length, which have just been written.
+      if (as.isNonEmptyWhenSet && value.empty()) return fail(fault, Reason::EmptyList, value.octets().begin() - 2);
       for (const auto &item : value) {
         if (!item) {
           fault = item.fault();
@@ -242,6 +248,9 @@ struct Refusal {
     } else if constexpr (std::is_same_v<T, GeneralNameView>) {
       const bool isIa5 = isStringKind(static_cast<uint8_t>(value.kind())) && !value.is(NameKind::iPAddress);
       const uint8_t *const outside = isIa5 ? firstOutside(TextType::Ia5, value.content()) : nullptr;
+      if (outside != nullptr) return fail(fault, Reason::Alphabet, outside, *outside);
+    } else if constexpr (IsOneType<T>::value) {
+      const uint8_t *const outside = firstOutside(T::kTextType, value.octets());
       if (outside != nullptr) return fail(fault, Reason::Alphabet, outside, *outside);
     } else if constexpr (kIsDescribed<T>) {
       return T::describe(value, *this);

@@ -40,6 +40,9 @@ struct RelativeDistinguishedNameOf {
   static constexpr Shape shape = Shape::Is;
   ListOf<Form, AttributeTypeAndValueOf<Form>> attributes{};
 
+  /// As RFC 4514 has it: "CN=Steve+O=Example".
+  std::string text() const;
+
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("attributes", self.attributes, setOf | nonEmpty);
@@ -88,14 +91,15 @@ inline TextType textTypeOf(View type) {
 // to be well formed down to the last: names are compared and written as DER.
 inline bool checkName(const Tlv &tlv, Fault &fault) {
   if (tlv.identifier != 0x30) return fail(fault, Reason::OtherTag, tlv.octets, tlv.identifier, 0x30);
-  for (const auto &rdn : Range<RelativeDistinguishedNameView>(tlv.contents())) {
-    fault = rdn.fault();
-    if (fault) return false;
-    for (const auto &attribute : rdn->attributes) {
-      fault = attribute.fault();
-      if (fault) return false;
-      const View value = attribute->value.encoding();
-      Tlv inner;
+  // Without the items of a Range: nothing is kept.
+  Tlv inner;
+  for (Reader rdns = tlv.reader(); !rdns.done();) {
+    RelativeDistinguishedNameView rdn;
+    if (!readNext<false>(rdns, inner, rdn, fault)) return false;
+    for (Reader in(rdn.attributes.octets()); !in.done();) {
+      AttributeTypeAndValueView attribute;
+      if (!readNext<false>(in, inner, attribute, fault)) return false;
+      const View value = attribute.value.encoding();
       if ((value[0] & 0x20) != 0 && !(readOnly(value, inner, fault) && checkInside(inner, fault))) return false;
     }
   }

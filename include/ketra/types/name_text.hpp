@@ -105,18 +105,30 @@ inline void appendAttribute(std::string &text, View type, View value) {
 }  // namespace detail
 
 template <class Form>
+std::string RelativeDistinguishedNameOf<Form>::text() const {
+  std::string text;
+  const auto append = [&text](const auto &attribute) {
+    if (!text.empty()) text += '+';
+    detail::appendAttribute(text, attribute.type.content(), attribute.value.encoding());
+  };
+  for (const auto &each : attributes) {
+    if constexpr (std::is_same_v<Form, Owned>) {
+      append(each);
+    } else if (each) {
+      append(*each);
+    }
+  }
+  return text;
+}
+
+template <class Form>
 std::string NameOf<Form>::text() const {
   std::string text;
   std::vector<RelativeDistinguishedNameView> levels;
   for (const auto &rdn : rdns()) levels.push_back(*rdn);
   for (std::size_t i = levels.size(); i-- > 0;) {
     if (!text.empty()) text += ',';
-    bool isFirst = true;
-    for (const auto &each : levels[i].attributes) {
-      if (!isFirst) text += '+';
-      isFirst = false;
-      detail::appendAttribute(text, each->type.content(), each->value.encoding());
-    }
+    text += levels[i].text();
   }
   return text;
 }

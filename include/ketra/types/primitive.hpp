@@ -43,6 +43,25 @@ struct Leaf<bool> {
   static std::string text(bool value) { return value ? "true" : "false"; }
 };
 
+/// NULL: all it says is that it is there.
+struct Null {
+  friend constexpr bool operator==(Null, Null) { return true; }
+  friend constexpr bool operator!=(Null, Null) { return false; }
+};
+
+template <>
+struct Leaf<Null> {
+  static constexpr LeafKind kind = LeafKind::Null;
+  static constexpr uint8_t identifier = 0x05;
+  static constexpr bool inSegments = false;
+  KETRA_INLINE static bool read(const Tlv &tlv, Null &, Fault &fault) {
+    return tlv.size() == 0 || detail::fail(fault, Reason::NullSize, tlv.content, tlv.size());
+  }
+  static void write(Null, Writer &) {}
+  static View content(Null, detail::Scratch &) { return {}; }
+  static std::string text(Null) { return "null"; }
+};
+
 /// ENUMERATED over an enumeration that has `std::string_view nameOf(E)`: empty for a value without a name, which is not
 /// read.
 template <class E>

@@ -21,6 +21,7 @@ enum class TextType : uint8_t {
   Teletex = 20,
   Ia5 = 22,
   Visible = 26,
+  General = 27,
   Universal = 28,
   Bmp = 30
 };
@@ -123,6 +124,7 @@ template <class Form>
 class TextOf {
  public:
   TextOf() = default;
+  constexpr explicit TextOf(TextType type) : type_(type) {}  ///< no characters, of that type
   /// Octets of a string type, which are not judged; see hasOutside().
   TextOf(TextType type, View octets) : octets_(detail::contentAs<Form>(octets)), type_(type) {}
   /// A UTF8String.
@@ -207,5 +209,95 @@ struct Leaf<DirectoryStringOf<Form>> : Leaf<TextOf<Form>> {
     return outside == nullptr || detail::fail(fault, Reason::Alphabet, outside, *outside);
   }
 };
+
+namespace detail {
+
+// A string of one type.
+template <class Form, TextType kType>
+struct OneTypeOf : TextOf<Form> {
+  static constexpr TextType kTextType = kType;
+
+  constexpr OneTypeOf() : TextOf<Form>(kType) {}
+  explicit OneTypeOf(View octets) : TextOf<Form>(kType, octets) {}
+  template <class C,
+            class = std::enable_if_t<std::is_convertible_v<const C &, std::string_view> && std::is_same_v<Form, Owned>>>
+  OneTypeOf(const C &text) : OneTypeOf(View(std::string_view(text))) {}
+};
+template <class T>
+struct OneTypeLeaf {
+  static constexpr LeafKind kind = LeafKind::Text;
+  static constexpr uint8_t identifier = static_cast<uint8_t>(T::kTextType);
+  static constexpr bool inSegments = true;
+  static bool read(const Tlv &tlv, T &value, Fault &) {
+    value = T(tlv.contents());
+    return true;
+  }
+  static void write(const T &value, Writer &out) { out.octets(value.octets()); }
+  static View content(const T &value, detail::Scratch &) { return value.octets(); }
+  static std::string text(const T &value) { return value.utf8(); }
+};
+
+// UTF-8 as BMPString; what has no place in it becomes U+FFFD.
+inline std::string bmpOf(std::string_view utf8) {
+  std::string octets;
+  uint32_t character = 0;
+  for (Reader in{View(utf8)}; !in.done();) {
+    if (!nextUtf8(in, character)) {
+      character = 0xFFFD;
+      ++in.at;
+    }
+    if (character > 0xFFFF) character = 0xFFFD;
+    octets += static_cast<char>(character >> 8);
+    octets += static_cast<char>(character & 0xFF);
+  }
+  return octets;
+}
+
+}  // namespace detail
+
+/// Strings of one type, from octets or characters. Those outside its alphabet can be read, as of TextOf, but not set.
+/// @{
+template <class Form>
+struct Utf8StringOf : detail::OneTypeOf<Form, TextType::Utf8> {
+  using detail::OneTypeOf<Form, TextType::Utf8>::OneTypeOf;
+};
+template <class Form>
+struct PrintableStringOf : detail::OneTypeOf<Form, TextType::Printable> {
+  using detail::OneTypeOf<Form, TextType::Printable>::OneTypeOf;
+};
+template <class Form>
+struct Ia5StringOf : detail::OneTypeOf<Form, TextType::Ia5> {
+  using detail::OneTypeOf<Form, TextType::Ia5>::OneTypeOf;
+};
+template <class Form>
+struct GeneralStringOf : detail::OneTypeOf<Form, TextType::General> {
+  using detail::OneTypeOf<Form, TextType::General>::OneTypeOf;
+};
+/// Characters are given in UTF-8; those beyond U+FFFF become U+FFFD.
+template <class Form>
+struct BmpStringOf : detail::OneTypeOf<Form, TextType::Bmp> {
+  constexpr BmpStringOf() = default;
+  explicit BmpStringOf(View octets) : detail::OneTypeOf<Form, TextType::Bmp>(octets) {}
+  template <class C,
+            class = std::enable_if_t<std::is_convertible_v<const C &, std::string_view> && std::is_same_v<Form, Owned>>>
+  BmpStringOf(const C &text) {
+    const std::string octets = detail::bmpOf(text);
+    *this = BmpStringOf(View(octets));
+  }
+};
+/// @}
+
+/// @cond
+template <class Form>
+struct Leaf<Utf8StringOf<Form>> : detail::OneTypeLeaf<Utf8StringOf<Form>> {};
+template <class Form>
+struct Leaf<PrintableStringOf<Form>> : detail::OneTypeLeaf<PrintableStringOf<Form>> {};
+template <class Form>
+struct Leaf<Ia5StringOf<Form>> : detail::OneTypeLeaf<Ia5StringOf<Form>> {};
+template <class Form>
+struct Leaf<GeneralStringOf<Form>> : detail::OneTypeLeaf<GeneralStringOf<Form>> {};
+template <class Form>
+struct Leaf<BmpStringOf<Form>> : detail::OneTypeLeaf<BmpStringOf<Form>> {};
+/// @endcond
 
 }  // namespace ketra
