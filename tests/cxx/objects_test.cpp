@@ -10,7 +10,7 @@
 #include "ketra/objects/permits.hpp"
 #include "ketra/objects/pkcs7.hpp"
 #include "ketra/objects/request.hpp"
-#include "ketra/types/curve_names.hpp"
+#include "ketra/names/curves.hpp"
 #include "support/support.h"
 
 std::size_t requestsForMemory();  // types_test.cpp
