@@ -33,6 +33,8 @@
 namespace ketra {
 
 template <class T>
+class Item;  // read.hpp
+template <class T, class Member = Item<T>>
 class Range;  // read.hpp
 template <class T>
 class Field;  // field.hpp

@@ -23,7 +23,7 @@ class Field {
   /// The encoding as it is stored, with its tag.
   View octets() const { return octets_; }
   /// The value, or what is wrong with it. Each call reads the octets.
-  Item<T> value() const {
+  KETRA_INLINE Item<T> value() const {
     static_assert(isView<T>, "a field points into the octets of its object");
     Item<T> item;
     item.octets_ = octets_;

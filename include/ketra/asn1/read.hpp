@@ -368,7 +368,7 @@ class Item {
   }
 
  private:
-  template <class>
+  template <class, class>
   friend class Range;
   template <class>
   friend class Field;
@@ -382,7 +382,8 @@ class Item {
 
 /// The members of a list in a view: an input range that can be walked any number of times. Each is read when the
 /// iterator reaches it, and is good or faulty by itself; octets that cannot be split are one faulty member at the end.
-template <class T>
+/// A type derived from Item in its place has `void reached()`, which is called for each member.
+template <class T, class Member>
 class Range {
  public:
   constexpr Range() = default;
@@ -394,10 +395,10 @@ class Range {
     /// What std::iterator_traits wants.
     /// @{
     using iterator_category = std::input_iterator_tag;
-    using value_type = Item<T>;
+    using value_type = Member;
     using difference_type = std::ptrdiff_t;
-    using pointer = const Item<T> *;
-    using reference = const Item<T> &;
+    using pointer = const Member *;
+    using reference = const Member &;
     /// @}
 
     Iterator() = default;
@@ -432,13 +433,14 @@ class Range {
         if (in_.at == start) in_.at = in_.end;  // no header: it is all that is left
       }
       item_.octets_ = View(start, in_.at);
+      if constexpr (!std::is_same_v<Member, Item<T>>) item_.reached();
     }
 
     // A constant, of which compilers see that all of it is there.
     static constexpr T kEmpty{};
 
     Reader in_;
-    Item<T> item_;
+    Member item_;
   };
 
   /// The first member, and the end; reading happens here and at `++`.

@@ -2,8 +2,6 @@
 /// Certificate revocation lists (RFC 5280 5.1). Entries are read one by one, in constant memory.
 #pragma once
 
-#include <cstddef>
-#include <iterator>
 #include <optional>
 #include <string_view>
 
@@ -48,18 +46,24 @@ class CrlEntry : public Item<RevokedCertificateView> {
   const Found<CertificateIssuerView> &certificateIssuer() const { return issuer_; }
 
  private:
-  friend class CrlEntries;
-  void move(const Item<RevokedCertificateView> &item) {
-    Item::operator=(item);
-    if (!item) return unknown(item.octets(), item.fault());
-    if (!item->extensionList) return;
-    const ExtensionsView extensions = item->extensions();
-    if (extensions.fault()) return unknown(item->extensionList->octets(), extensions.fault());
-    const auto found = extensions.view<CertificateIssuerView>();
-    if (!found.isAbsent()) issuer_ = found;
-    for (const auto &extension : extensions) {
-      const bool isAnything = !extension && detail::beginningOf(extension.octets()).id.empty();
-      if (isAnything) return unknown(extension.octets(), extension.fault());
+  template <class, class>
+  friend class Range;
+  void reached() {
+    if (!*this) return unknown(octets(), fault());
+    if (!(*this)->extensionList) return;
+    const auto list = (*this)->extensionList->value();
+    if (!list) return unknown(list.octets(), list.fault());
+    for (const auto &extension : *list) {
+      if (extension) {
+        if (extension->extnID != CertificateIssuerView::oid) continue;
+        const auto issuer = view<CertificateIssuerView>(extension->extnValue.octets());
+        issuer_ = Found<CertificateIssuerView>(issuer, extension->critical.value());
+        return;
+      }
+      const View id = detail::beginningOf(extension.octets()).id;
+      if (id.empty() || id == CertificateIssuerView::oid.content()) {
+        return unknown(extension.octets(), extension.fault());
+      }
     }
   }
   void unknown(View octets, const Fault &fault) {
@@ -69,59 +73,15 @@ class CrlEntry : public Item<RevokedCertificateView> {
   Found<CertificateIssuerView> issuer_;
 };
 
-/// The entries of a CRL: an input range that can be walked any number of times, and holds one entry at a time.
-class CrlEntries {
+/// The entries of a CRL, read one at a time.
+class CrlEntries : public Range<RevokedCertificateView, CrlEntry> {
  public:
-  CrlEntries() = default;
-  /// Of the members of revokedCertificates.
-  explicit CrlEntries(Range<RevokedCertificateView> members) : members_(members) {}
-
-  class Iterator {
-   public:
-    /// What std::iterator_traits wants.
-    /// @{
-    using iterator_category = std::input_iterator_tag;
-    using value_type = CrlEntry;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const CrlEntry *;
-    using reference = const CrlEntry &;
-    /// @}
-
-    Iterator() = default;
-    explicit Iterator(Range<RevokedCertificateView>::Iterator at) : at_(at) { move(); }
-    /// The entry, held by the iterator until it moves on.
-    reference operator*() const { return entry_; }
-    pointer operator->() const { return &entry_; }
-    Iterator &operator++() {
-      ++at_;
-      move();
-      return *this;
-    }
-    void operator++(int) { ++*this; }
-    friend bool operator==(const Iterator &a, const Iterator &b) { return a.at_ == b.at_; }
-    friend bool operator!=(const Iterator &a, const Iterator &b) { return !(a == b); }
-
-   private:
-    void move() {
-      if (at_->octets().data() != nullptr) entry_.move(*at_);
-    }
-    Range<RevokedCertificateView>::Iterator at_;
-    CrlEntry entry_;
-  };
-
+  using Range::Range;
   /// What is wrong with revokedCertificates itself: then its entries are not known, and none is visited.
   const Fault &fault() const { return fault_; }
-  /// The first entry, and the end.
-  /// @{
-  Iterator begin() const { return Iterator(members_.begin()); }
-  Iterator end() const { return {}; }
-  /// @}
-  std::size_t size() const { return members_.size(); }  ///< how many, faulty ones too, by their headers alone
-  bool empty() const { return members_.empty(); }       ///< whether there are none
 
  private:
   friend struct TbsCertListView;
-  Range<RevokedCertificateView> members_;
   Fault fault_;
 };
 
@@ -150,7 +110,7 @@ struct TbsCertListView {
   CrlEntries entries() const {
     if (!revokedCertificates) return {};
     const auto list = revokedCertificates->value();
-    CrlEntries entries(list ? *list : Range<RevokedCertificateView>());
+    CrlEntries entries(list ? list->octets() : View());
     entries.fault_ = list.fault();
     return entries;
   }

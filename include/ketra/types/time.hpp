@@ -133,15 +133,20 @@ class TimeReader {
   bool fits_ = true;
 };
 
-// "YYYYMMDDHHMMSSZ", the form of nearly every time; false for any other, right or wrong.
-inline bool readPlainTime(View content, int64_t &microseconds) {
-  if (content.size() != 15 || content[14] != 'Z') return false;
-  uint32_t pairs[7];
-  for (std::size_t i = 0; i < 7; ++i) {
-    const uint32_t tens = content[2 * i] - uint32_t{'0'}, ones = content[2 * i + 1] - uint32_t{'0'};
-    if (tens > 9 || ones > 9) return false;
+// "YYYYMMDDHHMMSSZ", the form of nearly every time, or "YYMMDDHHMMSSZ"; false for any other, right or wrong.
+template <bool kIsUtc>
+KETRA_INLINE bool readPlainTime(View content, int64_t &microseconds) {
+  constexpr std::size_t kFirst = kIsUtc ? 1 : 0;
+  if (content.size() != 15 - 2 * kFirst || content.back() != 'Z') return false;
+  uint32_t pairs[7] = {}, wrong = 0;
+  for (std::size_t i = kFirst; i < 7; ++i) {
+    const std::size_t at = 2 * (i - kFirst);
+    const uint32_t tens = content[at] - uint32_t{'0'}, ones = content[at + 1] - uint32_t{'0'};
+    wrong |= (tens > 9 ? 1u : 0u) | (ones > 9 ? 1u : 0u);
     pairs[i] = tens * 10 + ones;
   }
+  if (wrong != 0) return false;
+  if (kIsUtc) pairs[0] = pairs[1] < 50 ? 20 : 19;
   const uint32_t year = pairs[0] * 100 + pairs[1];
   const bool isTime = pairs[2] - 1 < 12 && pairs[3] - 1 < daysInMonth(year, pairs[2]) && pairs[4] < 24 &&
                       pairs[5] < 60 && pairs[6] < 60;
@@ -208,7 +213,7 @@ struct Leaf<Time> {
   static constexpr bool inSegments = true;
   static bool read(const Tlv &tlv, Time &value, Fault &fault) {
     int64_t microseconds = 0;
-    if (!detail::readPlainTime(tlv.contents(), microseconds) &&
+    if (!detail::readPlainTime<false>(tlv.contents(), microseconds) &&
         !detail::TimeReader(tlv.contents()).generalized(microseconds, fault)) {
       return false;
     }
@@ -263,19 +268,15 @@ struct Leaf<EitherTime> {
   static constexpr uint8_t identifier = 0;
   static constexpr bool inSegments = true;
   static constexpr bool matches(uint8_t octet) { return (octet & ~0x20) == 0x17 || (octet & ~0x20) == 0x18; }
-  static bool read(const Tlv &tlv, EitherTime &value, Fault &fault) {
+  KETRA_INLINE static bool read(const Tlv &tlv, EitherTime &value, Fault &fault) {
     int64_t microseconds = 0;
     const View content = tlv.contents();
     value.isUtcTime = (tlv.identifier & ~0x20) == 0x17;
-    if (value.isUtcTime) {
-      if (!detail::TimeReader(content).utc(microseconds, fault)) return false;
-    } else if (!detail::readPlainTime(content, microseconds) &&
-               !detail::TimeReader(content).generalized(microseconds, fault)) {
-      return false;
-    }
+    value.isProfiled = value.isUtcTime ? detail::readPlainTime<true>(content, microseconds)
+                                       : detail::readPlainTime<false>(content, microseconds);
+    if (!value.isProfiled && !readOdd(content, value.isUtcTime, microseconds, fault)) return false;
     value.time = Time(std::chrono::microseconds(microseconds));
-    const std::size_t size = value.isUtcTime ? 13 : 15;
-    value.isProfiled = content.size() == size && content.back() == 'Z' && value.isUtcTime == value.isBefore2050();
+    value.isProfiled = value.isProfiled && value.isUtcTime == value.isBefore2050();
     return true;
   }
   static void write(const EitherTime &value, Writer &out) {
@@ -287,6 +288,12 @@ struct Leaf<EitherTime> {
     return value.isUtcTime ? View(generalized.begin() + 2, generalized.end()) : generalized;
   }
   static std::string text(const EitherTime &value) { return timeText(value.time); }
+
+ private:
+  static bool readOdd(View content, bool isUtcTime, int64_t &microseconds, Fault &fault) {
+    detail::TimeReader reader(content);
+    return isUtcTime ? reader.utc(microseconds, fault) : reader.generalized(microseconds, fault);
+  }
 };
 
 }  // namespace ketra
