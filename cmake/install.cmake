@@ -4,7 +4,7 @@
 include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Ketra)
 
-install(TARGETS ketra ketra_runtime EXPORT KetraTargets
+install(TARGETS ketra ketra_runtime ketra_headers EXPORT KetraTargets
   RUNTIME COMPONENT library
   LIBRARY COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE COMPONENT development)

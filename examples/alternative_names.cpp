@@ -1,29 +1,30 @@
-// Stores a subjectAltName and reads it back; one bad name would not hide the others.
-#include <exception>
+// Stores a subjectAltName and reads it back, in place; one bad name would not hide the others.
 #include <iostream>
-#include <variant>
 
-#include "ketra/face/face.hpp"
+#include "ketra/ketra.hpp"
 
 int main() try {
+  static constexpr uint8_t kAddress[] = {192, 0, 2, 1};
   ketra::Name name;
-  name.add({{ketra::attribute::countryName, "GB"}}).add({{ketra::attribute::commonName, "Steve"}});
+  name.add(ketra::attribute::countryName, "GB").add(ketra::attribute::commonName, "Steve");
   ketra::Extensions extensions;
-  extensions.set(ketra::SubjectAltName{{ketra::dns("www.example"), ketra::ip("192.0.2.1"), ketra::directory(name)}},
+  extensions.set(ketra::SubjectAltName{{ketra::dns("www.example"), ketra::ip(kAddress), ketra::directory(name)}},
                  /*critical=*/false);
 
-  const auto read = extensions.get<ketra::TolerantSubjectAltName>();
-  for (const ketra::NameOrError &each : read->names) {
-    if (const auto *bad = std::get_if<ketra::UnreadableName>(&each)) {
-      std::cout << "unreadable: " << bad->error.what() << "\n";
-      continue;
+  const auto found = extensions.view<ketra::SubjectAltName>();
+  if (!found) return 1;  // absent, or faulty: found.isFaulty(), found.fault()
+  for (const auto &each : found->names) {
+    if (!each) {
+      std::cout << "unreadable: " << each.fault().text() << "\n";
+    } else if (each->is(ketra::NameKind::dNSName)) {
+      std::cout << "DNS " << each->text() << "\n";
+    } else if (each->is(ketra::NameKind::iPAddress)) {
+      std::cout << "IP " << each->text() << "\n";
+    } else if (const auto directory = each->directoryName()) {
+      std::cout << "DN " << directory->text() << "\n";
     }
-    const auto &readable = std::get<ketra::GeneralName>(each);
-    if (const auto *dns = std::get_if<ketra::DnsName>(&readable)) std::cout << "DNS " << dns->text << "\n";
-    if (const auto *ip = std::get_if<ketra::IpAddress>(&readable)) std::cout << "IP " << ip->text() << "\n";
-    if (const auto *dn = std::get_if<ketra::DirectoryName>(&readable)) std::cout << "DN " << dn->name.text() << "\n";
   }
-} catch (const std::exception &error) {
+} catch (const ketra::Error &error) {
   std::cerr << error.what() << "\n";
   return 1;
 }

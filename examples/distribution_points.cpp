@@ -1,22 +1,25 @@
 // Says where the CRL of a CA is, and for which names the CA may issue.
-#include <exception>
 #include <iostream>
 
-#include "ketra/face/face.hpp"
+#include "ketra/ketra.hpp"
 
 int main() try {
+  static constexpr uint8_t kNetwork[] = {192, 0, 2, 0, 255, 255, 255, 0};
   ketra::DistributionPoint point;
-  point.distributionPoint = ketra::FullName{{ketra::uri("http://ca.example/ca.crl")}};
+  point.distributionPoint.emplace().name =
+      ketra::DistributionPointName::FullName{ketra::uri("http://ca.example/ca.crl")};
   point.reasons.emplace().keyCompromise = true;
   ketra::NameConstraints constraints;
-  constraints.permittedSubtrees = {{ketra::dns("example")}, {ketra::ip("192.0.2.0/24")}};
+  constraints.permittedSubtrees = {{ketra::dns("example")}, {ketra::ip(kNetwork)}};
 
   ketra::Extensions extensions;
   extensions.set(ketra::CrlDistributionPoints{{point}}, /*critical=*/false);
   extensions.set(constraints, /*critical=*/true);
-  std::cout << extensions.get<ketra::CrlDistributionPoints>()->points.size() << " point, "
-            << extensions.get<ketra::NameConstraints>()->permittedSubtrees->size() << " subtrees\n";
-} catch (const std::exception &error) {
+
+  const auto points = extensions.get<ketra::CrlDistributionPoints>();
+  const auto subtrees = extensions.get<ketra::NameConstraints>();
+  std::cout << points->points.size() << " point, " << subtrees->permittedSubtrees->size() << " subtrees\n";
+} catch (const ketra::Error &error) {
   std::cerr << error.what() << "\n";
   return 1;
 }

@@ -1,50 +1,40 @@
-// One encoded GeneralName, behind an octet that is not used: both rules, copies, and the road by the structured value
-// hold the same name. Then it is shown, parsed and compared as text.
+// One encoded GeneralName, after an octet that is not used: both rules, copies, and the way through the structured
+// value hold the same name. Then it is shown, parsed and compared as text.
 
 #include <algorithm>
+#include <optional>
 
-#include "read.hpp"
+#include "c.hpp"
 #include "rewriting.hpp"
 
 namespace fuzz {
 namespace {
 
-using ketra::GeneralName;
-using ketra::detail::GeneralNameObject;
-
 using Get = int32_t (*)(X509GenNameObject, AsnEncodedData *, AsnErrorBlock *);
 using Set = int32_t (*)(X509GenNameObject, const AsnEncodedData *, AsnErrorBlock *);
 
-GeneralNameObject object() { return ketra::detail::generalNameObject(); }
-
-Octets octetsOf(const GeneralNameObject &name, Get get) {
+Octets octetsOf(X509GenNameObject name, Get get) {
   AsnEncodedData encoding{};
-  succeed("a name has an encoding", get, name.get(), &encoding);
-  return ketra::detail::view(encoding).copy();
+  succeed("a name has an encoding", get, name, &encoding);
+  return viewOf(encoding).copy();
 }
-Octets der(const GeneralNameObject &name) { return octetsOf(name, X509GenNameObjectGetPduDER); }
+Octets der(X509GenNameObject name) { return octetsOf(name, X509GenNameObjectGetPduDER); }
 
-uint32_t setCode(const GeneralNameObject &name, View octets, Set set) {
-  const AsnEncodedData encoding = ketra::detail::encoded(octets);
-  return codeOf(set, name.get(), &encoding);
+uint32_t set(X509GenNameObject name, View octets, Set by) {
+  const AsnEncodedData encoding = encoded(octets);
+  return run(by, name, &encoding).code;
 }
 
-X509GenNameParam parameterOf(const GeneralNameObject &name) {
+X509GenNameParam parameterOf(X509GenNameObject name) {
   X509GenNameParam parameter{};
-  succeed("a name has a parameter", X509GenNameObjectGetName, name.get(), &parameter);
+  succeed("a name has a parameter", X509GenNameObjectGetName, name, &parameter);
   return parameter;
-}
-
-GeneralName nameOf(const GeneralNameObject &object) {
-  GeneralName name;
-  ketra::detail::copyName(object.get(), name);
-  return name;
 }
 
 // ---- As text --------------------------------------------------------------------------------------------------------
 
 // The same name, its letters in the other case.
-Octets otherCase(View name) {
+Octets otherCase(const Octets &name) {
   constexpr uint8_t kStrings[] = {0x0C, 0x13, 0x14, 0x16};
   Tlv tlv = *parseOne(name);
   const auto change = [&](const auto &self, Tlv &each) -> void {
@@ -58,107 +48,135 @@ Octets otherCase(View name) {
   return write(tlv);
 }
 
-template <class T>
-void look(const T &) {}
-void look(const ketra::DirectoryName &name) {
-  require(name.name.matches(name.name), "a name matches itself");
-  require(!name.name.text().empty() || name.name.encode() == Octets{0x30, 0x00}, "a name has a text");
-  const ketra::Name none;
-  const ketra::Name similar = ketra::Name::decode(otherCase(name.name.encode()));
-  for (const ketra::Name *other : {&none, &similar}) {
-    require(name.name.matches(*other) == other->matches(name.name), "matching goes both ways");
-  }
-}
-void look(const ketra::DirectoryString &string) try {
-  const std::string text = string.text();
-  require(ketra::DirectoryString::utf8(text).text() == text, "text survives as UTF8String");
-} catch (const ketra::Error &error) {
-  require(failure(error).code == X509DirStrError_Characters, "only what is no character has no text", error.what());
-}
-void look(const ketra::EdiPartyName &name) {
-  look(name.partyName);
-  if (name.nameAssigner) look(*name.nameAssigner);
-}
-void look(const ketra::IpAddress &address) {
-  const std::size_t size = address.octets.size();
-  const bool hasText = size == 4 || size == 8 || size == 16 || size == 32;
-  try {
-    const std::string text = address.text();
-    require(hasText, "other lengths have no text", text);
-    require(ketra::IpAddress::parse(text) == address, "an address survives as text", text);
-  } catch (const ketra::Error &error) {
-    require(!hasText, "an address has a text", error.what());
-  }
+int32_t match(X509NameObject name, X509NameObject other) {
+  int32_t equal = -1;
+  succeed("names are compared", X509NameObjectCompare, name, other, &equal);
+  return equal;
 }
 
-// ---- The roads ------------------------------------------------------------------------------------------------------
-
-void refused(const GeneralNameObject &name, View octets, Set set) {
-  const auto before = der(name);
-  require(setCode(name, octets, set) != 0, "a refused encoding is refused again");
+void look(X509NameObject name) {
   AsnEncodedData encoding{};
-  const uint32_t code = codeOf(X509GenNameObjectGetPduDER, name.get(), &encoding);
-  require(code == KetraError_GetPduEmpty || (code == 0 && std::ranges::equal(ketra::detail::view(encoding), before)),
+  if (run(X509NameObjectGetPduDER, name, &encoding).code != 0) return;
+  require(match(name, name) == 1, "a name matches itself");
+  uint32_t length = 0;
+  X509NameObjectGetText(name, nullptr, 0, &length, nullptr);
+  require(length > 0 || encoding.length == 2, "a name has a text");
+  std::string text(length + std::size_t{1}, '\0');
+  run(X509NameObjectGetText, name, text.data(), length + 1, &length);
+  const NameObject none, similar;
+  const Octets changed = otherCase(viewOf(encoding).copy());
+  const AsnEncodedData other = encoded(View(changed));
+  succeed("a name in the other case is one", X509NameObjectSetPduBER, similar, &other);
+  for (const X509NameObject each : {static_cast<X509NameObject>(none), static_cast<X509NameObject>(similar)}) {
+    require(match(name, each) == match(each, name), "matching goes both ways");
+  }
+}
+
+// The text of a string: nothing when it has characters that its type does not have.
+std::optional<std::string> textOf(const X509DirStr &string) {
+  std::string text(4 * std::size_t{string.length} + 1, '\0');
+  uint32_t length = 0;
+  const Failure failure = run(X509DirStrToText, &string, text.data(), static_cast<uint32_t>(text.size()), &length);
+  require(failure.code == 0 || failure.code == X509DirStrError_Characters, "only what is no character has no text",
+          failure.text);
+  if (failure.code != 0) return std::nullopt;
+  text.resize(length);
+  return text;
+}
+void look(const X509DirStr &string) {
+  const std::optional<std::string> text = textOf(string);
+  if (!text) return;
+  const X509DirStr utf8{X509DirStr_Utf8String, reinterpret_cast<const uint8_t *>(text->data()),
+                        static_cast<uint32_t>(text->size())};
+  require(textOf(utf8) == text, "text survives as UTF8String");
+}
+
+void look(const AsnOct &address) {
+  const bool hasText = address.length == 4 || address.length == 8 || address.length == 16 || address.length == 32;
+  char text[100];
+  const Failure failure = run(X509IpAddressToText, &address, text, uint32_t{sizeof text});
+  require((failure.code == 0) == hasText, "addresses of four lengths have a text", failure.text);
+  if (!hasText) return;
+  uint8_t octets[32];
+  uint32_t length = 0;
+  succeed("the text of an address is one", X509IpAddressFromText, text, octets, &length);
+  require(View(octets, length) == View(address.octets, address.length), "an address survives as text", text);
+}
+
+void look(const X509GenNameParam &name) {
+  switch (name.type) {
+    case X509GenName_DirectoryName: return look(name.directoryName);
+    case X509GenName_IPAddress: return look(name.iPAddress);
+    case X509GenName_EdiPartyName:
+      if (name.ediPartyName.nameAssigner.option == 1) look(name.ediPartyName.nameAssigner.value);
+      return look(name.ediPartyName.partyName);
+    default: return;
+  }
+}
+
+// ---- The ways -------------------------------------------------------------------------------------------------------
+
+void setSome(X509GenNameObject name) {
+  X509GenNameParam parameter{};
+  parameter.type = X509GenName_DNSName;
+  parameter.dNSName = {reinterpret_cast<const uint8_t *>("a"), 1};
+  succeed("a name can be set", X509GenNameObjectSetName, name, &parameter);
+}
+
+void refused(View octets, Set by) {
+  const GenNameObject name;
+  setSome(name);
+  const Octets before = der(name);
+  require(set(name, octets, by) != 0, "a refused encoding is refused again");
+  AsnEncodedData encoding{};
+  const uint32_t code = run(X509GenNameObjectGetPduDER, name, &encoding).code;
+  require(code == KetraError_GetPduEmpty || (code == 0 && viewOf(encoding) == View(before)),
           "after a failure an object holds its old name or none");
 }
 
-GeneralNameObject someName() {
-  GeneralNameObject name = object();
-  ketra::detail::setName(name.get(), ketra::dns("a"));
-  return name;
-}
-
-void copies(const GeneralNameObject &name, const GeneralName &value, const Octets &encoding) {
-  const GeneralNameObject copy = someName();
-  succeed("a name can be copied", X509GenNameObjectCopy, copy.get(), name.get());
-  require(nameOf(copy) == value && der(copy) == encoding, "a copy is the same");
+void copies(X509GenNameObject name, const Octets &encoding) {
+  const GenNameObject copy;
+  setSome(copy);
+  succeed("a name can be copied", X509GenNameObjectCopy, copy, name);
+  require(der(copy) == encoding, "a copy is the same");
 
   X509GenNameObject other = nullptr;
-  succeed("a name can be copied to a new object", X509MUtilCopyGenNameObject, &other, name.get());
-  const GeneralNameObject owner(other);
-  require(der(owner) == encoding && nameOf(owner) == value, "a new copy is the same");
+  succeed("a name can be copied to a new object", X509MUtilCopyGenNameObject, &other, name);
+  const GenNameObject owner(other);
+  require(der(owner) == encoding, "a new copy is the same");
 
   const char *path = nullptr;
   const uint32_t kind = parameterOf(name).type;
   succeed("a kind has a path", X509MUtilGetPathOfGenName, kind, &path);
 }
 
-void byParameter(const GeneralNameObject &name, const GeneralName &value, const Octets &encoding) {
-  const GeneralNameObject other = someName();
-  const X509GenNameParam parameter = parameterOf(name);
-  succeed("a parameter that was got can be set", X509GenNameObjectSetName, other.get(), &parameter);
-  require(nameOf(other) == value && der(other) == encoding, "the parameter carries the name");
-
-  const X509GenNameParam own = parameterOf(other);
-  succeed("an object takes its own parameter", X509GenNameObjectSetName, other.get(), &own);
-  require(der(other) == encoding, "its own parameter carries the name");
+void byParameter(X509GenNameObject name, const Octets &encoding) {
+  const GenNameObject other;
+  setSome(other);
+  for (X509GenNameObject source : {name, static_cast<X509GenNameObject>(other)}) {
+    const X509GenNameParam parameter = parameterOf(source);
+    succeed("a parameter that was got can be set", X509GenNameObjectSetName, other, &parameter);
+    require(der(other) == encoding, "the parameter carries the name");
+  }
 }
 
-void accepted(const GeneralNameObject &name, View octets) {
-  const GeneralName value = nameOf(name);
-  require(std::ranges::equal(octetsOf(name, X509GenNameObjectGetPduBER), octets), "BER returns what is stored");
-  std::visit([](const auto &kind) { look(kind); }, value);
+void accepted(X509GenNameObject name, View octets) {
+  require(octetsOf(name, X509GenNameObjectGetPduBER) == octets.copy(), "BER returns what is stored");
+  look(parameterOf(name));
 
   AsnEncodedData written{};
-  if (codeOf(X509GenNameObjectGetPduDER, name.get(), &written) != 0) {
-    require(!isWellFormed(octets), "what was read can be written");
+  if (run(X509GenNameObjectGetPduDER, name, &written).code != 0) {
+    require(!isWellFormed({octets.begin(), octets.end()}), "what was read can be written");
     return;
   }
   const Octets encoding = der(name);
-  const Rewriting rewriting = compare("generalName", octets, encoding);
-  require(rewriting != Rewriting::unlawful, "a name changes by the rules only");
-  const GeneralNameObject again = object();
-  require(setCode(again, encoding, X509GenNameObjectSetPduBER) == 0, "what was written can be read");
+  require(compare("generalName", {octets.begin(), octets.end()}, encoding) != Rewriting::unlawful,
+          "a name changes by the rules only");
+  const GenNameObject again;
+  require(set(again, View(encoding), X509GenNameObjectSetPduBER) == 0, "what was written can be read");
   require(der(again) == encoding, "what was written is written again");
-  // These stand in the value as they came, until they are written.
-  const bool isOpen =
-      std::holds_alternative<ketra::X400Address>(value) || std::holds_alternative<ketra::OtherName>(value);
-  if (rewriting == Rewriting::identical || !isOpen) {
-    require(nameOf(again) == value, "what was written reads as the same name");
-  }
-
-  copies(name, value, encoding);
-  byParameter(name, value, encoding);
+  copies(name, encoding);
+  byParameter(name, encoding);
 }
 
 }  // namespace
@@ -168,24 +186,19 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size) {
   using namespace fuzz;
   if (size == 0) return 0;
   const View octets(data + 1, size - 1);
-  const GeneralNameObject ber = object();
-  const GeneralNameObject strict = object();
-  const uint32_t berCode = setCode(ber, octets, X509GenNameObjectSetPduBER);
-  const uint32_t derCode = setCode(strict, octets, X509GenNameObjectSetPduDER);
+  const GenNameObject ber;
+  const GenNameObject strict;
+  const uint32_t berCode = set(ber, octets, X509GenNameObjectSetPduBER);
+  const uint32_t derCode = set(strict, octets, X509GenNameObjectSetPduDER);
   if (berCode != 0) {
     require(derCode != 0, "DER takes nothing that BER refuses");
-    refused(someName(), octets, X509GenNameObjectSetPduBER);
+    refused(octets, X509GenNameObjectSetPduBER);
     return 0;
   }
   if (derCode == 0) {
-    // DER is told by the lengths, and what it took is returned as it was. Only the members of a SET in an ORAddress are
-    // sorted in the structured value.
-    require(std::ranges::equal(der(strict), octets), "DER returns what is stored");
-    const GeneralName name = nameOf(ber);
-    require(name == nameOf(strict) || std::holds_alternative<ketra::X400Address>(name),
-            "both rules read the same name");
+    require(der(strict) == octets.copy(), "DER returns what is stored");
   } else {
-    refused(someName(), octets, X509GenNameObjectSetPduDER);
+    refused(octets, X509GenNameObjectSetPduDER);
   }
   accepted(ber, octets);
   return 0;

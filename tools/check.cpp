@@ -3,63 +3,31 @@
 #include <cstdint>
 #include <sstream>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "asn1_reader.hpp"
 #include "colour.hpp"
 #include "escape.hpp"
 #include "exit_status.hpp"
 #include "identifier_names.hpp"
-#include "out_of_memory.hpp"
 #include "typed_extensions.hpp"
 #include "walk.hpp"
 
 namespace tool {
 namespace {
 
-// An extension as an Extensions object holds it.
-struct Stored {
-  ketra::Octets value;
-  bool critical = false;
-  friend bool operator==(const Stored &, const Stored &) = default;
+std::string textOf(ketra::View value, bool critical) { return hex(value) + (critical ? " critical" : " non-critical"); }
+
+// What keeps a value from being DER: what is wrong, and where.
+struct Departure {
+  std::string what, where;
 };
-
-ketra::Extensions store(const ketra::ObjectIdentifier &objid, const Stored &stored) {
-  ketra::Extensions extensions;
-  extensions.set(objid, stored.critical, stored.value);
-  return extensions;
+Departure departureOf(const TypedExtension &typed, ketra::View value) {
+  const Json found = typed.departure(value);
+  if (found.is_null()) return {};
+  const auto path = found.value("path", "");
+  return {found.at("message").get<std::string>(), " at offset " + found["offset"].dump() + " (" + path + ")"};
 }
-
-Stored write(const ketra::ObjectIdentifier &objid, const Writer &writer, bool critical) {
-  ketra::Extensions extensions;
-  writer(extensions, critical);
-  const ketra::RawExtension raw = extensions.find(objid).value();
-  return {raw.value.copy(), raw.critical};
-}
-
-std::string text(const Stored &stored) { return hex(stored.value) + (stored.critical ? " critical" : " non-critical"); }
-
-std::string valueReason(const TypedExtension &typed, ketra::View before, ketra::View after) {
-  constexpr uint8_t kConstructed = 0x20;
-  if ((*before.data() ^ *after.data()) == kConstructed) return "the string comes in segments";
-  if (!hasDerLengths(before)) return "lengths are not DER";
-  return typed.reason != nullptr ? typed.reason(before, after) : "contents are not DER";
-}
-
-// Why a valid extension is written differently; empty when it is not.
-std::string reason(const TypedExtension &typed, const Extension &extension, const Stored &before, const Stored &after) {
-  std::string text;
-  const auto add = [&](std::string_view more) { text.append(text.empty() ? "" : "; ").append(more); };
-  if (before.value != after.value) add(valueReason(typed, before.value, after.value));
-  if (before.critical != after.critical) add("the criticality of this extension is fixed");
-  if (extension.critical == false) add("the default critical FALSE is written out");
-  return text;
-}
-
-// The first line of a trace: what is wrong, not where.
-std::string headline(const Json &problem) { return problem.at("trace").at(0).get<std::string>(); }
 
 class Check : public Visitor {
  public:
@@ -78,27 +46,28 @@ class Check : public Visitor {
 
   void beginObject(const Place &place, const Json &facts) override {
     sayFaults(place, facts);
-    ++(place.kind == Kind::Crl ? tally_.crls : place.kind == Kind::Request ? tally_.requests : tally_.certificates);
+    ++(place.kind == Kind::crl ? tally_.crls : place.kind == Kind::request ? tally_.requests : tally_.certificates);
   }
   void endObject() override {}
   void beginEntry(const Place &place, const Json &facts) override { sayFaults(place, facts); }
   void endEntry() override {}
 
-  void extension(const Place &place, const Extension &extension) override {
-    if (extension.isRepeated) {
-      begin(place, extension, true) << Colour::Bad << "the identifier is repeated" << Colour::None << "\n";
-      tally_.countReason("repeated", nameOf(extension.objid), placeText(place));
+  void extension(const Place &place, const ketra::Extension &extension, bool isRepeated) override {
+    const ketra::ObjectIdentifierView id(extension.extnID);
+    if (isRepeated) {
+      begin(place, id, true) << Colour::Bad << "the identifier is repeated" << Colour::None << "\n";
+      tally_.countReason("repeated", nameOf(id), placeText(place));
     }
-    const TypedExtension *typed = findTyped(extension.objid);
+    const TypedExtension *typed = findTyped(id);
     const Verdict verdict = typed == nullptr ? Verdict::Unknown : roundTrip(place, extension, *typed);
-    tally_.count(verdict, extension.isCritical());
-    tally_.countRow(extension.objid, verdict, extension.isCritical());
+    tally_.count(verdict, *extension.critical);
+    tally_.countRow(extension.extnID, verdict, *extension.critical);
   }
 
-  void unreadableExtension(const Place &place, uint32_t number, const ketra::Error &error) override {
+  void unreadableExtension(const Place &place, uint32_t number, const Json &problem) override {
     tally_.count(Verdict::Rejected, false);
     fault(place) << "extension " << number << ": " << Colour::Bad << "rejected" << Colour::None << "\n";
-    explain(place, "rejected", "extension", problem(error));
+    explain(place, "rejected", "extension", problem);
   }
 
   void unreadableAttribute(const Place &place, uint32_t number, const Json &problem) override {
@@ -121,71 +90,72 @@ class Check : public Visitor {
     }
   }
 
-  Verdict roundTrip(const Place &place, const Extension &extension, const TypedExtension &typed) {
-    const Stored before{extension.value, extension.isCritical()};
-    Writer writer;
-    try {
-      writer = typed.read(store(typed.objid, before));
-    } catch (const ketra::Error &error) {
-      throwIfOutOfMemory(error);
-      return failed(place, extension, Verdict::Rejected, error);
+  Verdict roundTrip(const Place &place, const ketra::Extension &extension, const TypedExtension &typed) {
+    const ketra::ObjectIdentifierView id(extension.extnID);
+    const ketra::View value = extension.extnValue.octets();
+    const bool critical = *extension.critical;
+    const Written written = typed.write(value, critical);
+    if (written.outcome != Written::Outcome::Good) {
+      const bool isRejected = written.outcome == Written::Outcome::Rejected;
+      return failed(place, id, isRejected ? Verdict::Rejected : Verdict::Refused, written.problem);
     }
-    Stored after;
-    try {
-      after = write(typed.objid, writer, before.critical);
-    } catch (const ketra::Error &error) {
-      throwIfOutOfMemory(error);
-      return failed(place, extension, Verdict::Refused, error);
+    std::string why, where;  // it is written differently
+    const auto add = [&why](const std::string &more) { why.append(why.empty() ? "" : "; ").append(more); };
+    const Departure notDer = departureOf(typed, written.value);
+    if (value != ketra::View(written.value)) {
+      const Departure departure = departureOf(typed, value);
+      add(departure.what.empty() ? "contents are not DER" : departure.what);
+      where = departure.where;
     }
-    std::string why = reason(typed, extension, before, after);
-    const std::string notDer = typed.writtenDefault != nullptr ? typed.writtenDefault(after.value) : "";
+    if (critical != written.critical) add("the criticality of this extension is fixed");
+    if (extension.critical.isPresent() && !critical) add("the default critical FALSE is written out");
     if (why.empty()) {
-      if (!notDer.empty()) remark(place, extension, "identical, not DER", notDer);
+      if (!notDer.what.empty()) remark(place, id, "identical, not DER", notDer.what, notDer.where);
       return Verdict::Identical;
     }
-    if (!notDer.empty()) why += "; not DER: " + notDer;
-    begin(place, extension, false) << Colour::Notable << verdictName(Verdict::ReEncoded) << Colour::None << ": " << why
-                                   << "\n";
-    out_ << "  read:    " << text(before) << "\n  written: " << text(after) << "\n";
-    if (before.critical && !after.critical) {
-      remark(place, extension, "critical is lost", "the library always writes this extension non-critical");
+    begin(place, id, false) << Colour::Notable << verdictName(Verdict::ReEncoded) << Colour::None << ": " << why
+                            << where << "\n";
+    out_ << "  read:    " << textOf(value, critical) << "\n  written: " << textOf(written.value, written.critical)
+         << "\n";
+    if (!notDer.what.empty()) remark(place, id, "re-encoded, not DER", notDer.what, notDer.where);
+    if (critical && !written.critical) {
+      remark(place, id, "critical is lost", "the library always writes this extension non-critical", "");
     }
-    tally_.countReason(verdictName(Verdict::ReEncoded), nameOf(extension.objid) + ": " + why, placeText(place));
-    secondRound(place, extension, typed, after);
+    tally_.countReason(verdictName(Verdict::ReEncoded), nameOf(id) + ": " + why, placeText(place));
+    secondRound(place, id, typed, written);
     return Verdict::ReEncoded;
   }
 
-  // What is no fault and should not be overlooked.
-  void remark(const Place &place, const Extension &extension, const char *what, const std::string &why) {
-    begin(place, extension, false) << Colour::Notable << what << Colour::None << ": " << why << "\n";
-    tally_.countReason(what, nameOf(extension.objid) + ": " + why, placeText(place));
+  // What is not a fault and should not be overlooked.
+  void remark(const Place &place, const ketra::ObjectIdentifierView &id, const char *what, const std::string &why,
+              const std::string &where) {
+    begin(place, id, false) << Colour::Notable << what << Colour::None << ": " << why << where << "\n";
+    tally_.countReason(what, nameOf(id) + ": " + why, placeText(place));
   }
 
-  Verdict failed(const Place &place, const Extension &extension, Verdict verdict, const ketra::Error &error) {
-    begin(place, extension, true) << Colour::Bad << verdictName(verdict) << Colour::None << "\n";
-    explain(place, verdictName(verdict), nameOf(extension.objid), problem(error));
+  Verdict failed(const Place &place, const ketra::ObjectIdentifierView &id, Verdict verdict, const Json &problem) {
+    begin(place, id, true) << Colour::Bad << verdictName(verdict) << Colour::None << "\n";
+    explain(place, verdictName(verdict), nameOf(id), problem);
     return verdict;
   }
 
   // What the library has written itself must come back as it is.
-  void secondRound(const Place &place, const Extension &extension, const TypedExtension &typed, const Stored &written) {
-    try {
-      const Writer writer = typed.read(store(typed.objid, written));
-      const Stored again = write(typed.objid, writer, written.critical);
-      if (again == written) return;
-      begin(place, extension, true) << Colour::Bad << "FAULT: the second round differs" << Colour::None << "\n";
-      out_ << "  written: " << text(again) << "\n";
-      tally_.countReason("FAULT", nameOf(extension.objid) + ": the second round differs", placeText(place));
-    } catch (const ketra::Error &error) {
-      throwIfOutOfMemory(error);
-      begin(place, extension, true) << Colour::Bad << "FAULT: the second round fails" << Colour::None << "\n";
-      explain(place, "FAULT", nameOf(extension.objid), problem(error));
+  void secondRound(const Place &place, const ketra::ObjectIdentifierView &id, const TypedExtension &typed,
+                   const Written &written) {
+    const Written again = typed.write(written.value, written.critical);
+    if (again.outcome != Written::Outcome::Good) {
+      begin(place, id, true) << Colour::Bad << "FAULT: the second round fails" << Colour::None << "\n";
+      explain(place, "FAULT", nameOf(id), again.problem);
+    } else if (again.value != written.value || again.critical != written.critical) {
+      begin(place, id, true) << Colour::Bad << "FAULT: the second round differs" << Colour::None << "\n";
+      out_ << "  written: " << textOf(again.value, again.critical) << "\n";
+      tally_.countReason("FAULT", nameOf(id) + ": the second round differs", placeText(place));
     }
   }
 
-  static std::string nameOf(const Identifier &objid) {
-    const char *name = identifierName(objid);
-    return name != nullptr ? name : objid.text();
+  static std::string nameOf(const ketra::ObjectIdentifierView &id) {
+    const char *name = identifierName(id);
+    return name != nullptr ? name : id.text();
   }
 
   static std::string placeText(const Place &place) {
@@ -193,9 +163,9 @@ class Check : public Visitor {
     return place.entry != 0 ? text + " entry " + std::to_string(place.entry) : text;
   }
 
-  std::ostream &begin(const Place &place, const Extension &extension, bool isFault) {
+  std::ostream &begin(const Place &place, const ketra::ObjectIdentifierView &id, bool isFault) {
     tally_.allGood = tally_.allGood && !isFault;
-    return out_ << placeText(place) << " " << nameOf(extension.objid) << ": ";
+    return out_ << placeText(place) << " " << nameOf(id) << ": ";
   }
   std::ostream &fault(const Place &place) {
     tally_.allGood = false;

@@ -36,9 +36,9 @@ struct Label {
   bool hasMore;
 };
 constexpr Label kLabels[] = {
-    {"CERTIFICATE", Kind::Certificate, false},        {"X509 CERTIFICATE", Kind::Certificate, false},
-    {"TRUSTED CERTIFICATE", Kind::Certificate, true}, {"X509 CRL", Kind::Crl, false},
-    {"CERTIFICATE REQUEST", Kind::Request, false},    {"NEW CERTIFICATE REQUEST", Kind::Request, false},
+    {"CERTIFICATE", Kind::certificate, false},        {"X509 CERTIFICATE", Kind::certificate, false},
+    {"TRUSTED CERTIFICATE", Kind::certificate, true}, {"X509 CRL", Kind::crl, false},
+    {"CERTIFICATE REQUEST", Kind::request, false},    {"NEW CERTIFICATE REQUEST", Kind::request, false},
 };
 
 const Label *findLabel(std::string_view text) {

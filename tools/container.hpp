@@ -7,7 +7,7 @@
 #include <string>
 
 #include "input.hpp"
-#include "ketra/face/face.hpp"
+#include "ketra/asn1/octets.hpp"
 #include "signed_objects.hpp"
 
 namespace tool {
@@ -22,7 +22,7 @@ struct Stretch {
     Nothing,  // a file in which there is neither PEM nor DER: `text` tells
   };
   Form form = Form::Nothing;
-  Kind kind = Kind::Unknown;  // Unknown: nothing but the encoding can tell
+  Kind kind = Kind::none;  // none: nothing but the encoding can tell
   std::string text = {};
   std::string label = {};  // of a PEM block, quoted
   bool hasMore = false;    // other data follow the object

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "ketra/face/face.hpp"
+#include "ketra/asn1/octets.hpp"
 
 namespace tool {
 

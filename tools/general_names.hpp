@@ -1,26 +1,22 @@
 // Names as JSON. Each is an object:
-//   "kind"      "dNSName", ..., or "unreadable"
+//   "kind"      "dNSName", ...
 //   "text"      what a person reads, escaped; left out when there is no text
 //   "octets"    in hex: the characters of an rfc822Name, dNSName or uniformResourceIdentifier, the octets of an
-//               iPAddress, the complete encoding that an otherName, x400Address or directoryName holds, the complete
-//               member when it is unreadable
+//               iPAddress, the complete encoding that an otherName, x400Address or directoryName holds
 //   "type"      of an otherName: the identifier
 //   "typeName"  of an otherName and a registeredID: the name of the identifier, when it has one
 //   "nameAssigner", "partyName"   of an ediPartyName, each with "text" and "octets"
 //   "remark"    why there is no text
-//   "error"     why the member is unreadable
 #pragma once
 
-#include <vector>
-
-#include "ketra/face/face.hpp"
+#include "ketra/types/general_name.hpp"
 #include "problem.hpp"
 
 namespace tool {
 
-Json nameJson(const ketra::GeneralName &name);
-// These clear `allRead` when a name is unreadable.
-Json nameJson(const ketra::NameOrError &name, bool &allRead);
-Json namesJson(const std::vector<ketra::NameOrError> &names, bool &allRead);
+Json nameJson(const ketra::GeneralNameView &name);
+
+// Any encoding: {"kind": "value", "text", "octets"}, the text of a character string only.
+Json valueJson(ketra::View encoding);
 
 }  // namespace tool

@@ -1,31 +1,16 @@
-// Object identifiers as they are encoded: with arcs of any size, which the library's interface does not have.
+// Object identifiers by their arcs, which may be of any size.
 #pragma once
 
-#include <string>
-
-#include "ketra/face/face.hpp"
+#include "ketra/asn1/oid.hpp"
 
 namespace tool {
 
-class Identifier {
- public:
-  Identifier() = default;
-  // The content octets of a well-formed OBJECT IDENTIFIER (X.690 8.19).
-  explicit Identifier(ketra::View content) : content_(content.copy()) {}
-  explicit Identifier(const ketra::ObjectIdentifier &objid);
+// Whether an arc is beyond 32 bits: the text is right, but other tools do not read it.
+bool hasLargeArc(const ketra::ObjectIdentifierView &identifier);
 
-  const ketra::Octets &content() const { return content_; }
-  // Decimal; an arc of thousands of digits is left out, since it would take time without bounds.
-  std::string text() const;
-  // Whether an arc is beyond 32 bits.
-  bool isLarge() const;
-
-  friend bool operator==(const Identifier &, const Identifier &) = default;
-  // By their arcs.
-  friend bool operator<(const Identifier &a, const Identifier &b);
-
- private:
-  ketra::Octets content_;
+// Orders by arcs, the octets do not.
+struct ByArcs {
+  bool operator()(const ketra::ObjectIdentifier &a, const ketra::ObjectIdentifier &b) const;
 };
 
 }  // namespace tool

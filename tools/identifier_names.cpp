@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "escape.hpp"
+#include "identifier.hpp"
 
 namespace tool {
 namespace {
@@ -142,7 +143,7 @@ constexpr Name kNames[] = {
 
 }  // namespace
 
-const char *identifierName(const Identifier &identifier) {
+const char *identifierName(const ketra::ObjectIdentifierView &identifier) {
   const std::string text = identifier.text();
   for (const Name &name : kNames) {
     if (name.identifier == text) return name.name;
@@ -150,15 +151,15 @@ const char *identifierName(const Identifier &identifier) {
   return nullptr;
 }
 
-Json identifierJson(const Identifier &identifier) {
+Json identifierJson(const ketra::ObjectIdentifierView &identifier) {
   Json json{{"identifier", identifier.text()}};
   addIdentifierHex(json, identifier);
   if (const char *name = identifierName(identifier); name != nullptr) json["name"] = name;
   return json;
 }
 
-void addIdentifierHex(Json &json, const Identifier &identifier) {
-  if (identifier.isLarge()) json["identifierHex"] = hex(identifier.content());
+void addIdentifierHex(Json &json, const ketra::ObjectIdentifierView &identifier) {
+  if (hasLargeArc(identifier)) json["identifierHex"] = hex(identifier.content());
 }
 
 }  // namespace tool

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "identifier.hpp"
+#include "ketra/asn1/oid.hpp"
 #include "problem.hpp"
 
 namespace tool {
 
 // The well-known name of an identifier, or null.
-const char *identifierName(const Identifier &identifier);
+const char *identifierName(const ketra::ObjectIdentifierView &identifier);
 // {"identifier", "identifierHex", "name"}: the name is left out when there is none, the content octets but for an
 // identifier with an arc beyond 32 bits.
-Json identifierJson(const Identifier &identifier);
-void addIdentifierHex(Json &json, const Identifier &identifier);
+Json identifierJson(const ketra::ObjectIdentifierView &identifier);
+void addIdentifierHex(Json &json, const ketra::ObjectIdentifierView &identifier);
 
 }  // namespace tool

@@ -24,16 +24,6 @@ bool isUnwindingForMemory() noexcept {
 
 }  // namespace
 
-void throwIfOutOfMemory(const ketra::Error &error) {
-  switch (error.code()) {
-    case AsnError_OutOfMemory:
-    case AsnMemError_OutOfMemory:
-    case AsnMemError_Limit:
-    case X509NameError_OutOfMemory: throw std::bad_alloc();
-    default: return;
-  }
-}
-
 Unprinted::Unprinted() { unprinted = this; }
 Unprinted::~Unprinted() { unprinted = nullptr; }
 

@@ -2,12 +2,7 @@
 // is given up, the run goes on, and its status is 2.
 #pragma once
 
-#include "ketra/face/face.hpp"
-
 namespace tool {
-
-// To be called first with each Error that is caught: throws std::bad_alloc when memory is lacking.
-void throwIfOutOfMemory(const ketra::Error &error);
 
 // What a thread has finished and not printed, from here to the end of the scope.
 class Unprinted {

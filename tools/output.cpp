@@ -1,5 +1,6 @@
 #include "output.hpp"
 
+#include <algorithm>
 #include <string>
 
 #include "colour.hpp"
@@ -21,7 +22,7 @@ std::string scalar(const Json &value) {
   return value.contains("name") ? value["name"].get<std::string>() + " (" + identifier + ")" : identifier;
 }
 
-bool isScalarList(const Json &value) { return value.is_array() && (value.empty() || isScalar(value.front())); }
+bool isScalarList(const Json &value) { return value.is_array() && std::all_of(value.begin(), value.end(), isScalar); }
 
 std::string joined(const Json &list) {
   std::string text;
@@ -55,6 +56,16 @@ void printName(std::ostream &out, const Json &name, const std::string &indent) {
   printNamed(out, label, name, indent);
 }
 
+void printFields(std::ostream &out, const Json &fields, const std::string &indent);
+
+void printMember(std::ostream &out, const Json &member, const std::string &indent) {
+  if (isScalar(member)) {
+    out << indent << scalar(member) << "\n";
+  } else {
+    member.contains("kind") ? printName(out, member, indent) : printFields(out, member, indent + "- ");
+  }
+}
+
 // "key: value" lines; members of a list of objects begin with "- ".
 void printFields(std::ostream &out, const Json &fields, const std::string &indent) {
   std::string begin = indent;
@@ -72,7 +83,7 @@ void printFields(std::ostream &out, const Json &fields, const std::string &inden
     } else {
       out << lead << key << ":\n";
       for (const Json &member : value) {
-        member.contains("kind") ? printName(out, member, deeper) : printFields(out, member, deeper + "- ");
+        printMember(out, member, deeper);
       }
     }
     lead = begin;

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "ketra/face/face.hpp"
+#include "ketra/asn1/octets.hpp"
 
 namespace tool {
 

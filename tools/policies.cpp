@@ -1,57 +1,73 @@
 #include "policies.hpp"
 
-#include <optional>
 #include <string>
 #include <utility>
 
 #include "escape.hpp"
-#include "identifier_names.hpp"
+#include "ketra/extensions/cert_policies.hpp"
 
 namespace tool {
 namespace {
 
-ketra::PolicyQualifier qualifierOf(const ketra::ObjectIdentifier &id, const std::optional<ketra::View> &value) {
-  if (!value) return {id, std::nullopt};
-  return {id, value->copy()};
+using ketra::Text;
+using ketra::TextType;
+
+bool isDisplayText(const Text &text) {  // RFC 5280 4.2.1.4
+  for (const TextType type : {TextType::Ia5, TextType::Visible, TextType::Bmp, TextType::Utf8}) {
+    if (text.type() == type) return !text.hasOutside();
+  }
+  return false;
 }
 
-constexpr char kMalformed[] = "this qualifier is malformed";
+// False when it is malformed.
+bool addCps(Json &json, ketra::View value) {
+  const ketra::Result<Text> uri = ketra::read<Text>(value);
+  const bool isRight = uri && uri->type() == TextType::Ia5;
+  if (isRight) json["text"] = escape(uri->octets().characters());
+  return isRight;
+}
 
-void addNotice(Json &json, const ketra::UserNotice &notice) {
-  if (notice.explicitText) json["text"] = escape(*notice.explicitText);
-  if (!notice.noticeRef) return;
+bool addNotice(Json &json, ketra::View value) {
+  const ketra::Result<ketra::UserNotice> notice = ketra::read<ketra::UserNotice>(value);
+  if (!notice) return false;
+  if (notice->explicitText) {
+    if (!isDisplayText(*notice->explicitText)) return false;
+    json["text"] = escape(notice->explicitText->utf8());
+  }
+  if (!notice->noticeRef) return true;
+  const ketra::NoticeReference &reference = *notice->noticeRef;
+  if (!isDisplayText(reference.organization)) return false;
   Json numbers = Json::array();
-  for (const ketra::Integer &number : notice.noticeRef->noticeNumbers) numbers.push_back(number.text());
-  json["noticeRef"] = {{"text", escape(notice.noticeRef->organization)}, {"noticeNumbers", std::move(numbers)}};
+  for (const ketra::Integer &number : reference.noticeNumbers) numbers.push_back(number.text());
+  json["noticeRef"] = {{"text", escape(reference.organization.utf8())}, {"noticeNumbers", std::move(numbers)}};
+  return true;
 }
 
 }  // namespace
 
-Json qualifierJson(const Identifier &id, const std::optional<ketra::View> &value) {
-  static const Identifier kCps{ketra::qualifier::cps}, kUserNotice{ketra::qualifier::userNotice};
-  Json json;
-  if (id == kCps) {
+Json qualifierJson(const Json &id, const std::optional<ketra::View> &value) {
+  static const std::string kCps = ketra::ObjectIdentifier(ketra::qualifier::cps).text();
+  static const std::string kUserNotice = ketra::ObjectIdentifier(ketra::qualifier::userNotice).text();
+  const auto type = id.at("identifier").get<std::string>();
+  Json json, read = Json::object();
+  bool isRight = true;
+  if (type == kCps) {
     json["kind"] = "cps";
-    const std::optional<std::string> uri = qualifierOf(ketra::qualifier::cps, value).cps();
-    json[uri ? "text" : "remark"] = uri ? escape(*uri) : kMalformed;
-  } else if (id == kUserNotice) {
+    isRight = value && addCps(read, *value);
+  } else if (type == kUserNotice) {
     json["kind"] = "userNotice";
-    const std::optional<ketra::UserNotice> notice = qualifierOf(ketra::qualifier::userNotice, value).notice();
-    if (notice) addNotice(json, *notice);
-    if (!notice) json["remark"] = kMalformed;
+    isRight = value && addNotice(read, *value);
   } else {
-    json = {{"kind", "qualifier"}, {"type", id.text()}};
-    addIdentifierHex(json, id);
+    json = {{"kind", "qualifier"}, {"type", type}};
+    if (id.contains("identifierHex")) json["identifierHex"] = id["identifierHex"];
+  }
+  if (isRight) {
+    json.update(read);
+  } else {
+    json["remark"] = "this qualifier is malformed";
   }
   if (value) json["octets"] = hex(*value);
   return json;
-}
-
-Fields fields(const ketra::PolicyConstraints &value) {
-  Json json = Json::object();
-  if (value.requireExplicitPolicy) json["requireExplicitPolicy"] = *value.requireExplicitPolicy;
-  if (value.inhibitPolicyMapping) json["inhibitPolicyMapping"] = *value.inhibitPolicyMapping;
-  return {std::move(json)};
 }
 
 }  // namespace tool

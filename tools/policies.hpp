@@ -1,4 +1,4 @@
-// Policies as JSON. A qualifier is an object:
+// Policy qualifiers as JSON. Each is an object:
 //   "kind"      "cps", "userNotice" or "qualifier"
 //   "text"      the address of the practice statement, the explicitText of a notice; escaped
 //   "noticeRef" of a notice: "text", the organization, and "noticeNumbers"
@@ -9,13 +9,12 @@
 
 #include <optional>
 
-#include "fields.hpp"
-#include "identifier.hpp"
-#include "ketra/face/face.hpp"
+#include "ketra/asn1/octets.hpp"
+#include "problem.hpp"
 
 namespace tool {
 
-Json qualifierJson(const Identifier &id, const std::optional<ketra::View> &value);
-Fields fields(const ketra::PolicyConstraints &value);
+// `id`: as identifierJson() gives it.
+Json qualifierJson(const Json &id, const std::optional<ketra::View> &value);
 
 }  // namespace tool

@@ -1,36 +1,62 @@
 #include "problem.hpp"
 
-#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
-#include <string_view>
+#include <cstdlib>
 
 #include "colour.hpp"
 
 namespace tool {
+namespace {
+
+Json problem(const ketra::Fault &fault, const std::string &message) {
+  char digits[16];
+  std::snprintf(digits, sizeof digits, "0x%08x", static_cast<unsigned>(fault.code()));
+  Json json{{"code", digits}};
+  if (fault.code() != ketra::FaultCode_Rule) json["meaning"] = fault.meaning();
+  json["message"] = message;
+  return json;
+}
+
+std::string codeText(const Json &problem) {
+  if (!problem.contains("code")) return {};
+  const auto code = problem["code"].get<std::string>();
+  char digits[16];
+  std::snprintf(digits, sizeof digits, "0x%08lX", std::strtoul(code.c_str(), nullptr, 16));
+  return std::string("error ") + digits + ": ";
+}
+
+}  // namespace
+
+Json problem(const ketra::Fault &fault, const std::optional<ketra::FaultPlace> &place) {
+  Json json = problem(fault, fault.text());
+  if (place) json["offset"] = place->offset;
+  if (place && !place->path.empty()) json["path"] = place->path;
+  return json;
+}
 
 Json problem(const ketra::Error &error) {
-  char code[16];
-  std::snprintf(code, sizeof code, "0x%08x", static_cast<unsigned>(error.code()));
-  Json lines = Json::array();
-  // what() is escaped text already, but for the ends of its lines, and indented.
-  std::string_view text = error.what();
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    const std::size_t begin = std::min(text.find_first_not_of(' '), end);
-    if (begin < end) lines.push_back(text.substr(begin, end - begin));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  return {{"code", code}, {"trace", lines}};
+  const std::string text = error.what(), message = error.fault().text(), before = " at offset ";
+  if (!text.starts_with(message + before)) return problem(error.fault(), text);
+  Json json = problem(error.fault(), message);
+  const char *const digits = text.c_str() + message.size() + before.size();
+  const std::size_t path = text.find('(', message.size()) + 1;
+  json.update({{"offset", std::strtoull(digits, nullptr, 10)}, {"path", text.substr(path, text.size() - 1 - path)}});
+  return json;
+}
+
+Json problem(const std::string &message) { return {{"message", message}}; }
+
+std::string headline(const Json &problem) {
+  return codeText(problem) + problem.at(problem.contains("meaning") ? "meaning" : "message").get<std::string>();
 }
 
 void printProblem(std::ostream &out, const Json &problem, const std::string &indent) {
-  std::string begin = indent;
-  for (const Json &line : problem.at("trace")) {
-    out << begin << Colour::Bad << line.get<std::string>() << Colour::None << "\n";
-    begin = indent + "  ";
-  }
+  out << indent << Colour::Bad << codeText(problem) << problem.at("message").get<std::string>();
+  if (problem.contains("offset")) out << " at offset " << problem["offset"];
+  if (problem.contains("path")) out << " (" << problem["path"].get<std::string>() << ")";
+  out << Colour::None << "\n";
 }
-
-Json problem(const std::string &text) { return {{"trace", Json::array({text})}}; }
 
 }  // namespace tool

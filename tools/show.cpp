@@ -5,7 +5,6 @@
 #include "escape.hpp"
 #include "exit_status.hpp"
 #include "identifier_names.hpp"
-#include "out_of_memory.hpp"
 #include "output.hpp"
 #include "typed_extensions.hpp"
 #include "walk.hpp"
@@ -42,7 +41,7 @@ class Show : public Visitor {
     allGood_ = allGood_ && !hasFault(facts);
     printer_.open(head);
     printer_.list("extensions");
-    isCrl_ = place.kind == Kind::Crl;
+    isCrl_ = place.kind == Kind::crl;
     hasEntries_ = false;
   }
 
@@ -63,23 +62,24 @@ class Show : public Visitor {
 
   void endEntry() override { printer_.item(entry_); }
 
-  void extension(const Place &place, const Extension &extension) override {
+  void extension(const Place &place, const ketra::Extension &extension, bool isRepeated) override {
+    const ketra::ObjectIdentifierView id(extension.extnID);
     Json item;
-    if (const char *name = identifierName(extension.objid); name != nullptr) item["name"] = name;
-    item["identifier"] = extension.objid.text();
-    addIdentifierHex(item, extension.objid);
-    item["critical"] = extension.isCritical();
-    if (extension.isRepeated) {
+    if (const char *name = identifierName(id); name != nullptr) item["name"] = name;
+    item["identifier"] = id.text();
+    addIdentifierHex(item, id);
+    item["critical"] = *extension.critical;
+    if (isRepeated) {
       item["repeated"] = true;
       allGood_ = false;
     }
-    addValue(extension, item);
+    addValue(id, extension.extnValue.octets(), item);
     print(place, std::move(item));
   }
 
-  void unreadableExtension(const Place &place, uint32_t number, const ketra::Error &error) override {
+  void unreadableExtension(const Place &place, uint32_t number, const Json &problem) override {
     allGood_ = false;
-    print(place, {{"number", number}, {"error", problem(error)}});
+    print(place, {{"number", number}, {"error", problem}});
   }
 
   void unreadableAttribute(const Place &place, uint32_t number, const Json &problem) override {
@@ -98,24 +98,18 @@ class Show : public Visitor {
   }
 
   // The fields of a typed extension; its octets when it is not typed or cannot be read.
-  void addValue(const Extension &extension, Json &item) {
-    if (const TypedExtension *typed = findTyped(extension.objid); typed != nullptr) {
-      try {
-        ketra::Extensions extensions;
-        extensions.set(typed->objid, extension.isCritical(), extension.value);
-        Fields fields = typed->fields(extensions);
-        allGood_ = allGood_ && fields.allRead;
-        item["value"] = std::move(fields.json);
-        const std::string loss = typed->loss != nullptr ? typed->loss(extension.value) : "";
-        if (!loss.empty()) item["value"]["remark"] = loss;
+  void addValue(const ketra::ObjectIdentifierView &id, ketra::View value, Json &item) {
+    if (const TypedExtension *typed = findTyped(id); typed != nullptr) {
+      Json problem;
+      if (std::optional<Fields> fields = typed->fields(value, problem)) {
+        allGood_ = allGood_ && fields->allRead;
+        item["value"] = std::move(fields->json);
         return;
-      } catch (const ketra::Error &error) {
-        throwIfOutOfMemory(error);
-        allGood_ = false;
-        item["error"] = problem(error);
       }
+      allGood_ = false;
+      item["error"] = std::move(problem);
     }
-    item["hex"] = hex(extension.value);
+    item["hex"] = hex(value);
   }
 
   void print(const Place &place, Json item) {

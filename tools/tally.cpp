@@ -11,8 +11,8 @@ constexpr std::size_t kMostRows = 1000;   // identifiers, and reasons, that are 
 constexpr std::size_t kMostOctets = 128;  // of an identifier
 constexpr int kWidth = 11;                // of a column
 
-std::string nameOf(const Identifier &objid) {
-  const char *name = identifierName(objid);
+std::string nameOf(const ketra::ObjectIdentifier &objid) {
+  const char *name = identifierName(ketra::ObjectIdentifierView(objid));
   return name != nullptr ? name + (" (" + objid.text() + ")") : objid.text();
 }
 
@@ -45,9 +45,11 @@ uint64_t Tally::Row::extensions() const {
   return sum;
 }
 
-void Tally::countRow(const Identifier &objid, Verdict verdict, bool critical) { rowOf(objid).add(verdict, critical); }
+void Tally::countRow(const ketra::ObjectIdentifier &objid, Verdict verdict, bool critical) {
+  rowOf(objid).add(verdict, critical);
+}
 
-Tally::Row &Tally::rowOf(const Identifier &objid) {
+Tally::Row &Tally::rowOf(const ketra::ObjectIdentifier &objid) {
   if (const auto found = rows_.find(objid); found != rows_.end()) return found->second;
   return rows_.size() < kMostRows && objid.content().size() <= kMostOctets ? rows_[objid] : otherRows_;
 }

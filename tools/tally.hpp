@@ -28,7 +28,7 @@ class Tally {
 
   void count(Verdict verdict, bool critical) { all_.add(verdict, critical); }
   // For the summary: one row for each identifier, and one for each reason, with the place where it came first.
-  void countRow(const Identifier &objid, Verdict verdict, bool critical);
+  void countRow(const ketra::ObjectIdentifier &objid, Verdict verdict, bool critical);
   void countReason(const std::string &what, const std::string &reason, const std::string &place);
 
   // Adds what comes later in the input.
@@ -53,14 +53,14 @@ class Tally {
   };
   using ReasonKey = std::pair<std::string, std::string>;
 
-  Row &rowOf(const Identifier &objid);
+  Row &rowOf(const ketra::ObjectIdentifier &objid);
   void addReason(const ReasonKey &key, const Reason &reason);
   void printHeading(std::ostream &out) const;
   void printRow(std::ostream &out, const Row &row, const std::string &name) const;
   void printReasons(std::ostream &out) const;
 
   Row all_;
-  std::map<Identifier, Row> rows_;
+  std::map<ketra::ObjectIdentifier, Row, ByArcs> rows_;
   Row otherRows_;  // of identifiers for which there was no room
   std::map<ReasonKey, Reason> reasons_;
   uint64_t otherReasons_ = 0;

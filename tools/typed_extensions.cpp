@@ -1,159 +1,94 @@
 #include "typed_extensions.hpp"
 
-#include <optional>
-#include <utility>
+#include <algorithm>
 #include <vector>
-
-#include "distribution_points.hpp"
-#include "escape.hpp"
-#include "general_names.hpp"
-#include "identifier_lists.hpp"
-#include "name_constraints.hpp"
-#include "policies.hpp"
-#include "reencoding.hpp"
 
 namespace tool {
 namespace {
 
-using tool::fields;  // of families with a file of their own
+template <class T>
+Json problemIn(ketra::View value, const ketra::Fault &fault) {
+  return problem(fault, ketra::placeOf<T>(value, fault));
+}
+
+// BasicConstraints is short enough to say what it does not have.
+template <class T>
+void addAbsent(Json &json) {
+  if constexpr (std::is_same_v<T, ketra::BasicConstraints>) {
+    Json all{{"cA", nullptr}, {"pathLenConstraint", nullptr}};
+    all.update(json);
+    json = std::move(all);
+  }
+}
 
 template <class T>
-Json optional(const std::optional<T> &value) {
-  return value ? Json(*value) : Json();
-}
-
-Fields fields(const ketra::BasicConstraints &value) {
-  return {{{"cA", optional(value.cA)}, {"pathLenConstraint", optional(value.pathLenConstraint)}}};
-}
-
-Fields fields(const ketra::KeyUsage &value) {
-  Json bits = Json::array();
-  for (const ketra::KeyUsage::Bit &bit : ketra::KeyUsage::bits()) {
-    if (value.*bit.member) bits.push_back(bit.name);
+std::optional<Fields> fields(ketra::View value, Json &problem) {
+  using V = typename ketra::detail::ViewedOf<T>::type;
+  FieldsBuilder builder(value, &ketra::placeOf<T>);
+  const ketra::Item<V> viewed = ketra::view<V>(value);
+  bool isShown = false;
+  // A view does not join strings that come in segments.
+  if (ketra::firstFault(viewed).reason == ketra::Reason::Segmented) {
+    const ketra::Result<T> owned = ketra::read<T>(value);
+    isShown = static_cast<bool>(owned);
+    if (isShown) ketra::walk(*owned, builder);
   }
-  return {{{"usage", bits}}};
-}
-
-Fields fields(const ketra::SubjectKeyId &value) { return {{{"keyIdentifier", hex(value.keyIdentifier)}}}; }
-
-Fields fields(const std::vector<ketra::NameOrError> &names) {
-  bool allRead = true;
-  Json list = namesJson(names, allRead);
-  return {{{"names", std::move(list)}}, allRead};
-}
-Fields fields(const ketra::TolerantSubjectAltName &value) { return fields(value.names); }
-Fields fields(const ketra::TolerantIssuerAltName &value) { return fields(value.names); }
-Fields fields(const ketra::TolerantCertificateIssuer &value) { return fields(value.names); }
-
-Fields fields(const ketra::TolerantAuthorityKeyId &value) {
-  Fields fields{Json::object()};
-  Json &json = fields.json;
-  if (value.keyIdentifier) json["keyIdentifier"] = hex(*value.keyIdentifier);
-  if (value.authorityCertIssuer) json["authorityCertIssuer"] = namesJson(*value.authorityCertIssuer, fields.allRead);
-  if (value.authorityCertSerialNumber) json["authorityCertSerialNumber"] = value.authorityCertSerialNumber->hex();
+  if (!isShown) {
+    if (!viewed) {
+      problem = problemIn<T>(value, viewed.fault());
+      return std::nullopt;
+    }
+    ketra::walk(*viewed, builder);
+  }
+  Fields fields = builder.take();
+  addAbsent<T>(fields.json);
   return fields;
 }
 
-Fields fields(const ketra::PrivateKeyUsagePeriod &value) {
-  Json json = Json::object();
-  if (value.notBefore) json["notBefore"] = ketra::timeText(*value.notBefore);
-  if (value.notAfter) json["notAfter"] = ketra::timeText(*value.notAfter);
-  return {std::move(json)};
-}
-
-// As a number when it fits 64 bits, and in hex.
-Fields numberFields(const char *key, const ketra::Integer &number) {
-  Json json = Json::object();
-  if (const std::optional<int64_t> small = number.number()) json[key] = *small;
-  json["hex"] = number.hex();
-  return {std::move(json)};
-}
-Fields fields(const ketra::CrlNumber &value) { return numberFields("number", value.number); }
-Fields fields(const ketra::DeltaCrlIndicator &value) { return numberFields("baseCRLNumber", value.baseCrlNumber); }
-
-Fields fields(const ketra::ReasonCode &value) { return {{{"reason", ketra::nameOf(value)}}}; }
-Fields fields(const ketra::InvalidityDate &value) { return {{{"date", ketra::timeText(value.date)}}}; }
-
-// Shown from its octets, which the library judges; arcs beyond 32 bits are not its fault.
-template <Fields (*kFields)(ketra::View)>
-struct FromOctets {
-  template <class T>
-  static Fields show(const ketra::Extensions &extensions) {
-    try {
-      extensions.get<T>();
-    } catch (const ketra::Error &error) {
-      if (error.code() != AsnError_Range) throw;
+template <class T>
+Written write(ketra::View value, bool critical) {
+  const ketra::Result<T> read = ketra::read<T>(value);
+  if (!read) return {Written::Outcome::Rejected, problemIn<T>(value, read.fault())};
+  ketra::Extensions extensions;
+  try {
+    if constexpr (ketra::detail::FixedCritical<T>::value.has_value()) {
+      static_cast<void>(critical);
+      extensions.set(*read);
+    } else {
+      extensions.set(*read, critical);
     }
-    return kFields(extensions.find<T>()->value);
+  } catch (const ketra::Error &error) {
+    return {Written::Outcome::Refused, problem(error)};
   }
-};
-template <class Shown>
-struct FromValue {
-  template <class T>
-  static Fields show(const ketra::Extensions &extensions) {
-    return fields(extensions.get<Shown>().value());
-  }
-};
+  const ketra::Found<ketra::ExtensionView> found = extensions.find(T::oid);
+  return {Written::Outcome::Good, {}, found->extnValue.octets().copy(), found.isCritical()};
+}
 
-// Show: where the fields come from; the tolerant form, if there is one.
-template <class T, class Show = FromValue<T>>
-TypedExtension row(std::string (*reason)(ketra::View, ketra::View) = nullptr,
-                   std::string (*writtenDefault)(ketra::View) = nullptr, std::string (*loss)(ketra::View) = nullptr) {
-  using Traits = ketra::ExtensionTraits<T>;
-  const auto read = [](const ketra::Extensions &extensions) -> Writer {
-    return [value = extensions.get<T>().value()](ketra::Extensions &to, bool critical) {
-      if constexpr (Traits::kCallerSetsCritical) {
-        to.set(value, critical);
-      } else {
-        static_cast<void>(critical);
-        to.set(value);
-      }
-    };
-  };
-  return {
-      .objid = ketra::ObjectIdentifier(Traits::objid()),
-      .identifier = Identifier(ketra::ObjectIdentifier(Traits::objid())),
-      .fields = &Show::template show<T>,
-      .read = read,
-      .reason = reason,
-      .writtenDefault = writtenDefault,
-      .loss = loss,
-  };
+template <class T>
+Json departure(ketra::View value) {
+  Json first;
+  ketra::derFaults<T>(value, [&](const ketra::Fault &fault) {
+    if (first.is_null()) first = problemIn<T>(value, fault);
+  });
+  return first;
+}
+
+template <class... Ts>
+std::vector<TypedExtension> sortedTable(ketra::Types<Ts...>) {
+  std::vector<TypedExtension> table = {{Ts::oid, fields<Ts>, write<Ts>, departure<Ts>}...};
+  std::sort(table.begin(), table.end(),
+            [](const TypedExtension &a, const TypedExtension &b) { return a.oid.content() < b.oid.content(); });
+  return table;
 }
 
 }  // namespace
 
-const TypedExtension *findTyped(const Identifier &identifier) {
-  static const TypedExtension kRows[] = {
-      row<ketra::BasicConstraints>(basicConstraintsReason, basicConstraintsDefault),
-      row<ketra::KeyUsage>(keyUsageReason, nullptr, keyUsageLoss),
-      row<ketra::SubjectKeyId>(),
-      row<ketra::SubjectAltName, FromValue<ketra::TolerantSubjectAltName>>(namesReason),
-      row<ketra::IssuerAltName, FromValue<ketra::TolerantIssuerAltName>>(namesReason),
-      row<ketra::CertificateIssuer, FromValue<ketra::TolerantCertificateIssuer>>(namesReason),
-      row<ketra::CrlDistributionPoints, FromValue<ketra::TolerantCrlDistributionPoints>>(pointsReason, nullptr,
-                                                                                         pointsLoss),
-      row<ketra::IssuingDistributionPoint, FromValue<ketra::TolerantIssuingDistributionPoint>>(
-          issuingPointReason, issuingPointDefault, issuingPointLoss),
-      row<ketra::NameConstraints, FromValue<ketra::TolerantNameConstraints>>(nameConstraintsReason,
-                                                                             nameConstraintsDefault),
-      row<ketra::AuthorityKeyId, FromValue<ketra::TolerantAuthorityKeyId>>(authorityKeyIdReason),
-      row<ketra::CertificatePolicies, FromOctets<policyFields>>(policiesReason),
-      row<ketra::PolicyMappings, FromOctets<mappingFields>>(),
-      row<ketra::PolicyConstraints>(),
-      row<ketra::ExtKeyUsage, FromOctets<purposeFields>>(),
-      row<ketra::PrivateKeyUsagePeriod>(timeReason),
-      row<ketra::SubjectDirectoryAttributes, FromOctets<attributeFields>>(attributesReason),
-      row<ketra::CrlNumber>(),
-      row<ketra::DeltaCrlIndicator>(),
-      row<ketra::ReasonCode>(),
-      row<ketra::HoldInstruction, FromOctets<instructionFields>>(),
-      row<ketra::InvalidityDate>(timeReason),
-  };
-  for (const TypedExtension &row : kRows) {
-    if (row.identifier == identifier) return &row;
-  }
-  return nullptr;
+const TypedExtension *findTyped(const ketra::ObjectIdentifierView &identifier) {
+  static const std::vector<TypedExtension> kTable = sortedTable(ketra::ExtensionTypes());
+  const auto found =
+      std::lower_bound(kTable.begin(), kTable.end(), identifier.content(),
+                       [](const TypedExtension &row, ketra::View content) { return row.oid.content() < content; });
+  return found != kTable.end() && found->oid == identifier ? &*found : nullptr;
 }
 
 }  // namespace tool

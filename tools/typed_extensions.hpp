@@ -1,32 +1,30 @@
-// The extensions that the library types: one row of the table each.
+// The extensions that the library types.
 #pragma once
 
-#include <functional>
-#include <string>
-
 #include "fields.hpp"
-#include "identifier.hpp"
-#include "ketra/face/face.hpp"
+#include "ketra/ketra.hpp"
 
 namespace tool {
 
-// Writes a value that was read from one Extensions object into another.
-using Writer = std::function<void(ketra::Extensions &, bool critical)>;
+// A value that was read and written anew.
+struct Written {
+  enum class Outcome { Good, Rejected, Refused };
+  Outcome outcome = Outcome::Good;
+  Json problem = {};  // of one that could not be read, or not be written
+  ketra::Octets value = {};
+  bool critical = false;
+};
 
 struct TypedExtension {
-  ketra::ObjectIdentifier objid;
-  Identifier identifier;  // the same
-  Fields (*fields)(const ketra::Extensions &);
-  Writer (*read)(const ketra::Extensions &);
-  // Why a valid value comes back as `written`, when neither lengths nor segments explain it. May be null.
-  std::string (*reason)(ketra::View value, ketra::View written);
-  // Which default is written out in a value, which is valid, but not DER (X.690 11.5); empty when none is. May be null.
-  std::string (*writtenDefault)(ketra::View value);
-  // What is set in a readable value that the fields do not tell; empty when nothing is. May be null.
-  std::string (*loss)(ketra::View value);
+  ketra::OidLiteral oid;
+  // Nothing when the value cannot be read: `problem` is set.
+  std::optional<Fields> (*fields)(ketra::View value, Json &problem);
+  Written (*write)(ketra::View value, bool critical);
+  // The first thing that keeps a value from being DER, or null.
+  Json (*departure)(ketra::View value);
 };
 
 // Null when the identifier is not typed.
-const TypedExtension *findTyped(const Identifier &identifier);
+const TypedExtension *findTyped(const ketra::ObjectIdentifierView &identifier);
 
 }  // namespace tool

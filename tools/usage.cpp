@@ -13,7 +13,7 @@
 
 #include "escape.hpp"
 #include "exit_status.hpp"
-#include "ketra/face/face.hpp"
+#include "ketra/ketra.h"
 
 namespace tool {
 namespace {

@@ -1,175 +1,127 @@
 #include "walk.hpp"
 
+#include <cstddef>
+#include <cstdint>
 #include <new>
 #include <optional>
 #include <set>
-#include <utility>
+#include <string>
 #include <vector>
 
-#include "asn1_reader.hpp"
 #include "container.hpp"
-#include "escape.hpp"
-#include "identifier_names.hpp"
-#include "out_of_memory.hpp"
 
 namespace tool {
 namespace {
 
-using Identifiers = std::set<Identifier>;
+template <class T>
+Json problemIn(ketra::View octets, const ketra::Fault &fault) {
+  return problem(fault, ketra::placeOf<T>(octets, fault));
+}
 
-// `seen` has the identifiers of the extensions before these.
-void walkExtensions(const Asn1Reader &reader, const std::string &list, const Place &place, Visitor &visitor,
-                    Identifiers &seen) {
-  const uint32_t count = reader.count(list);
-  for (uint32_t number = 1; number <= count; ++number) {
-    Extension extension;
-    try {
-      extension = readExtension(reader.octets(memberPath(list, number)).value());
-    } catch (const ketra::Error &error) {
-      throwIfOutOfMemory(error);
-      visitor.unreadableExtension(place, number, error);
-      continue;
+// Lists of extensions, one after the other, in which no identifier should come twice.
+class ExtensionLists {
+ public:
+  ExtensionLists(const Place &place, Visitor &visitor) : place_(place), visitor_(visitor) {}
+
+  void walk(const ketra::ExtensionsView &extensions) {
+    uint32_t number = 0;
+    for (const auto &item : extensions) {
+      ++number;
+      const ketra::Result<ketra::Extension> extension = ketra::own(item);
+      if (extension) {
+        visitor_.extension(place_, *extension, !seen_.insert(extension->extnID).second);
+      } else {
+        visitor_.unreadableExtension(place_, number, problemIn<ketra::Extension>(item.octets(), extension.fault()));
+      }
     }
-    extension.isRepeated = !seen.insert(extension.objid).second;
-    visitor.extension(place, extension);
   }
-}
 
-void walkExtensions(const Asn1Reader &reader, const std::string &list, const Place &place, Visitor &visitor) {
-  Identifiers seen;
-  walkExtensions(reader, list, place, visitor, seen);
-}
-
-// The list in a field of the type, if it is there.
-std::optional<Asn1Reader> listIn(const AsnType *type, const std::optional<ketra::View> &field) {
-  if (!field) return std::nullopt;
-  return std::optional<Asn1Reader>(std::in_place, type, *field);
-}
-
-void walkExtensions(const std::optional<Asn1Reader> &extensions, const Place &place, Visitor &visitor) {
-  if (extensions) walkExtensions(*extensions, "/", place, visitor);
-}
+ private:
+  const Place &place_;
+  Visitor &visitor_;
+  std::set<ketra::ObjectIdentifier> seen_;
+};
 
 void walkCertificate(const Place &place, ketra::View encoding, Visitor &visitor) {
-  const Outline certificate = Outline::ofSigned(Kind::Certificate, encoding);
-  const std::optional<Asn1Reader> extensions = listIn(kTbsExtensions, certificate.octets("extensions"));
-  visitor.beginObject(place, certificate.facts());
-  walkExtensions(extensions, place, visitor);
+  const auto certificate = ketra::view<ketra::CertificateView>(encoding);
+  const ketra::Fault fault = certificate ? certificate->extensions().fault() : certificate.fault();
+  if (fault) return visitor.unreadable(place, problemIn<ketra::CertificateView>(encoding, fault));
+  visitor.beginObject(place, factsOf(*certificate));
+  ExtensionLists(place, visitor).walk(certificate->extensions());
   visitor.endObject();
 }
 
-void walkEntry(const Place &place, ketra::View encoding, Visitor &visitor) {
-  const Outline entry = Outline::ofEntry(encoding);
-  const std::optional<Asn1Reader> extensions = listIn(kOpenList, entry.octets("crlEntryExtensions"));
-  const Json facts = entry.facts();
-  if ((!extensions || extensions->count("/") == 0) && !facts.contains("odd")) return;
+void walkEntry(const Place &place, const ketra::CrlEntry &entry, Visitor &visitor) {
+  const ketra::Fault fault = entry ? entry->extensions().fault() : entry.fault();
+  if (fault) return visitor.unreadable(place, problemIn<ketra::RevokedCertificateView>(entry.octets(), fault));
+  const ketra::ExtensionsView extensions = entry->extensions();
+  if (extensions.empty() && entry->serialNumber.value() && entry->revocationDate.value()) return;
+  const Json facts = factsOf(*entry);
+  if (extensions.empty() && !facts.contains("odd")) return;
   visitor.beginEntry(place, facts);
-  walkExtensions(extensions, place, visitor);
+  ExtensionLists(place, visitor).walk(extensions);
   visitor.endEntry();
 }
 
-// A list that cannot be read is odd, and hides no extension of the CRL.
-std::optional<Asn1Reader> revokedIn(const Outline &crl, Json &facts) {
-  constexpr char kRevoked[] = "revokedCertificates";
-  try {
-    return listIn(kOpenList, crl.octets(kRevoked));
-  } catch (const ketra::Error &error) {
-    throwIfOutOfMemory(error);
-    addOdd(facts, kRevoked, crl.octets(kRevoked).value(), error);
-    return std::nullopt;
-  }
-}
-
 void walkCrl(Place place, ketra::View encoding, Visitor &visitor) {
-  const Outline crl = Outline::ofSigned(Kind::Crl, encoding);
-  const std::optional<Asn1Reader> extensions = listIn(kCrlExtensions, crl.octets("crlExtensions"));
-  Json facts = crl.facts();
-  const std::optional<Asn1Reader> revoked = revokedIn(crl, facts);
-  const uint32_t count = revoked ? revoked->count("/") : 0;
-  facts["revoked"] = count;
-  visitor.beginObject(place, facts);
-  walkExtensions(extensions, place, visitor);
-  for (place.entry = 1; place.entry <= count; ++place.entry) {
-    try {
-      walkEntry(place, revoked->octets(memberPath("/", place.entry)).value(), visitor);
-    } catch (const ketra::Error &error) {
-      throwIfOutOfMemory(error);
-      visitor.unreadable(place, problem(error));
-    }
+  const auto crl = ketra::view<ketra::CrlView>(encoding);
+  const ketra::Fault fault = crl ? crl->extensions().fault() : crl.fault();
+  if (fault) return visitor.unreadable(place, problemIn<ketra::CrlView>(encoding, fault));
+  visitor.beginObject(place, factsOf(*crl));
+  ExtensionLists(place, visitor).walk(crl->extensions());
+  for (const ketra::CrlEntry &entry : crl->entries()) {
+    ++place.entry;
+    walkEntry(place, entry, visitor);
   }
   visitor.endObject();
 }
 
 // Every request for extensions is walked through, although there should be one (RFC 2985 5.4.2).
-void walkExtensionRequest(const Place &place, uint32_t number, ketra::View encoding, Visitor &visitor,
-                          Identifiers &seen) {
-  const Asn1Reader attribute(kExtensionRequest, encoding);
-  const uint32_t count = attribute.count("values");
+void walkAttribute(const Place &place, uint32_t number, const ketra::Item<ketra::AttributeView> &attribute,
+                   ExtensionLists &lists, Visitor &visitor) {
+  if (!attribute) {
+    const Json error = problemIn<ketra::AttributeView>(attribute.octets(), attribute.fault());
+    return visitor.unreadableAttribute(place, number, error);
+  }
+  if (!ketra::isExtensionRequest(attribute->type)) return;
+  const std::size_t count = attribute->values.size();
   if (count != 1) {
     visitor.unreadableAttribute(place, number, problem("extensionRequest has " + std::to_string(count) + " values"));
   }
-  for (uint32_t value = 1; value <= count; ++value) {
-    walkExtensions(attribute, memberPath("values", value), place, visitor, seen);
-  }
-}
-
-void walkAttributes(const std::vector<ketra::View> &attributes, const Place &place, Visitor &visitor) {
-  Identifiers seen;
-  uint32_t number = 0;
-  for (const ketra::View attribute : attributes) {
-    ++number;
-    try {
-      if (isExtensionRequest(attributeType(attribute))) {
-        walkExtensionRequest(place, number, attribute, visitor, seen);
-      }
-    } catch (const ketra::Error &error) {
-      throwIfOutOfMemory(error);
-      visitor.unreadableAttribute(place, number, problem(error));
+  for (const auto &value : attribute->values) {
+    const ketra::ExtensionsView list(value.octets());
+    if (list.fault()) {
+      const Json error = problemIn<ketra::AttributeView>(attribute.octets(), list.fault());
+      return visitor.unreadableAttribute(place, number, error);
     }
-  }
-}
-
-// Of an attribute that is not malformed.
-void addType(ketra::View attribute, Json &types) {
-  try {
-    types.push_back(identifierJson(attributeType(attribute)));
-  } catch (const ketra::Error &error) {
-    throwIfOutOfMemory(error);
-    // walkAttributes tells.
+    lists.walk(list);
   }
 }
 
 void walkRequest(const Place &place, ketra::View encoding, Visitor &visitor) {
-  const Outline request = Outline::ofSigned(Kind::Request, encoding);
-  const std::optional<Asn1Reader> list = listIn(kAttributes, request.octets("attributes"));
-  std::vector<ketra::View> attributes;
-  Json types = Json::array();
-  const uint32_t count = list ? list->count("/") : 0;
-  for (uint32_t number = 1; number <= count; ++number) {
-    attributes.push_back(list->octets(memberPath("/", number)).value());
-    addType(attributes.back(), types);
-  }
-  Json facts = request.facts();
-  facts["attributes"] = std::move(types);
-  visitor.beginObject(place, facts);
-  walkAttributes(attributes, place, visitor);
+  const auto request = ketra::view<ketra::RequestView>(encoding);
+  const auto attributes =
+      request && request->attributes ? request->attributes->value() : ketra::Item<ketra::Range<ketra::AttributeView>>();
+  const ketra::Fault fault = request ? attributes.fault() : request.fault();
+  if (fault) return visitor.unreadable(place, problemIn<ketra::RequestView>(encoding, fault));
+  visitor.beginObject(place, factsOf(*request));
+  ExtensionLists lists(place, visitor);
+  uint32_t number = 0;
+  for (const auto &attribute : *attributes) walkAttribute(place, ++number, attribute, lists, visitor);
   visitor.endObject();
 }
 
 void walkEncoding(Place place, Kind kind, ketra::View encoding, Visitor &visitor) {
-  try {
-    place.kind = kind == Kind::Unknown ? recognise(encoding) : kind;
-    switch (place.kind) {
-      case Kind::Certificate: return walkCertificate(place, encoding, visitor);
-      case Kind::Crl: return walkCrl(place, encoding, visitor);
-      case Kind::Request: return walkRequest(place, encoding, visitor);
-      case Kind::Unknown:
-        return visitor.unreadable(place, problem("neither a certificate nor a CRL nor a certificate request"));
-    }
-  } catch (const ketra::Error &error) {
-    throwIfOutOfMemory(error);
-    visitor.unreadable(place, problem(error));
+  place.kind = kind == Kind::none ? ketra::recognise(encoding) : kind;
+  switch (place.kind) {
+    case Kind::certificate: return walkCertificate(place, encoding, visitor);
+    case Kind::crl: return walkCrl(place, encoding, visitor);
+    case Kind::request: return walkRequest(place, encoding, visitor);
+    case Kind::none: break;
   }
+  const auto any = ketra::view<ketra::AnyView>(encoding);
+  if (!any) return visitor.unreadable(place, problemIn<ketra::AnyView>(encoding, any.fault()));
+  visitor.unreadable(place, problem("neither a certificate nor a CRL nor a certificate request"));
 }
 
 void walkObject(const Place &place, const Stretch &stretch, Visitor &visitor) {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "batches.hpp"
-#include "ketra/face/face.hpp"
+#include "ketra/objects/extensions.hpp"
 #include "problem.hpp"
 #include "signed_objects.hpp"
 
@@ -15,7 +15,7 @@ namespace tool {
 struct Place {
   std::string file;    // escaped
   uint64_t index = 0;  // of the object in the file, from 1
-  Kind kind = Kind::Unknown;
+  Kind kind = Kind::none;
   uint32_t entry = 0;  // of a CRL, from 1; 0: the object itself
 };
 
@@ -31,9 +31,9 @@ class Visitor {
   // Only for entries that have extensions. Those of the CRL itself come first.
   virtual void beginEntry(const Place &place, const Json &facts) = 0;
   virtual void endEntry() = 0;
-  virtual void extension(const Place &place, const Extension &extension) = 0;
+  virtual void extension(const Place &place, const ketra::Extension &extension, bool isRepeated) = 0;
   // A member of an extension list, by its number from 1, that is no extension.
-  virtual void unreadableExtension(const Place &place, uint32_t number, const ketra::Error &error) = 0;
+  virtual void unreadableExtension(const Place &place, uint32_t number, const Json &problem) = 0;
   // An attribute of a request, by its number from 1, that is malformed.
   virtual void unreadableAttribute(const Place &place, uint32_t number, const Json &problem) = 0;
   // Nothing more comes of what was begun.

@@ -455,7 +455,7 @@ KETRA_API int32_t KetraObjectSgetCRLDistributionPointsCalDistributionPoint(Ketra
 /** Of the point at an index from 0: the alternative of its name (0 when it has none or there is no such point) and the
  * number of names or attributes in it; the number of names of its cRLIssuer. Each call decodes the whole extension: to
  * ask for n points costs n times its length. Bound the number of points first, or walk long lists once
- * (AsnType_SequenceOfAny), as the C++ face does.
+ * (AsnType_SequenceOfAny).
  * @{ */
 KETRA_API int32_t KetraObjectSgetCRLDistributionPointsCalDistributionPointName(KetraObject extensions, uint32_t index,
                                                                                int32_t *choice, uint32_t *count,
@@ -527,7 +527,7 @@ KETRA_API int32_t KetraObjectSgetNameConstraintsCalGenSubtree(KetraObject extens
 /** A number of 0 or more. CRLNumber is always stored non-critical, DeltaCRLIndicator critical. A set refuses a negative
  * number (KetraError_SetCRLNumber, KetraError_SetDeltaCRLIndicator). A get that finds one fails
  * (KetraError_GetCRLNumber, KetraError_GetDeltaCRLIndicator) and has written it; a number beyond 32 bits is
- * AsnError_Range. RFC 5280 expects up to 20 octets, which the C++ face reads and writes.
+ * AsnError_Range. RFC 5280 expects up to 20 octets, which the C++ library reads and writes.
  * @{ */
 KETRA_API int32_t KetraObjectSsetCRLNumber(KetraObject extensions, const int32_t *number, AsnErrorBlock *err);
 KETRA_API int32_t KetraObjectSgetCRLNumber(KetraObject extensions, int32_t *number, AsnErrorBlock *err);
@@ -595,7 +595,7 @@ KETRA_API int32_t KetraObjectSsetCertPolicies(KetraObject extensions, int32_t cr
  * neither read nor written. Arcs lie in the pool of the Extensions object, qualifiers point into the stored extension.
  * An index beyond the last is KetraError_GetCertPoliciesIndex, a chain that is too short
  * KetraError_GetCertPoliciesChainShort. Each call decodes the whole extension: to read n policies one by one costs n
- * times its length. For long lists, walk it once (AsnType_SequenceOfAny); the C++ face does. */
+ * times its length. For long lists, walk it once (AsnType_SequenceOfAny). */
 KETRA_API int32_t KetraObjectSgetCertPolicies(KetraObject extensions, uint32_t index,
                                               KetraPolicyInformation *information, AsnErrorBlock *err);
 /** Number of policies; number of qualifiers of the policy at an index, 0 when there is no such policy.

@@ -4,7 +4,7 @@
 #include <new>
 #include <thread>
 
-#include "ketra/asn1/build.hpp"
+#include "cxx/fields.hpp"
 #include "ketra/c.hpp"
 #include "ketra/extensions.hpp"
 #include "ketra/names/identifiers.hpp"
@@ -33,6 +33,7 @@ constexpr std::size_t kLead = alignof(std::max_align_t);
   if (heldOctets > peakOctets) peakOctets = heldOctets;
   return block + kLead;
 }
+std::size_t requestsForMemory() { return requests; }  // for objects_test.cpp, too
 void operator delete(void *memory) noexcept { release(memory); }
 void operator delete(void *memory, std::size_t) noexcept { release(memory); }
 
@@ -441,6 +442,171 @@ TEST(ExtensionsObject, FaultyExtensionsAreNotAbsent) {
   }
 }
 
+// Extensions are replaced in their places, and erased by type or identifier.
+TEST(ExtensionsObject, SetGetEraseIterate) {
+  Extensions all;
+  EXPECT_FALSE(all.get<BasicConstraints>());
+  all.set(BasicConstraints{true}, true);
+  KeyUsage usage;
+  usage.digitalSignature = usage.decipherOnly = true;
+  all.set(usage, false);
+  all.set(SubjectKeyId{{1, 2, 3}});
+  const Octets null = fromHex("05 00");
+  all.set("1.2.3.4"_oid, true, View(null));
+  all.set(BasicConstraints{true, 1}, false);
+  const auto text = [](const Extensions &of) {
+    std::string ids;
+    for (const auto &each : of) ids += each->extnID.text() + (each->critical ? "! " : " ");
+    return ids;
+  };
+  const Extensions read = Extensions::decode(all.encode());
+  EXPECT_EQ(text(read), "2.5.29.19 2.5.29.15 2.5.29.14 1.2.3.4! ");
+  const auto constraints = read.get<BasicConstraints>();
+  EXPECT_TRUE(constraints && constraints->cA && *constraints->pathLenConstraint == Integer(1));
+  const auto used = read.get<KeyUsage>();
+  EXPECT_TRUE(used && *used == usage && *used != KeyUsage());
+  EXPECT_TRUE(read.find("1.2.3.4"_oid).isCritical());
+  EXPECT_TRUE(all.erase<KeyUsage>() && !all.erase<KeyUsage>() && all.erase("1.2.3.4"_oid));
+  EXPECT_EQ(text(all), "2.5.29.19 2.5.29.14 ");
+  EXPECT_THROW(Extensions::decode(fromHex("31 00")), Error);
+  EXPECT_TRUE(Extensions::decode(Octets()).empty());
+}
+
+template <class T>
+std::string refusalOf(const T &value) {
+  Extensions all;
+  try {
+    if constexpr (detail::FixedCritical<T>::value) {
+      all.set(value);
+    } else {
+      all.set(value, false);
+    }
+  } catch (const Error &error) {
+    EXPECT_TRUE(all.empty());
+    return error.what();
+  }
+  return "set";
+}
+
+TEST(ExtensionsObject, RefusedSetsStoreNothing) {
+  const auto point = [](DistributionPointName name) { return CrlDistributionPoints{{{}, {std::move(name)}}}; };
+  const auto altName = [](NameKind kind, const char *content) {
+    const Octets octets = fromHex(content);
+    return IssuerAltName{{dns("a"), GeneralName::of(kind, View(octets))}};
+  };
+  const std::string empty = "a list without members, one or more are required at offset ";
+  const std::string negative = "a negative number, 0 or more is required at offset ";
+  const std::pair<std::string, std::string> cases[] = {
+      {refusalOf(AuthorityKeyId{{}, {}, 1}), "issuer and serial number come together or not at all (RFC 5280 4.2.1.1)"},
+      {refusalOf(CertificatePolicies{}), empty + "0 (CertificatePolicies)"},
+      {refusalOf(CertificatePolicies{{{"1.2.3"_oid, {{}}}}}), empty + "8 (CertificatePolicies/1/policyQualifiers)"},
+      {refusalOf(ExtKeyUsage{}), empty + "0 (ExtKeyUsage)"},
+      {refusalOf(ExtKeyUsage{{{}}}), "OBJECT IDENTIFIER content is 0 octets at offset 2 (ExtKeyUsage/1)"},
+      {refusalOf(CrlNumber{-1}), negative + "2 (CRLNumber)"},
+      {refusalOf(DeltaCrlIndicator{INT64_MIN}), negative + "2 (DeltaCRLIndicator)"},
+      {refusalOf(ReasonCode{static_cast<CrlReason>(7)}), "7 is a value without a name at offset 2 (ReasonCode)"},
+      {refusalOf(CertificateIssuer{}), empty + "0 (CertificateIssuer)"},
+      {refusalOf(altName(NameKind::otherName, "")),
+       "the component with tag 0x06 is missing at offset 5 (IssuerAltName/2)"},
+      {refusalOf(altName(NameKind::otherName, "06 01 2A A0 02 0C 05")),
+       "length 5 exceeds the 0 remaining octets at offset 12 (IssuerAltName/2)"},
+      {refusalOf(altName(NameKind::x400Address, "")),
+       "a component that may have several tags is missing at offset 5 (IssuerAltName/2)"},
+      {refusalOf(altName(NameKind::registeredID, "")),
+       "OBJECT IDENTIFIER content is 0 octets at offset 5 (IssuerAltName/2)"},
+      {refusalOf(altName(NameKind::rfc822Name, "C3 A4")),
+       "octet 195 is not a character of the string type at offset 7 (IssuerAltName/2)"},
+      {refusalOf(point({DistributionPointName::FullName{}})),
+       empty + "8 (CRLDistributionPoints/2/distributionPoint/fullName)"},
+      {refusalOf(point({DistributionPointName::RelativeName{}})),
+       empty + "8 (CRLDistributionPoints/2/distributionPoint/nameRelativeToCRLIssuer)"},
+      {refusalOf(CrlDistributionPoints{{{{}, {}, {{}}}}}), empty + "4 (CRLDistributionPoints/1/cRLIssuer)"},
+      {refusalOf(NameConstraints{{}, {{}}}), empty + "2 (NameConstraints/excludedSubtrees)"},
+      {refusalOf(SubjectDirectoryAttributes{{{"1.2"_oid, {}}}}), empty + "7 (SubjectDirectoryAttributes/1/values)"},
+      {refusalOf(InvalidityDate{Time::max()}), "malformed time at offset 0 (InvalidityDate)"},
+      {refusalOf(InvalidityDate{Time::min()}), "malformed time at offset 0 (InvalidityDate)"},
+  };
+  for (const auto &[refusal, expected] : cases) EXPECT_EQ(refusal, expected);
+}
+
+TEST(Values, Integers) {
+  struct Case {
+    const char *content, *hex, *text;
+  };
+  const Case cases[] = {
+      {"00", "00", "0"},
+      {"7F", "7f", "127"},
+      {"0080", "80", "128"},
+      {"80", "-80", "-128"},
+      {"FF", "-01", "-1"},
+      {"FF7F", "-81", "-129"},
+      {"8000000000000000", "-8000000000000000", "-9223372036854775808"},
+      {"008000000000000000", "8000000000000000", "0x8000000000000000"},
+      {"FF7FFFFFFFFFFFFFFF", "-8000000000000001", "-0x8000000000000001"},
+  };
+  for (const Case &c : cases) {
+    const Octets content = fromHex(c.content);
+    const auto integer = Integer::ofContent(View(content));
+    ASSERT_TRUE(integer) << c.content;
+    EXPECT_EQ(integer->hex(), c.hex);
+    EXPECT_EQ(integer->text(), c.text);
+    EXPECT_EQ(Integer(integer->number().value_or(0)) == *integer, integer->number().has_value());
+  }
+  const Octets padded = fromHex("0000FF");
+  EXPECT_EQ(Integer::ofUnsigned(View(padded)), Integer(255));
+  EXPECT_EQ(Integer::ofUnsigned({}), Integer());
+  EXPECT_TRUE(Integer(-129) < Integer(-128) && Integer(-1) < Integer(0) && Integer(255) < Integer(256));
+}
+
+TEST(Values, Texts) {
+  const std::pair<const char *, int64_t> times[] = {
+      {"1970-01-01T00:00:00Z", 0},
+      {"1969-12-31T23:59:59.999999Z", -1},
+      {"0000-01-01T00:00:00Z", -62'167'219'200'000'000},
+      {"9999-12-31T23:59:59.999999Z", 253'402'300'799'999'999},
+  };
+  for (const auto &[text, sinceEpoch] : times) EXPECT_EQ(timeText(Time(std::chrono::microseconds(sinceEpoch))), text);
+
+  for (const std::string text : {"9.9", "1", "1.2.", "01.2", "1.40"}) EXPECT_FALSE(ObjectIdentifier::parse(text));
+  EXPECT_FALSE(ObjectIdentifier::parse(std::string("2.5.29.19\0.1", 12)));
+  EXPECT_EQ((*ObjectIdentifier::parse("2.999.9223372036854775807")).text(), "2.999.9223372036854775807");
+
+  for (const char *address : {"C0000201", "C0000200FFFFFF00", "C0000200FF00FF00", "20010DB8000000000000000000000001",
+                              "00000000000000000000000000000000", "00010000000200000003000000040000",
+                              "20010DB8000000000000000000000000FFFFFFFF000000000000000000000000"}) {
+    const Octets octets = fromHex(address);
+    const AsnOct c{octets.data(), static_cast<uint32_t>(octets.size())};
+    char text[80];
+    ASSERT_EQ(X509IpAddressToText(&c, text, sizeof text, nullptr), 0);
+    EXPECT_EQ(ip(View(octets)).text(), text);
+  }
+
+  const Octets bmp = fromHex("0041 0416");
+  EXPECT_EQ(Text(TextType::Bmp, View(bmp)).utf8(), "A\xd0\x96");
+  EXPECT_TRUE(Text(TextType::Visible, View(std::string_view("\xe4"))).hasOutside());
+  const Octets notice = encode(UserNotice{NoticeReference{"A", {1}}, "B"});
+  EXPECT_EQ(notice, fromHex("30 0D 30 08 0C 01 41 30 03 02 01 01 0C 01 42"));
+  const Any qualifier{View(notice)};
+  EXPECT_TRUE(qualifier.as<UserNotice>() && !qualifier.as<Text>());
+
+  Name name;
+  name.add(attribute::countryName, "GB").add(attribute::organizationName, "a, \xc3\xa4").add("1.2.3"_oid, "x");
+  EXPECT_EQ(name.text(), "1.2.3=#0c0178,O=a\\, \xc3\xa4,C=GB");
+  EXPECT_EQ(*Name::of(name.stored()), name);
+  EXPECT_TRUE(name.find(attribute::countryName) && !name.find(attribute::commonName));
+}
+
+TEST(Values, LengthsOfEverySize) {
+  for (const std::size_t size : {0u, 0x7Fu, 0x80u, 0xFFu, 0x100u, 0xFFFFu, 0x10000u, 0x1000000u}) {
+    const Octets octets(size, 0x42);
+    const Octets encoding = encode(OctetString(View(octets)));
+    const auto viewed = view<OctetStringView>(View(encoding));
+    ASSERT_TRUE(viewed);
+    EXPECT_TRUE(viewed->octets() == View(octets)) << size;
+    EXPECT_EQ(encoding, tlv(0x04, octets)) << size;
+  }
+}
+
 // A member without an end is the last one, whatever is added.
 TEST(ExtensionsObject, WhatIsAddedCanBeRead) {
   for (const char *members : {"30 02 30 05", "30 02 30 80", "30 01 30"}) {
@@ -476,43 +642,11 @@ TEST(ExtensionsObject, IsReadByManyThreads) {
   for (std::thread &thread : threads) thread.join();
 }
 
-// What a walk has seen, as fields to build from.
-struct Node : Fields {
-  std::vector<std::pair<std::string, std::unique_ptr<Node>>> members;
-  std::optional<Octets> octets;
-  const Fields *member(const char *name) const override {
-    for (const auto &[each, field] : members) {
-      if (each == name) return field.get();
-    }
-    return nullptr;
-  }
-  std::size_t size() const override { return members.size(); }
-  const Fields &at(std::size_t index) const override { return *members[index].second; }
-  std::optional<Octets> encoding(LeafKind) const override { return octets; }
-};
-
-class Recorder : public Visitor {
- public:
-  Node root;
-  void enter(const char *name, const Structure &) override { open_.push_back(add(name)); }
-  void leave() override { open_.pop_back(); }
-  void leaf(const char *name, const LeafValue &value) override { add(name)->octets = value.encoding(); }
-  void absent(const char *, const LeafValue &) override {}
-  void fault(const char *, View, const Fault &) override { ADD_FAILURE(); }
-
- private:
-  Node *add(const char *name) {
-    Node &in = open_.empty() ? root : *open_.back();
-    return in.members.emplace_back(name == nullptr ? "" : name, std::make_unique<Node>()).second.get();
-  }
-  std::vector<Node *> open_;
-};
-
 TEST(Build, GivesTheValueThatWasWalked) {
   forEach(ExtensionTypes{}, [](auto *type) {
     using T = std::remove_pointer_t<decltype(type)>;
     for (const Octets &octets : goldenOf<T>()) {
-      Recorder recorder;
+      test::Recorder recorder;
       walk(*read<T>(View(octets)), recorder);
       T built{};
       std::string path;
@@ -520,7 +654,7 @@ TEST(Build, GivesTheValueThatWasWalked) {
       EXPECT_EQ(encode(built), octets) << T::name;
     }
   });
-  Recorder recorder;
+  test::Recorder recorder;
   walk(NameConstraints{{{{dns("a")}}}, {}}, recorder);
   recorder.root.members[0].second->members[0].second->members[0].second->members.clear();
   NameConstraints built;

@@ -2,13 +2,8 @@
 
 #include <functional>
 
-#include "ketra/face/face.hpp"
 #include "library/system_requests.h"
 #include "support/names.h"
-
-namespace ketra {
-inline bool operator==(const UnreadableName &a, const UnreadableName &b) { return a.encoding == b.encoding; }
-}  // namespace ketra
 
 namespace ketra::test {
 namespace {
@@ -111,41 +106,6 @@ TEST(Allocations, EachMayBeRefused) {
     }
     EXPECT_GE(refused, 1) << name;
   }
-}
-
-// Below the C++ face too: for a refused request no name becomes unreadable, and no list empty.
-template <class T>
-void tellsWhatIsRefused(const std::string &value) {
-  ketra::Extensions extensions;
-  const Octets octets = fromHex(value);
-  extensions.set(ketra::ObjectIdentifier(ketra::ExtensionTraits<T>::objid()), false, octets);
-  const auto expected = extensions.get<T>();
-  for (int refused = 1; refused <= requests.made; ++refused) {
-    SCOPED_TRACE(refused);
-    std::optional<T> read;
-    requests = {.made = 0, .refuseFrom = refused, .refuseTo = refused};
-    try {
-      read = extensions.get<T>();
-    } catch (const std::bad_alloc &) {
-    } catch (const ketra::Error &error) {
-      EXPECT_TRUE(error.code() == AsnError_OutOfMemory || error.code() == AsnMemError_OutOfMemory) << error.what();
-    }
-    requests.refuseFrom = 0;
-    EXPECT_TRUE(!read || read == expected);
-  }
-}
-
-TEST(Allocations, FaceTellsWhatIsRefused) {
-  const std::string names = "30 0C 82 01 61 89 01 61 87 04 C0 00 02 01";
-  tellsWhatIsRefused<ketra::TolerantSubjectAltName>(names);
-  tellsWhatIsRefused<ketra::TolerantAuthorityKeyId>("30 08 A1 06 82 01 61 89 01 61");
-  tellsWhatIsRefused<ketra::TolerantCrlDistributionPoints>("30 11 30 0F A0 09 A0 07 82 01 61 82 00 89 00 A2 02 82 00");
-  tellsWhatIsRefused<ketra::TolerantIssuingDistributionPoint>("30 08 A0 06 A0 04 82 00 89 00");
-  tellsWhatIsRefused<ketra::TolerantNameConstraints>("30 0B A0 09 30 03 82 01 61 30 02 89 00");
-  tellsWhatIsRefused<ketra::CrlDistributionPoints>(golden("cRLDistributionPoints/two"));
-  tellsWhatIsRefused<ketra::SubjectAltName>("30 09 82 01 61 87 04 C0 00 02 01");
-  tellsWhatIsRefused<ketra::SubjectDirectoryAttributes>("30 0C 30 0A 06 02 2A 03 31 04 05 00 0C 00");
-  tellsWhatIsRefused<ketra::CertificatePolicies>(golden("certificatePolicies/two"));
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "ketra/face/face.hpp"
+#include "ketra/ketra.hpp"
 #include "ketra/ketra_chains.h"
 #include "library/outside_operations.h"
 
@@ -13,16 +13,25 @@ using Kind = Way::Kind;
 
 // ---- Extensions ----------------------------------------------------------------------------------------------------
 
-// As the C++ face reads it: it counts, prepares what the counts tell, and gets.
+// A fault as an entry of the block; that of a view without text, because a view allocates nothing.
 template <class T>
-int32_t readAs(KetraObject object, AsnErrorBlock *err) {
-  T value;
-  try {
-    return ExtensionTraits<T>::get(object, value, err);
-  } catch (const Error &error) {
-    err->code = error.code();
-    return AsnErrorInfo("face", "get", error.what(), err, nullptr, 0) - 1;
-  }
+int32_t answer(const Octets &octets, const Fault &fault, AsnErrorBlock *err) {
+  if (!fault) return 0;
+  err->code = fault.code();
+  const std::string text = isView<T> ? "faulty" : explain<T>(View(octets), fault);
+  return AsnErrorInfo("C++", "read", text.c_str(), err, nullptr, 0) - 1;
+}
+
+// By the C++ library: into a value that owns, and as a view, all of it.
+template <class T>
+void addCxx(std::vector<Way> &ways) {
+  using V = typename ketra::detail::ViewedOf<T>::type;
+  ways.push_back({"owning read", Kind::Other, [](const Octets &octets, AsnErrorBlock *err) {
+                    return answer<T>(octets, read<T>(View(octets)).fault(), err);
+                  }});
+  ways.push_back({"view", Kind::Other, [](const Octets &octets, AsnErrorBlock *err) {
+                    return answer<V>(octets, firstFault(view<V>(View(octets))), err);
+                  }});
 }
 
 // As ketra_chains.h does.
@@ -35,58 +44,19 @@ int32_t readChains(KetraObject object, AsnErrorBlock *err) {
   return result;
 }
 
-struct Type {
-  const char *name;
-  const Objid &objid;
-  int32_t (*strict)(KetraObject, AsnErrorBlock *);
-  int32_t (*tolerant)(KetraObject, AsnErrorBlock *) = nullptr;
-  int32_t (*chains)(KetraObject, AsnErrorBlock *) = nullptr;
-  Kind strictKind = Kind::Get;
+using ReadChains = int32_t (*)(KetraObject, AsnErrorBlock *);
+const std::map<std::string, ReadChains> kChains = {
+    {"authorityKeyIdentifier", readChains<KetraAuthorityKeyId, KetraChainsReadAuthorityKeyId>},
+    {"cRLDistributionPoints", readChains<KetraDistributionPoint *, KetraChainsReadCRLDistributionPoints>},
+    {"certificateIssuer", readChains<X509GenNames, KetraChainsReadCertIssuer>},
+    {"certificatePolicies", readChains<KetraPolicyInformation *, KetraChainsReadCertPolicies>},
+    {"extKeyUsage", readChains<KetraKeyPurposeId *, KetraChainsReadExtKeyUsage>},
+    {"issuerAltName", readChains<X509GenNames, KetraChainsReadIssuerAltName>},
+    {"issuingDistributionPoint", readChains<KetraIssuingDistributionPoint, KetraChainsReadIssuingDistributionPoint>},
+    {"nameConstraints", readChains<KetraNameConstraints, KetraChainsReadNameConstraints>},
+    {"policyMappings", readChains<KetraPolicyMapping *, KetraChainsReadPolicyMappings>},
+    {"subjectAltName", readChains<X509GenNames, KetraChainsReadSubjectAltName>},
 };
-
-const Type kTypes[] = {
-    {"authorityKeyIdentifier", X509Objid_AuthorityKeyId, readAs<AuthorityKeyId>, readAs<TolerantAuthorityKeyId>,
-     readChains<KetraAuthorityKeyId, KetraChainsReadAuthorityKeyId>},
-    {"basicConstraints", X509Objid_BasicConstraints, readAs<BasicConstraints>},
-    {"cRLDistributionPoints", X509Objid_CRLDistributionPoints, readAs<CrlDistributionPoints>,
-     readAs<TolerantCrlDistributionPoints>, readChains<KetraDistributionPoint *, KetraChainsReadCRLDistributionPoints>},
-    {"cRLNumber", X509Objid_CRLNumber, readAs<CrlNumber>, nullptr, nullptr, Kind::Other},  // longer ones too
-    {"certificateIssuer", X509Objid_CertIssuer, readAs<CertificateIssuer>, readAs<TolerantCertificateIssuer>,
-     readChains<X509GenNames, KetraChainsReadCertIssuer>},
-    {"certificatePolicies", X509Objid_CertPolicies, readAs<CertificatePolicies>, nullptr,
-     readChains<KetraPolicyInformation *, KetraChainsReadCertPolicies>},
-    {"deltaCRLIndicator", X509Objid_DeltaCRLIndicator, readAs<DeltaCrlIndicator>, nullptr, nullptr, Kind::Other},
-    {"extKeyUsage", X509Objid_ExtKeyUsage, readAs<ExtKeyUsage>, nullptr,
-     readChains<KetraKeyPurposeId *, KetraChainsReadExtKeyUsage>},
-    {"instructionCode", X509Objid_InstructionCode, readAs<HoldInstruction>},
-    {"invalidityDate", X509Objid_InvalidityDate, readAs<InvalidityDate>},
-    {"issuerAltName", X509Objid_IssuerAltName, readAs<IssuerAltName>, readAs<TolerantIssuerAltName>,
-     readChains<X509GenNames, KetraChainsReadIssuerAltName>},
-    {"issuingDistributionPoint", X509Objid_IssuingDistributionPoint, readAs<IssuingDistributionPoint>,
-     readAs<TolerantIssuingDistributionPoint>,
-     readChains<KetraIssuingDistributionPoint, KetraChainsReadIssuingDistributionPoint>},
-    {"keyUsage", X509Objid_KeyUsage, readAs<KeyUsage>},
-    {"nameConstraints", X509Objid_NameConstraints, readAs<NameConstraints>, readAs<TolerantNameConstraints>,
-     readChains<KetraNameConstraints, KetraChainsReadNameConstraints>},
-    {"policyConstraints", X509Objid_PolicyConstraints, readAs<PolicyConstraints>},
-    {"policyMappings", X509Objid_PolicyMappings, readAs<PolicyMappings>, nullptr,
-     readChains<KetraPolicyMapping *, KetraChainsReadPolicyMappings>},
-    {"privateKeyUsagePeriod", X509Objid_PrivateKeyUsagePeriod, readAs<PrivateKeyUsagePeriod>},
-    {"reasonCode", X509Objid_ReasonCode, readAs<ReasonCode>},
-    {"subjectAltName", X509Objid_SubjectAltName, readAs<SubjectAltName>, readAs<TolerantSubjectAltName>,
-     readChains<X509GenNames, KetraChainsReadSubjectAltName>},
-    {"subjectDirectoryAttributes", X509Objid_SubjectDirectoryAttributes, readAs<SubjectDirectoryAttributes>},
-    {"subjectKeyIdentifier", X509Objid_SubjectKeyId, readAs<SubjectKeyId>},
-};
-
-Way extensionWay(const std::string &name, Kind kind, const Objid &objid,
-                 int32_t (*read)(KetraObject, AsnErrorBlock *)) {
-  return {name, kind, [=, &objid](const Octets &value, AsnErrorBlock *err) {
-            Extensions extensions;
-            extensions.store(objid, value);
-            return read(extensions, err);
-          }};
-}
 
 // What it holds comes back intact, whatever it is.
 int32_t readWhole(const Objid &objid, const Octets &value, AsnErrorBlock *err) {
@@ -102,28 +72,54 @@ int32_t readWhole(const Objid &objid, const Octets &value, AsnErrorBlock *err) {
   return KetraObjectSetPduBER(extensions, &odd, err);
 }
 
-std::vector<Way> waysOf(const Type &type) {
-  std::vector<Way> ways = {extensionWay("strict face", type.strictKind, type.objid, type.strict)};
-  if (type.tolerant != nullptr) {
-    ways.push_back(extensionWay("tolerant face", Kind::Tolerant, type.objid, type.tolerant));
+// By the C interface, where it has the extension.
+void addC(std::vector<Way> &ways, const std::string &type, const Objid &objid) {
+  const auto chains = kChains.find(type);
+  if (chains != kChains.end()) {
+    ways.push_back({"chains", Kind::Get, [&objid, read = chains->second](const Octets &value, AsnErrorBlock *err) {
+                      Extensions extensions;
+                      extensions.store(objid, value);
+                      return read(extensions, err);
+                    }});
   }
-  if (type.chains != nullptr) ways.push_back(extensionWay("chains", Kind::Get, type.objid, type.chains));
   for (const auto &row : operations()) {
     const std::string &name = row.first;
     const Operation &operation = row.second;
-    if (operation.objid != &type.objid || !name.starts_with("KetraObjectSget")) continue;
+    if (operation.objid != &objid || !name.starts_with("KetraObjectSget")) continue;
     const bool isGet = name.find("Cal") == std::string::npos && !name.ends_with("Critical");
-    // Nodes for points depend on what was counted: the face prepares them so.
+    // Nodes for points depend on what was counted: chains are made so.
     if (isGet && name.find("DistributionPoint") != std::string::npos) continue;
-    ways.push_back({name, isGet ? Kind::Nodes : Kind::Count, [&](const Octets &value, AsnErrorBlock *err) {
+    const Kind kind = !isGet ? Kind::Count : chains == kChains.end() ? Kind::Get : Kind::Nodes;
+    ways.push_back({name, kind, [&operation](const Octets &value, AsnErrorBlock *err) {
                       Stage stage;
                       stage.extensions.store(*operation.objid, value);
                       return operation.run(stage, err);
                     }});
   }
   ways.push_back({"whole Extensions", Kind::Other,
-                  [&](const Octets &value, AsnErrorBlock *err) { return readWhole(type.objid, value, err); }});
-  return ways;
+                  [&objid](const Octets &value, AsnErrorBlock *err) { return readWhole(objid, value, err); }});
+}
+
+// The identifier of the C interface, or null.
+const Objid *objidOf(View oid) {
+  for (const auto &row : operations()) {
+    const Objid *objid = row.second.objid;
+    if (objid != nullptr && ketra::detail::isContentOf(oid, *objid)) return objid;
+  }
+  return nullptr;
+}
+
+// "subjectAltName" for SubjectAltName.
+std::string valueName(std::string_view type) {
+  std::string name(type);
+  name[0] = static_cast<char>(name[0] | 0x20);
+  return name;
+}
+
+// Calls call(name, objid or null, type) for each typed extension.
+template <class... Ts, class Call>
+void forEach(Types<Ts...>, const Call &call) {
+  (call(valueName(Ts::name), objidOf(Ts::oid.content()), static_cast<Ts *>(nullptr)), ...);
 }
 
 // ---- Names ---------------------------------------------------------------------------------------------------------
@@ -170,6 +166,7 @@ std::vector<Way> waysOfGeneralName() {
        [](const Octets &octets, AsnErrorBlock *err) { return GenName().setPdu(octets, false, err); }},
       {"X509MUtilSgetGenNamesDER", Kind::Der, readMember},
   };
+  addCxx<GeneralName>(ways);
   static const std::pair<const char *, Octets> kHolders[] = {
       {"subjectAltName", {0x30}},
       {"issuerAltName", {0x30}},
@@ -218,14 +215,20 @@ Octets wholeExtensions(const Objid &objid, const Octets &value) {
 std::map<std::string, Octets> sampleValues() {
   const Stage stage;
   std::map<std::string, Octets> samples;
-  for (const Type &type : kTypes) samples[type.name] = fromHex(stage.extensions.stored(type.objid));
+  forEach(ExtensionTypes{}, [&](const std::string &name, const Objid *objid, auto *) {
+    if (objid != nullptr) samples[name] = fromHex(stage.extensions.stored(*objid));
+  });
   return samples;
 }
 
 const std::vector<Way> &waysToRead(const std::string &type) {
   static std::map<std::string, std::vector<Way>> ways = [] {
     std::map<std::string, std::vector<Way>> ofTypes = {{"Name", {{"X509NameObjectSetPduBER", Kind::Get, readName}}}};
-    for (const Type &row : kTypes) ofTypes[row.name] = waysOf(row);
+    addCxx<ketra::Name>(ofTypes["Name"]);
+    forEach(ExtensionTypes{}, [&](const std::string &name, const Objid *objid, auto *extension) {
+      addCxx<std::remove_pointer_t<decltype(extension)>>(ofTypes[name]);
+      if (objid != nullptr) addC(ofTypes[name], name, *objid);
+    });
     return ofTypes;
   }();
   if (type == "GeneralName" && !ways.contains(type)) ways[type] = waysOfGeneralName();

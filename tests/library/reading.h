@@ -12,12 +12,11 @@ namespace ketra::test {
 
 struct Way {
   enum class Kind {
-    Get,       // whatever the encoding holds
-    Nodes,     // into chains of two nodes, by the C interface
-    Tolerant,  // bad members stand for themselves
+    Get,    // whatever the encoding holds
+    Nodes,  // into chains of two nodes
     Count,
     Der,    // refuses lengths that are not DER
-    Other,  // reads more, or less, than a get
+    Other,  // reads more, or less, than a get; what C++ reads, tests/cxx/agreement.cpp compares with what C reads
   };
   std::string name;
   Kind kind;

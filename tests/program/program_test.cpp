@@ -60,7 +60,7 @@ TEST(Hostile, BadExtensions) {
     EXPECT_EQ(extension(certificate, "2.5.29.15").at("value").at("usage").size(), 2u);
     const Json expected = Json::parse(c.json);
     for (const auto &[key, value] : expected.items()) EXPECT_EQ(bad.at(key), value);
-    EXPECT_FALSE(bad.at("error").at("trace").empty());
+    EXPECT_FALSE(bad.at("error").at("message").empty());
     EXPECT_NE(text.out.find(c.text), std::string::npos) << text.out;
     EXPECT_NE(check.out.find(c.checked), std::string::npos) << check.out;
     EXPECT_NE(lastLine(check.out).find(", 1 rejected, "), std::string::npos) << check.out;
@@ -102,12 +102,11 @@ TEST(Hostile, OddFields) {
       {"crl.pem", "034800", "034809", "signature", "\n  signature\n    error 0x0210002B"},
       {"crl.pem", "170d323630333031", "180d323630333031", "thisUpdate",
        ", thisUpdate (unreadable), nextUpdate 2026-04-"},
-      {"crl.pem", "170d323630343031", "170d323631333031", "nextUpdate", "malformed time: month"},
-      {"crl.pem", "170d3236303430313030", "170d323630343031302e", "nextUpdate", "malformed UTCTime"},
+      {"crl.pem", "170d323630343031", "170d323631333031", "nextUpdate", "malformed time at offset 2 (nextUpdate)"},
+      {"crl.pem", "170d3236303430313030", "170d323630343031302e", "nextUpdate",
+       "malformed time at offset 2 (nextUpdate)"},
       {"crl.pem", "170d3236303430313030303030305a", "180d323032363034303130302e355a", "",
        ", nextUpdate 2026040100.5Z, "},
-      {"crl.pem", "301302022001", "30ff02022001", "revokedCertificates",
-       ", revoked 0\n  revokedCertificates\n    error 0x"},
       {"crl.pem", "02022001", "02020001", "serialNumber",
        "\n  entry 1, serialNumber (unreadable), revocationDate 2026"},
       {"crl.pem", "02022003170d", "02022003040d", "revocationDate", "\n    revocationDate\n      error 0x"},
@@ -138,7 +137,7 @@ TEST(Hostile, DamagedObjects) {
       {"0", "the encoding ends early"},
       {ca.substr(0, 100), "the encoding ends early"},
       {ca.substr(0, ca.size() - 1), "the encoding ends early"},
-      {octets("3003020101"), "a component is"},
+      {octets("3003020101"), "neither a certificate"},
       {octets("30848000000002"), "the encoding ends early"},
       {pem.substr(0, pem.size() / 2), "no matching END line"},
       {"-----BEGIN CERTIFICATE-----\n*\n-----END CERTIFICATE-----\n", "not base64"},
@@ -252,7 +251,7 @@ TEST(Container, LongObjects) {
     const Result named = run(show + path), piped = run(show + "-", "cat " + path + " |");
     std::string seen;
     for (const Json &object : Json::parse(named.out)) {
-      const std::string said = object.contains("error") ? object["error"]["trace"][0] : object.at("kind");
+      const std::string said = object.contains("error") ? object["error"]["message"] : object.at("kind");
       seen += said.substr(0, 4) + ";";
     }
     EXPECT_EQ(seen, objects);
@@ -289,7 +288,7 @@ TEST(Container, SparseFile) {
 #ifndef KETRA_SANITIZED
 // A valid certificate that takes too much memory is not faulty, and hides nothing of what comes before and after it.
 TEST(Hostile, TooMuchMemory) {
-  Octets names(1000000);
+  Octets names(6000000);
   for (std::size_t i = 0; i < names.size(); i += 2) names[i] = 0x82;
   const std::string large = quote(file(certificate(fromHex("551D11"), tlv(0x30, names)), "large"));
   const std::string ca = quote(sample("ca.pem")), files = ca + " " + large + " " + ca;
@@ -347,7 +346,7 @@ TEST(Requests, Attributes) {
       {"A0 0A 30 08 06 02 2A03 31 02 0500", "1.2.3|  no extensions|", 0},
       {"A0 1C" + wanted, type + "|" + constraints, 0},
       {"A0 1E 05 00" + wanted, type + "|  attribute 1|    error 0x02100025: ", 1},
-      {"A0 0F 30 0D 06 09 2A864886F70D01090E 31 00", type + "|  attribute 1|    extensionRequest has 0 values|", 1},
+      {"A0 0F 30 0D 06 09 2A864886F70D01090E 31 00", "(none)|  attribute 1|    error 0x02600002: ", 1},
       {"A0 38" + wanted + wanted, type + ", " + type + "|" + constraints + "  basicConstraints (2.5.29.19), REPEATED",
        1},
   };
@@ -388,7 +387,7 @@ TEST(Check, SummaryOfRemarks) {
   const Result result = run("check --summary " + written + " " + critical);
   EXPECT_EQ(result.status, 0);
   for (const std::string said : {
-           "\nidentical, not DER\n          1  basicConstraints: cA: the default is written out\n",
+           "\nidentical, not DER\n          1  basicConstraints: a written DEFAULT (X.690 11.5)\n",
            "\ncritical is lost\n          1  policyMappings: the library always writes this extension non-critical\n",
            " 2 extensions: 1 identical, 1 re-encoded, 0 refused, 0 rejected, 0 unknown\n",
        }) {

@@ -92,8 +92,9 @@ class Build {
       const std::optional<Octets> encoding = field.encoding(Leaf<T>::kind);
       if (!encoding) return false;
       Result<T> leaf = read<T>(View(*encoding));
-      if (leaf) value = *std::move(leaf);
-      return static_cast<bool>(leaf);
+      if (!leaf) return false;
+      value = *std::move(leaf);
+      return true;
     } else if constexpr (kIsList<T>) {
       for (std::size_t i = 0; i < field.size(); ++i) {
         if (!into(std::to_string(i + 1).c_str(), field.at(i), value.emplace_back())) return false;

@@ -39,9 +39,8 @@ class DerCheck {
 
   template <class T>
   void contents(const Tlv &tlv, As as) {
-    if (inSegments<T>() && tlv.isConstructed()) {
-      tell(Reason::InSegments, tlv.octets);
-    } else if constexpr (IsLeaf<T>::value) {
+    if (inSegments<T>() && tlv.isConstructed()) return tell(Reason::InSegments, tlv.octets);
+    if constexpr (IsLeaf<T>::value) {
       leaf<T>(tlv);
     } else if constexpr (kIsTlsList<T>) {
       // There is one way to write it.
@@ -90,8 +89,8 @@ class DerCheck {
   template <class T>
   void leaf(const Tlv &tlv) {
     if constexpr (Leaf<T>::kind == LeafKind::Boolean) {
-      if (tlv.size() == 1 && *tlv.content != 0 && *tlv.content != 0xFF)
-        tell(Reason::TrueOctet, tlv.content, *tlv.content);
+      const bool isTrue = tlv.size() == 1 && *tlv.content != 0;
+      if (isTrue && *tlv.content != 0xFF) tell(Reason::TrueOctet, tlv.content, *tlv.content);
     } else if constexpr (Leaf<T>::kind == LeafKind::BitString) {
       bits(tlv.contents(), false);
     } else if constexpr (Leaf<T>::kind == LeafKind::Time) {
@@ -126,7 +125,7 @@ class DerCheck {
   }
 
   void bits(View content, bool isNamed) {
-    if (content.size() < 2) return;
+    if (content.size() < 2 || content[0] > 7) return;  // no bits, or not a BIT STRING
     const unsigned last = content.back();
     if ((last & ((1u << content[0]) - 1)) != 0) tell(Reason::UnusedBits, content.begin());
     if (isNamed && (last >> content[0] & 1) == 0) tell(Reason::ZeroBits, content.begin());

@@ -21,7 +21,7 @@ namespace detail {
 // The names on the way to an octet.
 class Path {
  public:
-  Path(const uint8_t *at, std::string &text) : at_(at), text_(text) {}
+  Path(const Fault &fault, std::string &text) : at_(fault.at), isAtEnd_(isAtEnd(fault.reason)), text_(text) {}
 
   template <class T>
   void into(const Tlv &tlv, As as) {
@@ -60,6 +60,15 @@ class Path {
   }
 
  private:
+  // What ends too early, or has something missing, is found at its end: not in what follows there.
+  static bool isAtEnd(Reason reason) {
+    for (const Reason each :
+         {Reason::Missing, Reason::MissingChoice, Reason::Ended, Reason::EndedInTag, Reason::EndedInLength}) {
+      if (reason == each) return true;
+    }
+    return false;
+  }
+  bool endsAt(const uint8_t *end) const { return isAtEnd_ && end == at_; }
   bool covers(const uint8_t *begin, const uint8_t *end) const { return at_ >= begin && at_ < end; }
 
   template <class T>
@@ -69,7 +78,7 @@ class Path {
       Tlv tlv;
       Fault fault;
       const bool isRead = nextMember<T>(in, tlv, fault);
-      if (isRead && !covers(begin, in.at)) continue;
+      if (isRead && !covers(begin, in.at) && !endsAt(in.at)) continue;
       (text_ += '/') += std::to_string(number);
       if (isRead && matches<T>({}, tlv.identifier)) into<T>(tlv, {});
       return;
@@ -90,6 +99,8 @@ class Path {
   struct Components {
     Path &path;
     Reader in;
+    std::size_t length = path.text_.size();
+
     template <class T>
     bool operator()(const char *name, T &, As as = {}) {
       return next<T>(name, as, false);
@@ -113,10 +124,12 @@ class Path {
       Tlv tlv;
       Fault fault;
       const bool isRead = isThere && readTlv(in, tlv, fault);
-      if (isRead && !path.covers(begin, in.at)) return true;
+      const bool endsThere = isRead && path.endsAt(in.at);
+      if (isRead && !endsThere && !path.covers(begin, in.at)) return true;
+      path.text_.resize(length);
       (path.text_ += '/') += name;
       if (isRead) path.into<T>(tlv, as);
-      return false;
+      return endsThere && in.done();  // a component that is missing after it would be found there, too
     }
   };
 
@@ -137,6 +150,7 @@ class Path {
   };
 
   const uint8_t *at_;
+  bool isAtEnd_;
   std::string &text_;
 };
 
@@ -173,7 +187,8 @@ std::optional<FaultPlace> placeOf(View octets, const Fault &fault) {
   Fault ignored;
   Reader in(octets);
   if (detail::readTlv(in, tlv, ignored) && detail::matches<V>({}, tlv.identifier)) {
-    detail::Path(fault.at, place.path).template into<V>(tlv, {});
+    detail::Path(fault, place.path).template into<V>(tlv, {});
+    if (place.path.size() > 1 && place.path[0] == '/') place.path.erase(0, 1);  // the type has no name
   }
   return place;
 }
@@ -184,7 +199,8 @@ template <class T>
 std::string explain(View octets, const Fault &fault) {
   const std::optional<FaultPlace> place = placeOf<T>(octets, fault);
   if (!place) return fault.text();
-  return fault.text() + " at offset " + std::to_string(place->offset) + " (" + place->path + ")";
+  const std::string text = fault.text() + " at offset " + std::to_string(place->offset);
+  return place->path.empty() ? text : text + " (" + place->path + ")";
 }
 
 }  // namespace ketra

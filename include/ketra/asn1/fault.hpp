@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #if defined(__cpp_exceptions)
@@ -17,18 +18,26 @@
 
 namespace ketra {
 
-/// Codes of what the runtime's codes (AsnError_...) do not cover.
-enum : uint32_t {
-  FaultCode_Segmented = 0x02600001,  ///< a string in segments (X.690 8.7.3) has no octets that a view can point to
-  FaultCode_Empty = 0x02600002,      ///< a list without members that ASN.1 wants to have one
-  FaultCode_Negative = 0x02600003,   ///< a negative number where ASN.1 wants (0..MAX)
-  FaultCode_Unknown = 0x02600004,    ///< an ENUMERATED value without a name
-  FaultCode_Alphabet = 0x02600005,   ///< characters that the string type does not have
-  FaultCode_OtherKind = 0x02600006,  ///< a value of another kind was asked for
-  FaultCode_Rule = 0x02600008,       ///< a rule of the standard that ASN.1 does not express
-  FaultCode_Null = 0x02600009,       ///< a NULL that has contents
-  FaultCode_Tls = 0x0260000A         ///< a structure of TLS (RFC 8446 3) that is malformed
-};
+/// Codes of what the runtime's codes (AsnError_...) do not cover: X(name, code, meaning).
+#define KETRA_FAULT_CODE_LIST(X)                                                           \
+  X(FaultCode_Segmented, 0x02600001, "a string in segments, to which a view cannot point") \
+  X(FaultCode_Empty, 0x02600002, "a list without members that ASN.1 wants to have one")    \
+  X(FaultCode_Negative, 0x02600003, "a negative number where ASN.1 wants (0..MAX)")        \
+  X(FaultCode_Unknown, 0x02600004, "an ENUMERATED value without a name")                   \
+  X(FaultCode_Alphabet, 0x02600005, "characters that the string type does not have")       \
+  X(FaultCode_OtherKind, 0x02600006, "a value of another kind was asked for")              \
+  X(FaultCode_Rule, 0x02600008, "a rule of the standard that ASN.1 does not express")      \
+  X(FaultCode_Text, 0x02600009, "a textual encoding (RFC 7468) that is malformed")         \
+  X(FaultCode_Null, 0x0260000A, "a NULL that has contents")                                \
+  X(FaultCode_Tls, 0x0260000B, "a structure of TLS (RFC 8446 3) that is malformed")
+
+/// @cond
+#define KETRA_FAULT_CODE(name, code, meaning) name = code,
+#define KETRA_FAULT_MEANING(name, code, meaning) {code, meaning},
+/// @endcond
+
+/// The codes of KETRA_FAULT_CODE_LIST.
+enum : uint32_t { KETRA_FAULT_CODE_LIST(KETRA_FAULT_CODE) };
 
 /// Every kind of fault: X(name, code, text). In the text "#a" and "#b" are the numbers of the fault, "$a" and "$b"
 /// the same as tags.
@@ -77,6 +86,9 @@ enum : uint32_t {
   X(TlsEnded, FaultCode_Tls, "a TLS structure ends early: #a octets are needed, #b remain")                     \
   X(TlsTrailing, FaultCode_Tls, "#a octets after the end of a TLS structure")                                   \
   X(Repeated, FaultCode_Rule, "it is there more than once")                                                     \
+  X(Base64, FaultCode_Text, "octet #a is not a character of base64")                                            \
+  X(Base64Ended, FaultCode_Text, "the base64 ends inside a group of four characters")                           \
+  X(NoEndLine, FaultCode_Text, "the PEM block has no matching END line")                                        \
   X(OneValue, FaultCode_Rule, "#a values, one is required")                                                     \
   X(LengthForm, AsnError_NotDer, "the length is not in its shortest form (X.690 10.1)")                         \
   X(Indefinite, AsnError_NotDer, "indefinite length (X.690 10.1)")                                              \
@@ -100,8 +112,16 @@ enum class Reason : uint32_t { KETRA_REASON_LIST(KETRA_REASON_NAME) };
 namespace detail {
 inline constexpr uint32_t kReasonCodes[] = {KETRA_REASON_LIST(KETRA_REASON_CODE)};
 inline constexpr const char *kReasonTexts[] = {KETRA_REASON_LIST(KETRA_REASON_TEXT)};
+struct CodeMeaning {
+  uint32_t code;
+  const char *meaning;
+};
+inline constexpr CodeMeaning kCodeMeanings[] = {ASN_RUNTIME_ERROR_LIST(KETRA_FAULT_MEANING)
+                                                    KETRA_FAULT_CODE_LIST(KETRA_FAULT_MEANING)};
 }  // namespace detail
 
+#undef KETRA_FAULT_CODE
+#undef KETRA_FAULT_MEANING
 #undef KETRA_REASON_NAME
 #undef KETRA_REASON_CODE
 #undef KETRA_REASON_TEXT
@@ -119,6 +139,13 @@ struct Fault {
   /// AsnError_... (ketra/contracts/asn1.h) or FaultCode_...
   constexpr uint32_t code() const { return detail::kReasonCodes[static_cast<uint32_t>(reason)]; }
 
+  /// What the code means, which is less than text() says: the same for all faults with that code.
+  const char *meaning() const {
+    for (const detail::CodeMeaning &each : detail::kCodeMeanings) {
+      if (each.code == code()) return each.meaning;
+    }
+    return "";
+  }
   /// What is wrong, in words; explain() says where, too.
   std::string text() const {
     std::string result;
@@ -131,6 +158,11 @@ struct Fault {
       const uint32_t number = *++p == 'a' ? a : b;
       const auto tag = static_cast<uint8_t>(number);
       result += isTag ? "0x" + detail::hexOf({&tag, 1}) : std::to_string(number);
+      constexpr std::string_view kMany = " octets";
+      if (isNumber && number == 1 && std::string_view(p + 1).substr(0, kMany.size()) == kMany) {
+        result += " octet";
+        p += kMany.size();
+      }
     }
     return result;
   }

@@ -102,7 +102,7 @@ struct Leaf<ObjectOf<V>> {
   static constexpr LeafKind kind = LeafKind::Any;
   static constexpr uint8_t identifier = 0;
   static constexpr bool inSegments = false;
-  static constexpr bool matches(uint8_t octet) { return octet == 0x30; }
+  static constexpr bool matches(uint8_t octet) { return (octet & ~0x20) != 0; }  // the view judges it
   static bool read(const Tlv &tlv, Value &value, Fault &fault) {
     value.octets_ = tlv.whole().copy();
     fault = value.viewAgain();

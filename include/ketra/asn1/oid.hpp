@@ -137,6 +137,7 @@ inline std::string decimalOf(View groups, uint32_t subtrahend) {
     limbs[i] = limbs[i] + (borrows ? kBase : 0) - subtrahend;
     subtrahend = borrows ? 1 : 0;
   }
+  while (limbs[count - 1] == 0) --count;
   std::string text = std::to_string(limbs[count - 1]);
   for (std::size_t i = count - 1; i-- > 0;) {
     const std::string digits = std::to_string(limbs[i]);

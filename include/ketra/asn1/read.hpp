@@ -109,7 +109,7 @@ struct ReadOnlyMember {
   }
 };
 
-// Sets the named bits of a BIT STRING, and keeps the whole string where it goes beyond them.
+// Sets the named bits of a BIT STRING, and keeps the whole string where bits beyond them are set.
 struct ReadBits {
   View octets;
   std::size_t count;
@@ -123,8 +123,20 @@ struct ReadBits {
   }
   template <class Bits>
   KETRA_INLINE bool nameless(Bits &bits) {
-    if (KETRA_UNLIKELY(count > named)) bits = Bits(octets, count);
+    if (KETRA_UNLIKELY(count > named)) {
+      const std::size_t end = lastSetBit();
+      if (end > named) bits = Bits(octets, end);
+    }
     return true;
+  }
+
+  // How many bits there are up to the last that is set: zero bits after it mean nothing (X.680 22.7).
+  std::size_t lastSetBit() const {
+    std::size_t end = count;
+    while (end > 0 && (octets[(end - 1) / 8] & (0x80u >> (end - 1) % 8)) == 0) {
+      end -= end % 8 == 0 && octets[end / 8 - 1] == 0 ? 8 : 1;
+    }
+    return end;
   }
 
   // The first 32, of which the first is the most significant: more have no name.

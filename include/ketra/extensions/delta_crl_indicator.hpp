@@ -23,7 +23,7 @@ struct DeltaCrlIndicatorOf {
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
-    return visit("baseCrlNumber", self.baseCrlNumber, natural);
+    return visit("baseCRLNumber", self.baseCrlNumber, natural);
   }
 };
 using DeltaCrlIndicator = DeltaCrlIndicatorOf<Owned>;       ///< owns what it holds

@@ -28,7 +28,7 @@ struct KeyUsageOf {
   bool cRLSign = false;
   bool encipherOnly = false;
   bool decipherOnly = false;
-  BitsOf<Form> nameless{};  ///< what was read, when it has bits beyond these
+  BitsOf<Form> nameless{};  ///< what was read, when bits beyond these are set
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {

@@ -236,7 +236,8 @@ struct Refusal {
   template <class T>
   bool look(const T &value, As as) {
     if constexpr (kIsList<T>) {
-      if (as.isNonEmptyWhenSet && value.empty()) return fail(fault, Reason::EmptyList, value.octets().begin());
+      // The list begins two octets before its contents: identifier and length, which have just been written.
+      if (as.isNonEmptyWhenSet && value.empty()) return fail(fault, Reason::EmptyList, value.octets().begin() - 2);
       for (const auto &item : value) {
         if (!item) {
           fault = item.fault();

@@ -27,7 +27,12 @@ class BitsOf {
   /// Bits beyond the last one are false.
   bool operator[](std::size_t i) const { return i < count_ && (octets()[i / 8] & (0x80u >> i % 8)) != 0; }
 
-  friend bool operator==(const BitsOf &a, const BitsOf &b) { return a.count_ == b.count_ && a.octets() == b.octets(); }
+  friend bool operator==(const BitsOf &a, const BitsOf &b) {
+    const View x = a.octets(), y = b.octets();
+    if (a.count_ != b.count_ || a.count_ == 0) return a.count_ == b.count_;
+    const unsigned mask = 0xFFu << (x.size() * 8 - a.count_);
+    return View(x.data(), x.size() - 1) == View(y.data(), y.size() - 1) && ((x.back() ^ y.back()) & mask & 0xFF) == 0;
+  }
   friend bool operator!=(const BitsOf &a, const BitsOf &b) { return !(a == b); }
 
  private:

@@ -54,7 +54,7 @@ struct ReasonFlagsOf {
   bool certificateHold = false;
   bool privilegeWithdrawn = false;
   bool aACompromise = false;
-  BitsOf<Form> nameless{};  ///< what was read, when it has bits beyond these
+  BitsOf<Form> nameless{};  ///< what was read, when bits beyond these are set
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {

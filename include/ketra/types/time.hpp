@@ -71,7 +71,8 @@ class TimeReader {
       }
     }
     if (hour == 24 || second == 60) fits_ = false;
-    microseconds = (daysOf(year, month, day) * kSecondsPerDay + (hour * 60 + minute) * 60 + second) * kMicroseconds;
+    microseconds =
+        (daysOf(year, month, day) * kSecondsPerDay + (int64_t{hour} * 60 + minute) * 60 + second) * kMicroseconds;
     if (!isUtc && (accept('.') || accept(',')) && !fraction(unit, microseconds)) return malformed(fault);
     if (isUtc && in_.left() != 1 && in_.left() != 5) return malformed(fault);  // Z, or an offset with minutes
     if (!zone(microseconds)) return malformed(fault);
@@ -151,9 +152,11 @@ inline bool readPlainTime(View content, int64_t &microseconds) {
 }
 
 // The parts of a time: digits of date and clock with separators between them (0: none), and the fraction without zeros
-// at its end (X.690 11.7). Returns how many octets, at most 27.
+// at its end (X.690 11.7). Returns how many octets, at most 27; none of a time outside the years 0000 to 9999.
 inline std::size_t writeTime(Time time, char dash, char middle, char colon, uint8_t *out) {
-  const int64_t total = time.time_since_epoch().count() - kTimeBegin;
+  const int64_t sinceEpoch = time.time_since_epoch().count();
+  if (sinceEpoch < kTimeBegin || sinceEpoch >= kTimeEnd) return 0;
+  const int64_t total = sinceEpoch - kTimeBegin;
   auto fraction = static_cast<uint32_t>(total % kMicroseconds);
   const auto seconds = static_cast<uint32_t>(total / kMicroseconds % kSecondsPerDay);
   const auto z = static_cast<uint32_t>(total / kMicroseconds / kSecondsPerDay) + 146'097 - 60;
@@ -189,14 +192,15 @@ inline std::size_t writeTime(Time time, char dash, char middle, char colon, uint
 
 }  // namespace detail
 
-/// ISO 8601, "2026-01-31T23:59:59Z", with up to six digits of fraction. The time lies in the years 0000 to 9999.
+/// ISO 8601, "2026-01-31T23:59:59Z", with up to six digits of fraction; empty outside the years 0000 to 9999.
 inline std::string timeText(Time time) {
   uint8_t text[27];
   const std::size_t size = detail::writeTime(time, '-', 'T', ':', text);
   return {reinterpret_cast<const char *>(text), size};
 }
 
-/// GeneralizedTime (X.680 46); written in the form of DER (X.690 11.7).
+/// GeneralizedTime (X.680 46); written in the form of DER (X.690 11.7). A time outside the years 0000 to 9999 is
+/// written without contents octets, which no reader accepts.
 template <>
 struct Leaf<Time> {
   static constexpr LeafKind kind = LeafKind::Time;
