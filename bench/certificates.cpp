@@ -4,17 +4,16 @@
 #include <fstream>
 #include <iterator>
 
-#include "../tools/pem.hpp"
 #include "floor.hpp"
+#include "ketra/objects/pem.hpp"
 
 namespace bench {
 
 Octets extensionsIn(const std::string &file) {
   std::ifstream in(file);
   const std::string text{std::istreambuf_iterator<char>(in), {}};
-  const std::size_t begin = tool::findPem(text, 0);
-  if (begin == text.npos) return {};
-  const auto der = tool::decodeBase64(tool::readPem(text, begin).body);
+  const ketra::pem::Blocks blocks(text);
+  const auto der = blocks.begin()->decode();
   lean::Reader certificate, tbs, field;
   if (!der || !lean::Reader(der->data(), der->size()).next(0x30, certificate) || !certificate.next(0x30, tbs))
     return {};

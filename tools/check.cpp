@@ -10,6 +10,7 @@
 #include "escape.hpp"
 #include "exit_status.hpp"
 #include "identifier_names.hpp"
+#include "ketra/names/identifiers.hpp"
 #include "typed_extensions.hpp"
 #include "walk.hpp"
 
@@ -154,8 +155,8 @@ class Check : public Visitor {
   }
 
   static std::string nameOf(const ketra::ObjectIdentifierView &id) {
-    const char *name = identifierName(id);
-    return name != nullptr ? name : id.text();
+    const std::string_view name = ketra::oid::name(id);
+    return name.empty() ? id.text() : std::string(name);
   }
 
   static std::string placeText(const Place &place) {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "escape.hpp"
-#include "pem.hpp"
+#include "ketra/objects/pem.hpp"
 
 namespace tool {
 namespace {
@@ -30,22 +30,26 @@ uint64_t frontLength(std::string_view data) {
   return length > kAll - header ? kAll : header + length;
 }
 
-struct Label {
-  std::string_view text;
-  Kind kind;
-  bool hasMore;
-};
-constexpr Label kLabels[] = {
-    {"CERTIFICATE", Kind::certificate, false},        {"X509 CERTIFICATE", Kind::certificate, false},
-    {"TRUSTED CERTIFICATE", Kind::certificate, true}, {"X509 CRL", Kind::crl, false},
-    {"CERTIFICATE REQUEST", Kind::request, false},    {"NEW CERTIFICATE REQUEST", Kind::request, false},
-};
-
-const Label *findLabel(std::string_view text) {
-  for (const Label &label : kLabels) {
-    if (label.text == text) return &label;
+Stretch stretchOf(const ketra::pem::Block &block) {
+  using Form = Stretch::Form;
+  const Kind kind = block.kind();
+  if (kind != Kind::certificate && kind != Kind::crl && kind != Kind::request) {
+    return {.form = Form::Note, .text = "skipped the PEM block " + quote(block.label)};
   }
-  return nullptr;
+  if (!block.isComplete) {
+    return {.form = Form::Fault, .text = "the PEM block " + quote(block.label) + " has no matching END line"};
+  }
+  return {.form = Form::Pem, .kind = kind, .text = std::string(block.body), .label = std::string(block.label)};
+}
+
+}  // namespace
+
+ketra::Result<ketra::Octets> decodePem(const Stretch &stretch) {
+  ketra::pem::Block block;
+  block.label = stretch.label;
+  block.body = stretch.text;
+  block.isComplete = true;
+  return block.decode();
 }
 
 std::string quote(std::string_view label) {
@@ -53,30 +57,6 @@ std::string quote(std::string_view label) {
   std::string text = "\"";
   text += escape(label.substr(0, kShown));
   return text += label.size() > kShown ? "...\"" : "\"";
-}
-
-Stretch stretchOf(const PemBlock &block) {
-  using Form = Stretch::Form;
-  const std::string quoted = quote(block.label);
-  const Label *label = findLabel(block.label);
-  if (label == nullptr) return {.form = Form::Note, .text = "skipped the PEM block " + quoted};
-  if (!block.isComplete) return {.form = Form::Fault, .text = "the PEM block " + quoted + " has no matching END line"};
-  return {.form = Form::Pem,
-          .kind = label->kind,
-          .text = std::string(block.body),
-          .label = quoted,
-          .hasMore = label->hasMore};
-}
-
-}  // namespace
-
-std::optional<ketra::Octets> decodePem(const Stretch &stretch) {
-  std::optional<ketra::Octets> octets = decodeBase64(stretch.text);
-  if (octets && stretch.hasMore) {
-    const std::string_view text(reinterpret_cast<const char *>(octets->data()), octets->size());
-    octets->resize(static_cast<std::size_t>(std::min<uint64_t>(frontLength(text), octets->size())));
-  }
-  return octets;
 }
 
 Splitter::Splitter(Input &input, uint64_t most) : input_(input), most_(most) {
@@ -113,8 +93,8 @@ bool Splitter::startsDer() {
   input_.readTo(kNear);
   // No octet is searched twice, however many short ones follow each other.
   const std::string_view text = input_.text();
-  if (tool::findPem(text, withoutPem_) != text.npos) return false;
-  withoutPem_ = text.size() - std::min(text.size(), kPemOverlap);
+  if (ketra::pem::find(text, withoutPem_) != text.npos) return false;
+  withoutPem_ = text.size() - std::min(text.size(), ketra::pem::kOverlap);
   return true;
 }
 
@@ -159,9 +139,9 @@ bool Splitter::findPem() {
   std::size_t from = 0;  // behind the first octet when that is there only to show what starts a line
   for (;;) {
     const std::string_view text = input_.text();
-    const std::size_t begin = tool::findPem(text, from);
+    const std::size_t begin = ketra::pem::find(text, from);
     const bool isFound = begin != text.npos;
-    const std::size_t passed = isFound ? begin : text.size() - std::min(text.size(), kPemOverlap);
+    const std::size_t passed = isFound ? begin : text.size() - std::min(text.size(), ketra::pem::kOverlap);
     passedOver_ += passed;
     skip(passed);
     if (isFound) return true;
@@ -174,8 +154,9 @@ bool Splitter::findPem() {
 }
 
 Stretch Splitter::takePem() {
-  PemBlock block = readPem(input_.text(), 0);
-  while (block.isCut && input_.text().size() <= most_ && input_.readMore(most_)) block = readPem(input_.text(), 0);
+  ketra::pem::Block block = ketra::pem::read(input_.text(), 0);
+  while (block.isCut && input_.text().size() <= most_ && input_.readMore(most_))
+    block = ketra::pem::read(input_.text(), 0);
   if (block.end > most_) return passOver(kAll);
   Stretch stretch = stretchOf(block);
   skip(block.end);

@@ -5,9 +5,10 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "input.hpp"
-#include "ketra/asn1/octets.hpp"
+#include "ketra/asn1/fault.hpp"
 #include "signed_objects.hpp"
 
 namespace tool {
@@ -24,12 +25,13 @@ struct Stretch {
   Form form = Form::Nothing;
   Kind kind = Kind::none;  // none: nothing but the encoding can tell
   std::string text = {};
-  std::string label = {};  // of a PEM block, quoted
-  bool hasMore = false;    // other data follow the object
+  std::string label = {};  // of a PEM block
 };
 
-// The encoding in a stretch that is Pem; nothing when it is not base64.
-std::optional<ketra::Octets> decodePem(const Stretch &stretch);
+// The encoding in a stretch that is Pem, or what is wrong with it.
+ketra::Result<ketra::Octets> decodePem(const Stretch &stretch);
+// A label to show.
+std::string quote(std::string_view label);
 
 class Splitter {
  public:

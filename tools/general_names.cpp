@@ -5,6 +5,7 @@
 #include "escape.hpp"
 #include "identifier_names.hpp"
 #include "ketra/asn1/writer.hpp"
+#include "ketra/names/identifiers.hpp"
 
 namespace tool {
 namespace {
@@ -32,7 +33,7 @@ Json directoryString(const ketra::DirectoryString &string) {
 void addIdentifier(Json &json, const char *key, const ketra::ObjectIdentifierView &id) {
   json[key] = id.text();
   addIdentifierHex(json, id);
-  if (const char *known = identifierName(id); known != nullptr) json["typeName"] = known;
+  if (const std::string_view known = ketra::oid::name(id); !known.empty()) json["typeName"] = known;
 }
 
 Json otherName(const ketra::OtherNameView &name) {

@@ -5,8 +5,6 @@
 
 namespace tool {
 
-// The well-known name of an identifier, or null.
-const char *identifierName(const ketra::ObjectIdentifierView &identifier);
 // {"identifier", "identifierHex", "name"}: the name is left out when there is none, the content octets but for an
 // identifier with an arc beyond 32 bits.
 Json identifierJson(const ketra::ObjectIdentifierView &identifier);

@@ -5,6 +5,7 @@
 #include "escape.hpp"
 #include "exit_status.hpp"
 #include "identifier_names.hpp"
+#include "ketra/names/identifiers.hpp"
 #include "output.hpp"
 #include "typed_extensions.hpp"
 #include "walk.hpp"
@@ -65,7 +66,7 @@ class Show : public Visitor {
   void extension(const Place &place, const ketra::Extension &extension, bool isRepeated) override {
     const ketra::ObjectIdentifierView id(extension.extnID);
     Json item;
-    if (const char *name = identifierName(id); name != nullptr) item["name"] = name;
+    if (const std::string_view name = ketra::oid::name(id); !name.empty()) item["name"] = name;
     item["identifier"] = id.text();
     addIdentifierHex(item, id);
     item["critical"] = *extension.critical;

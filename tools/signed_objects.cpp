@@ -82,14 +82,9 @@ auto timeOf(const Field<T> &field) {
 
 }  // namespace
 
-const char *kindName(Kind kind) {
-  switch (kind) {
-    case Kind::certificate: return "certificate";
-    case Kind::crl: return "CRL";
-    case Kind::request: return "certificate request";
-    case Kind::none: break;
-  }
-  return "object";
+std::string kindName(Kind kind) {
+  if (kind == Kind::none) return "object";
+  return kind == Kind::request ? "certificate request" : std::string(ketra::nameOf(kind));
 }
 
 Json factsOf(const ketra::CertificateView &certificate) {

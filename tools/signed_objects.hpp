@@ -1,6 +1,8 @@
 // What tells certificates, CRLs, their entries and certificate requests from each other, and what is odd about them.
 #pragma once
 
+#include <string>
+
 #include "ketra/objects/certificate.hpp"
 #include "ketra/objects/crl.hpp"
 #include "ketra/objects/recognise.hpp"
@@ -11,7 +13,7 @@ namespace tool {
 
 using Kind = ketra::ObjectKind;
 
-const char *kindName(Kind kind);
+std::string kindName(Kind kind);
 
 // Facts are null where they cannot be read. When fields are odd, "odd" is a list of them, each with "field", "hex", and
 // "error", or "remark" when it is well formed.

@@ -3,6 +3,7 @@
 #include <iomanip>
 
 #include "identifier_names.hpp"
+#include "ketra/names/identifiers.hpp"
 
 namespace tool {
 namespace {
@@ -12,8 +13,8 @@ constexpr std::size_t kMostOctets = 128;  // of an identifier
 constexpr int kWidth = 11;                // of a column
 
 std::string nameOf(const ketra::ObjectIdentifier &objid) {
-  const char *name = identifierName(ketra::ObjectIdentifierView(objid));
-  return name != nullptr ? name + (" (" + objid.text() + ")") : objid.text();
+  const std::string_view name = ketra::oid::name(objid);
+  return name.empty() ? objid.text() : std::string(name) + " (" + objid.text() + ")";
 }
 
 }  // namespace

@@ -118,6 +118,7 @@ void walkEncoding(Place place, Kind kind, ketra::View encoding, Visitor &visitor
     case Kind::crl: return walkCrl(place, encoding, visitor);
     case Kind::request: return walkRequest(place, encoding, visitor);
     case Kind::none: break;
+    default: return visitor.unreadable(place, problem("neither a certificate nor a CRL nor a certificate request"));
   }
   const auto any = ketra::view<ketra::AnyView>(encoding);
   if (!any) return visitor.unreadable(place, problemIn<ketra::AnyView>(encoding, any.fault()));
@@ -129,8 +130,8 @@ void walkObject(const Place &place, const Stretch &stretch, Visitor &visitor) {
     const ketra::View encoding(reinterpret_cast<const uint8_t *>(stretch.text.data()), stretch.text.size());
     return walkEncoding(place, stretch.kind, encoding, visitor);
   }
-  const std::optional<ketra::Octets> encoding = decodePem(stretch);
-  if (!encoding) return visitor.unreadable(place, problem("the PEM block " + stretch.label + " is not base64"));
+  const ketra::Result<ketra::Octets> encoding = decodePem(stretch);
+  if (!encoding) return visitor.unreadable(place, problem("the PEM block " + quote(stretch.label) + " is not base64"));
   walkEncoding(place, stretch.kind, *encoding, visitor);
 }
 

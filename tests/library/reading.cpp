@@ -116,10 +116,15 @@ std::string valueName(std::string_view type) {
   return name;
 }
 
-// Calls call(name, objid or null, type) for each typed extension.
+// Calls call(name, objid or null, type) for each typed extension of id-ce, which are those that have rows.
 template <class... Ts, class Call>
 void forEach(Types<Ts...>, const Call &call) {
-  (call(valueName(Ts::name), objidOf(Ts::oid.content()), static_cast<Ts *>(nullptr)), ...);
+  const auto one = [&](auto *type) {
+    using T = std::remove_pointer_t<decltype(type)>;
+    constexpr View oid = T::oid.content();
+    if constexpr (oid.size() == 3 && oid[0] == 0x55 && oid[1] == 0x1D) call(valueName(T::name), objidOf(oid), type);
+  };
+  (one(static_cast<Ts *>(nullptr)), ...);
 }
 
 // ---- Names ---------------------------------------------------------------------------------------------------------

@@ -425,7 +425,7 @@ class Range {
       Fault fault;
       Tlv tlv;
       const uint8_t *const start = in_.at;
-      if constexpr (!detail::IsLeaf<T>::value) item_.value_ = T{};  // components that are absent
+      if constexpr (!detail::IsLeaf<T>::value) item_.value_ = kEmpty;  // components that are absent
       item_.fault_.reason = Reason::None;
       if (!detail::readNext<false>(in_, tlv, item_.value_, fault)) {
         item_.fault_ = fault;
@@ -433,6 +433,9 @@ class Range {
       }
       item_.octets_ = View(start, in_.at);
     }
+
+    // A constant, of which compilers see that all of it is there.
+    static constexpr T kEmpty{};
 
     Reader in_;
     Item<T> item_;
