@@ -11,6 +11,7 @@
 #include "ketra/asn1/describe.hpp"
 #include "ketra/asn1/read.hpp"
 #include "ketra/asn1/write.hpp"
+#include "ketra/types/primitive.hpp"
 
 namespace ketra {
 
@@ -74,9 +75,12 @@ class Build {
   }
   template <class T, class Any>
   bool asType(const char *name, bool isType, const Fields &field, std::optional<Any> &member) {
+    if (!isType) return false;
     T value{};
-    if (!isType || (!IsLeaf<T>::value && field.encoding(LeafKind::Any)) || !into(name, field, value)) return false;
+    const auto stored = field.encoding(LeafKind::Any);
+    if ((stored && !IsLeaf<T>::value) || !into(name, field, value)) return false;
     const Octets encoding = encode(value);
+    if (stored && *stored != encoding && read<AnyView>(View(*stored))) return false;  // the type, but not in DER
     member.emplace(View(encoding));
     return true;
   }

@@ -154,7 +154,7 @@ class OidLiteral;  // oid.hpp
 /// What a value of an open type is, where an identifier beside it is this one. See visitOpen().
 template <class T>
 struct Defined {
-  const OidLiteral &id;
+  const OidLiteral &id;  ///< of the component beside it
 };
 
 /// A component with a DEFAULT value. It converts from T; a value equal to the default is not written (X.690 11.5),

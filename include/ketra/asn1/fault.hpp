@@ -83,7 +83,7 @@ enum : uint32_t { KETRA_FAULT_CODE_LIST(KETRA_FAULT_CODE) };
   X(OddLength, FaultCode_Alphabet, "#a octets are not whole characters of the string type")                     \
   X(OtherKind, FaultCode_OtherKind, "a value of another kind was asked for")                                    \
   X(Rule, FaultCode_Rule, "against a rule of the standard")                                                     \
-  X(TlsEnded, FaultCode_Tls, "a TLS structure ends early: #a octets are needed, #b remain")                     \
+  X(TlsEnded, FaultCode_Tls, "a TLS structure ends early: #a octets wanted, #b remain")                         \
   X(TlsTrailing, FaultCode_Tls, "#a octets after the end of a TLS structure")                                   \
   X(Repeated, FaultCode_Rule, "it is there more than once")                                                     \
   X(Base64, FaultCode_Text, "octet #a is not a character of base64")                                            \

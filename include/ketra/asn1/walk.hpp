@@ -11,6 +11,7 @@
 #include <utility>
 #include <variant>
 
+#include "ketra/asn1/der.hpp"
 #include "ketra/asn1/describe.hpp"
 #include "ketra/asn1/read.hpp"
 #include "ketra/asn1/write.hpp"
@@ -143,7 +144,7 @@ struct Walk {
     std::visit([&](const auto &alternative) { this->walk(names[value.index()], alternative); }, value);
     return true;
   }
-  // A value that is not one of the type it should be shows as it is stored.
+  // A value that is not one of the type it should be, or is not DER, shows as it is stored: so nothing is lost.
   template <class Id, class Form, class... Ts>
   bool open(const char *name, const Id &id, const std::optional<AnyOf<Form>> &member, Defined<Ts>... types) {
     if (member && !(... || asType<typename ViewedOf<Ts>::type>(name, id == types.id, *member))) walk(name, *member);
@@ -153,7 +154,9 @@ struct Walk {
   bool asType(const char *name, bool isType, const Any &member) {
     if (!isType) return false;
     const auto value = view<V>(member.encoding());
-    if (firstFault(value)) return false;
+    bool isDer = !firstFault(value);
+    if (isDer) derFaults<V>(member.encoding(), [&isDer](const Fault &) { isDer = false; });
+    if (!isDer) return false;
     walk(name, *value);
     return true;
   }

@@ -17,8 +17,9 @@ struct ApplicationPoliciesOf : CertificatePoliciesOf<Form> {
 using ApplicationPolicies = ApplicationPoliciesOf<Owned>;       ///< owns what it holds
 using ApplicationPoliciesView = ApplicationPoliciesOf<Viewed>;  ///< points to what it was read from
 
-/// Purposes that are equivalent. Derived from PolicyMappings in all but the criticality, which is free.
 // ApplicationPolicyMappings ::= PolicyMappings
+//
+// Nothing fixes whether it is critical.
 template <class Form>
 struct ApplicationPolicyMappingsOf : PolicyMappingsOf<Form> {
   static constexpr std::string_view name = "MicrosoftApplicationPolicyMappings";

@@ -90,7 +90,7 @@ using AutonomousSysIds = AutonomousSysIdsOf<Owned>;       ///< owns what it hold
 using AutonomousSysIdsView = AutonomousSysIdsOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<AutonomousSysIdsView>());
 
-// The same under the rules of RFC 8360 4.2.2.2
+// AutonomousSysIdsV2 ::= ASIdentifiers                           RFC 8360 4.2.2.2
 template <class Form>
 struct AutonomousSysIdsV2Of : AutonomousSysIdsOf<Form> {
   static constexpr std::string_view name = "AutonomousSysIdsV2";

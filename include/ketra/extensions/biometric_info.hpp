@@ -72,7 +72,9 @@ struct BiometricInfoOf {
 using BiometricInfo = BiometricInfoOf<Owned>;       ///< owns what it holds
 using BiometricInfoView = BiometricInfoOf<Viewed>;  ///< points to what it was read from
 
-// The same by another identifier, in Spanish certificates
+// SpanishBiometricInfo ::= BiometricSyntax
+//
+// By an identifier of its own, in Spanish certificates.
 template <class Form>
 struct SpanishBiometricInfoOf : BiometricInfoOf<Form> {
   static constexpr std::string_view name = "SpanishBiometricInfo";

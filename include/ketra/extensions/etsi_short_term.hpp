@@ -6,7 +6,7 @@
 
 namespace ketra {
 
-// ext-etsi-valassured-ST-certs: NULL                             ETSI EN 319 412-1 5.2
+// ETSIValidityAssuredShortTerm ::= NULL                          ETSI EN 319 412-1 5.2
 template <class Form>
 struct EtsiShortTermOf : Scalar<Null> {
   static constexpr std::string_view name = "ETSIValidityAssuredShortTerm";

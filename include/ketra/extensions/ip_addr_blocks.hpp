@@ -157,7 +157,7 @@ struct IpAddrBlocksOf {
 using IpAddrBlocks = IpAddrBlocksOf<Owned>;       ///< owns what it holds
 using IpAddrBlocksView = IpAddrBlocksOf<Viewed>;  ///< points to what it was read from
 
-// The same under the rules of RFC 8360 4.2.2.1
+// IPAddrBlocksV2 ::= IPAddrBlocks                                RFC 8360 4.2.2.1
 template <class Form>
 struct IpAddrBlocksV2Of : IpAddrBlocksOf<Form> {
   static constexpr std::string_view name = "IPAddrBlocksV2";

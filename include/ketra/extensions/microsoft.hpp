@@ -59,7 +59,9 @@ using MicrosoftCertTypeName = MicrosoftCertTypeNameOf<Owned>;       ///< owns wh
 using MicrosoftCertTypeNameView = MicrosoftCertTypeNameOf<Viewed>;  ///< points to what it was read from
 static_assert(wellFormed<MicrosoftCertTypeNameView>());
 
-// INTEGER: in its low 16 bits the index of the certificate, above them that of the key       MS-WCCE 3.2.1.4.3.2.39
+// MicrosoftCAVersion ::= INTEGER                                MS-WCCE 3.2.1.4.3.2.39
+//
+// In its low 16 bits the index of the certificate, above them that of the key.
 template <class Form>
 struct MicrosoftCaVersionOf : Scalar<IntegerOf<Form>> {
   static constexpr std::string_view name = "MicrosoftCAVersion";
@@ -75,7 +77,9 @@ struct MicrosoftCaVersionOf : Scalar<IntegerOf<Form>> {
 using MicrosoftCaVersion = MicrosoftCaVersionOf<Owned>;       ///< owns what it holds
 using MicrosoftCaVersionView = MicrosoftCaVersionOf<Viewed>;  ///< points to what it was read from
 
-// OCTET STRING: SHA-1
+// MicrosoftPreviousCACertHash ::= OCTET STRING
+//
+// SHA-1.
 template <class Form>
 struct MicrosoftPreviousCaCertHashOf : Scalar<OctetStringOf<Form>> {
   static constexpr std::string_view name = "MicrosoftPreviousCACertHash";
@@ -84,7 +88,9 @@ struct MicrosoftPreviousCaCertHashOf : Scalar<OctetStringOf<Form>> {
 using MicrosoftPreviousCaCertHash = MicrosoftPreviousCaCertHashOf<Owned>;       ///< owns what it holds
 using MicrosoftPreviousCaCertHashView = MicrosoftPreviousCaCertHashOf<Viewed>;  ///< points to what it was read from
 
-// INTEGER: the number of the base of a delta CRL
+// MicrosoftVirtualBaseCRLNumber ::= INTEGER
+//
+// The number of the base of a delta CRL.
 template <class Form>
 struct MicrosoftVirtualBaseCrlNumberOf : Scalar<IntegerOf<Form>> {
   static constexpr std::string_view name = "MicrosoftVirtualBaseCRLNumber";
@@ -93,7 +99,9 @@ struct MicrosoftVirtualBaseCrlNumberOf : Scalar<IntegerOf<Form>> {
 using MicrosoftVirtualBaseCrlNumber = MicrosoftVirtualBaseCrlNumberOf<Owned>;       ///< owns what it holds
 using MicrosoftVirtualBaseCrlNumberView = MicrosoftVirtualBaseCrlNumberOf<Viewed>;  ///< points to what it was read from
 
-// Time: when the next CRL will be there
+// MicrosoftNextCRLPublish ::= Time
+//
+// When the next CRL will be there.
 template <class Form>
 struct MicrosoftNextCrlPublishOf : Scalar<EitherTime> {
   static constexpr std::string_view name = "MicrosoftNextCRLPublish";

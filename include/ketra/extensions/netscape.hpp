@@ -43,83 +43,67 @@ struct NetscapeCertTypeOf {
 using NetscapeCertType = NetscapeCertTypeOf<Owned>;       ///< owns what it holds
 using NetscapeCertTypeView = NetscapeCertTypeOf<Viewed>;  ///< points to what it was read from
 
-// The others are IA5String.
-
-/// NetscapeBaseUrl ::= IA5String
-/// @{
+// NetscapeBaseUrl ::= IA5String
 template <class Form>
 struct NetscapeBaseUrlOf : Scalar<Ia5StringOf<Form>> {
   static constexpr std::string_view name = "NetscapeBaseUrl";
   static constexpr OidLiteral oid = "2.16.840.1.113730.1.2"_oid;
 };
-using NetscapeBaseUrl = NetscapeBaseUrlOf<Owned>;
-using NetscapeBaseUrlView = NetscapeBaseUrlOf<Viewed>;
-/// @}
+using NetscapeBaseUrl = NetscapeBaseUrlOf<Owned>;       ///< owns what it holds
+using NetscapeBaseUrlView = NetscapeBaseUrlOf<Viewed>;  ///< points to what it was read from
 
-/// NetscapeRevocationUrl ::= IA5String
-/// @{
+// NetscapeRevocationUrl ::= IA5String
 template <class Form>
 struct NetscapeRevocationUrlOf : Scalar<Ia5StringOf<Form>> {
   static constexpr std::string_view name = "NetscapeRevocationUrl";
   static constexpr OidLiteral oid = "2.16.840.1.113730.1.3"_oid;
 };
-using NetscapeRevocationUrl = NetscapeRevocationUrlOf<Owned>;
-using NetscapeRevocationUrlView = NetscapeRevocationUrlOf<Viewed>;
-/// @}
+using NetscapeRevocationUrl = NetscapeRevocationUrlOf<Owned>;       ///< owns what it holds
+using NetscapeRevocationUrlView = NetscapeRevocationUrlOf<Viewed>;  ///< points to what it was read from
 
-/// NetscapeCaRevocationUrl ::= IA5String
-/// @{
+// NetscapeCaRevocationUrl ::= IA5String
 template <class Form>
 struct NetscapeCaRevocationUrlOf : Scalar<Ia5StringOf<Form>> {
   static constexpr std::string_view name = "NetscapeCaRevocationUrl";
   static constexpr OidLiteral oid = "2.16.840.1.113730.1.4"_oid;
 };
-using NetscapeCaRevocationUrl = NetscapeCaRevocationUrlOf<Owned>;
-using NetscapeCaRevocationUrlView = NetscapeCaRevocationUrlOf<Viewed>;
-/// @}
+using NetscapeCaRevocationUrl = NetscapeCaRevocationUrlOf<Owned>;       ///< owns what it holds
+using NetscapeCaRevocationUrlView = NetscapeCaRevocationUrlOf<Viewed>;  ///< points to what it was read from
 
-/// NetscapeCertRenewalUrl ::= IA5String
-/// @{
+// NetscapeCertRenewalUrl ::= IA5String
 template <class Form>
 struct NetscapeCertRenewalUrlOf : Scalar<Ia5StringOf<Form>> {
   static constexpr std::string_view name = "NetscapeCertRenewalUrl";
   static constexpr OidLiteral oid = "2.16.840.1.113730.1.7"_oid;
 };
-using NetscapeCertRenewalUrl = NetscapeCertRenewalUrlOf<Owned>;
-using NetscapeCertRenewalUrlView = NetscapeCertRenewalUrlOf<Viewed>;
-/// @}
+using NetscapeCertRenewalUrl = NetscapeCertRenewalUrlOf<Owned>;       ///< owns what it holds
+using NetscapeCertRenewalUrlView = NetscapeCertRenewalUrlOf<Viewed>;  ///< points to what it was read from
 
-/// NetscapeCaPolicyUrl ::= IA5String
-/// @{
+// NetscapeCaPolicyUrl ::= IA5String
 template <class Form>
 struct NetscapeCaPolicyUrlOf : Scalar<Ia5StringOf<Form>> {
   static constexpr std::string_view name = "NetscapeCaPolicyUrl";
   static constexpr OidLiteral oid = "2.16.840.1.113730.1.8"_oid;
 };
-using NetscapeCaPolicyUrl = NetscapeCaPolicyUrlOf<Owned>;
-using NetscapeCaPolicyUrlView = NetscapeCaPolicyUrlOf<Viewed>;
-/// @}
+using NetscapeCaPolicyUrl = NetscapeCaPolicyUrlOf<Owned>;       ///< owns what it holds
+using NetscapeCaPolicyUrlView = NetscapeCaPolicyUrlOf<Viewed>;  ///< points to what it was read from
 
-/// NetscapeSslServerName ::= IA5String
-/// @{
+// NetscapeSslServerName ::= IA5String
 template <class Form>
 struct NetscapeSslServerNameOf : Scalar<Ia5StringOf<Form>> {
   static constexpr std::string_view name = "NetscapeSslServerName";
   static constexpr OidLiteral oid = "2.16.840.1.113730.1.12"_oid;
 };
-using NetscapeSslServerName = NetscapeSslServerNameOf<Owned>;
-using NetscapeSslServerNameView = NetscapeSslServerNameOf<Viewed>;
-/// @}
+using NetscapeSslServerName = NetscapeSslServerNameOf<Owned>;       ///< owns what it holds
+using NetscapeSslServerNameView = NetscapeSslServerNameOf<Viewed>;  ///< points to what it was read from
 
-/// NetscapeComment ::= IA5String
-/// @{
+// NetscapeComment ::= IA5String
 template <class Form>
 struct NetscapeCommentOf : Scalar<Ia5StringOf<Form>> {
   static constexpr std::string_view name = "NetscapeComment";
   static constexpr OidLiteral oid = "2.16.840.1.113730.1.13"_oid;
 };
-using NetscapeComment = NetscapeCommentOf<Owned>;
-using NetscapeCommentView = NetscapeCommentOf<Viewed>;
-/// @}
+using NetscapeComment = NetscapeCommentOf<Owned>;       ///< owns what it holds
+using NetscapeCommentView = NetscapeCommentOf<Viewed>;  ///< points to what it was read from
 
 }  // namespace ketra

@@ -6,7 +6,7 @@
 
 namespace ketra {
 
-// RFC 6960 4.2.2.2.1: NULL
+// OCSPNoCheck ::= NULL                                           RFC 6960 4.2.2.2.1
 template <class Form>
 struct OcspNoCheckOf : Scalar<Null> {
   static constexpr std::string_view name = "OCSPNoCheck";

@@ -6,7 +6,7 @@
 
 namespace ketra {
 
-// RFC 6962 3.1: NULL
+// PrecertificatePoison ::= NULL                                  RFC 6962 3.1
 template <class Form>
 struct PrecertPoisonOf : Scalar<Null> {
   static constexpr std::string_view name = "PrecertificatePoison";

@@ -18,10 +18,10 @@ namespace ketra {
 struct SctFields {
   View logId{};            ///< 32 octets: SHA-256 of the key of the log
   uint64_t timestamp = 0;  ///< milliseconds since 1970
-  View extensions{};
-  uint8_t hash = 4;       ///< HashAlgorithm (RFC 5246 7.4.1.4.1): 4 is SHA-256
-  uint8_t signature = 3;  ///< SignatureAlgorithm: 1 is RSA, 3 is ECDSA
-  View signatureOctets{};
+  View extensions{};       ///< CtExtensions; none are defined for this version
+  uint8_t hash = 4;        ///< HashAlgorithm (RFC 5246 7.4.1.4.1): 4 is SHA-256
+  uint8_t signature = 3;   ///< SignatureAlgorithm: 1 is RSA, 3 is ECDSA
+  View signatureOctets{};  ///< the signature itself
 };
 
 /// A SignedCertificateTimestamp: its octets. The fields are those of version 1; other versions are kept as they are.

@@ -11,20 +11,18 @@
 
 namespace ketra {
 
-/// Another name for T. An extension derives from it: OCSPNoCheck ::= NULL is Scalar<Null>, with a name and an
-/// identifier.
+// Another name for T. An extension derives from it: OCSPNoCheck ::= NULL is Scalar<Null>, with a name and an
+// identifier.
 template <class T>
 struct Scalar {
   static constexpr Shape shape = Shape::Is;
 
   T value{};  ///< all there is
 
-  /// @cond
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
     return visit("value", self.value);
   }
-  /// @endcond
 };
 
 }  // namespace ketra

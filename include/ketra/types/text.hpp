@@ -277,6 +277,8 @@ struct GeneralStringOf : detail::OneTypeOf<Form, TextType::General> {
 template <class Form>
 struct BmpStringOf : detail::OneTypeOf<Form, TextType::Bmp> {
   constexpr BmpStringOf() = default;
+  /// From octets, or from characters.
+  /// @{
   explicit BmpStringOf(View octets) : detail::OneTypeOf<Form, TextType::Bmp>(octets) {}
   template <class C,
             class = std::enable_if_t<std::is_convertible_v<const C &, std::string_view> && std::is_same_v<Form, Owned>>>
@@ -284,6 +286,7 @@ struct BmpStringOf : detail::OneTypeOf<Form, TextType::Bmp> {
     const std::string octets = detail::bmpOf(text);
     *this = BmpStringOf(View(octets));
   }
+  /// @}
 };
 /// @}
 
