@@ -66,7 +66,7 @@ struct CurrencyOf {
   std::variant<PrintableStringOf<Form>, IntegerOf<Form>> code{};  ///< whichever it is
 
   /// "EUR"; of a number the number.
-  std::string text() const {
+  std::string symbol() const {
     const auto *const letters = std::get_if<0>(&code);
     return letters != nullptr ? letters->utf8() : std::get_if<1>(&code)->text();
   }
@@ -99,7 +99,7 @@ struct MonetaryValueOf {
     } else if (digits != "0") {
       digits.append(static_cast<std::size_t>(zeros), '0');
     }
-    return digits + ' ' + currency.text();
+    return digits + ' ' + currency.symbol();
   }
 
   template <class Self, class Visitor>
