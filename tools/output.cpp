@@ -10,19 +10,28 @@ namespace {
 
 // ---- Text ---------------------------------------------------------------------------------------------------------
 
+// A value whose type has words of its own: they say what its members say.
+bool hasWords(const Json &value) { return value.is_object() && value.contains("text") && !value.contains("kind"); }
+
 // An identifier with its name counts as one.
-bool isScalar(const Json &value) { return !value.is_structured() || value.contains("identifier"); }
+bool isScalar(const Json &value) { return !value.is_structured() || value.contains("identifier") || hasWords(value); }
 
 std::string scalar(const Json &value) {
   if (value.is_null()) return "(absent)";
   if (value.is_string()) return value.get<std::string>();
   if (!value.is_object()) return value.dump();
+  if (hasWords(value)) return value["text"].get<std::string>();
   auto identifier = value.at("identifier").get<std::string>();
   if (value.contains("identifierHex")) identifier += " (hex " + value["identifierHex"].get<std::string>() + ")";
   return value.contains("name") ? value["name"].get<std::string>() + " (" + identifier + ")" : identifier;
 }
 
-bool isScalarList(const Json &value) { return value.is_array() && std::all_of(value.begin(), value.end(), isScalar); }
+// Whether a list fits one line, on which commas tell its members apart.
+bool isScalarList(const Json &value) {
+  return value.is_array() && std::all_of(value.begin(), value.end(), [](const Json &member) {
+           return isScalar(member) && scalar(member).find(", ") == std::string::npos;
+         });
+}
 
 std::string joined(const Json &list) {
   std::string text;
@@ -49,8 +58,7 @@ void printNamed(std::ostream &out, const std::string &label, const Json &named, 
   }
 }
 
-void printName(std::ostream &out, const Json &name, const std::string &indent) {
-  std::string label = scalar(name.at("kind"));
+void printName(std::ostream &out, std::string label, const Json &name, const std::string &indent) {
   if (name.contains("type")) label += " " + scalar(name["type"]);
   if (name.contains("typeName")) label += " (" + scalar(name["typeName"]) + ")";
   printNamed(out, label, name, indent);
@@ -60,9 +68,10 @@ void printFields(std::ostream &out, const Json &fields, const std::string &inden
 
 void printMember(std::ostream &out, const Json &member, const std::string &indent) {
   if (isScalar(member)) {
-    out << indent << scalar(member) << "\n";
+    out << indent << "- " << scalar(member) << "\n";
   } else {
-    member.contains("kind") ? printName(out, member, indent) : printFields(out, member, indent + "- ");
+    const bool isName = member.contains("kind");
+    isName ? printName(out, scalar(member["kind"]), member, indent) : printFields(out, member, indent + "- ");
   }
 }
 
@@ -76,8 +85,12 @@ void printFields(std::ostream &out, const Json &fields, const std::string &inden
   for (const auto &[key, value] : fields.items()) {
     if (isScalar(value)) {
       out << lead << key << ": " << scalar(value) << "\n";
+    } else if (value.contains("kind")) {
+      const bool isName = value["kind"] != "value";
+      printName(out, isName ? key + " " + scalar(value["kind"]) : key, value, lead);
     } else if (value.is_object()) {
-      printNamed(out, key, value, lead);
+      out << lead << key << ":\n";
+      printFields(out, value, deeper);
     } else if (isScalarList(value)) {
       out << lead << key << ": " << joined(value) << "\n";
     } else {

@@ -12,6 +12,7 @@
 #include "ketra/objects/certificate.hpp"
 #include "ketra/objects/crl.hpp"
 #include "ketra/objects/pem.hpp"
+#include "ketra/objects/permits.hpp"
 #include "ketra/objects/pkcs7.hpp"
 #include "ketra/objects/recognise.hpp"
 #include "ketra/objects/request.hpp"

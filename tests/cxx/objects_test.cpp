@@ -5,10 +5,12 @@
 
 #include "ketra/asn1/explain.hpp"
 #include "ketra/asn1/walk.hpp"
+#include "ketra/c.hpp"
 #include "ketra/objects/pem.hpp"
+#include "ketra/objects/permits.hpp"
 #include "ketra/objects/pkcs7.hpp"
 #include "ketra/objects/request.hpp"
-#include "ketra/types/curve_names.hpp"
+#include "ketra/names/curves.hpp"
 #include "support/support.h"
 
 std::size_t requestsForMemory();  // types_test.cpp
@@ -200,7 +202,7 @@ std::string unescape(const std::string &text) {
       result += static_cast<char>(fromHex(text.substr(i + 1, 2)).at(0));
       i += 2;
     } else {
-      result += text[i] == 'n' ? '\n' : '\r';
+      result += text[i] == 'n' ? '\n' : text[i] == 'r' ? '\r' : text[i];
     }
   }
   return result;
@@ -320,6 +322,168 @@ TEST(Objects, Pkcs7) {
   const auto enveloped = view<Pkcs7View>(View(other));
   EXPECT_EQ(enveloped->contentName(), "envelopedData");
   EXPECT_EQ(enveloped->certificates().fault().code(), FaultCode_OtherKind);
+}
+
+// The matches of the C interface, for every name of the table with every other one.
+TEST(Names, MatchAsInC) {
+  std::vector<Octets> names;
+  for (const Row &row : test::rowsOf("runtime/name_matches.tsv")) {
+    for (const std::size_t column : {0u, 1u}) names.push_back(test::writtenName(row.column(column)));
+  }
+  std::size_t matching = 0;
+  for (const Octets &x : names) {
+    const test::NameObject left;
+    ASSERT_EQ(left.set(x), 0);
+    const auto a = NameView::of(View(x));
+    EXPECT_TRUE(a && a->isWithin(Name()) && (*Name::of(View(x))).matches(*a));
+    for (const Octets &y : names) {
+      const test::NameObject right;
+      ASSERT_EQ(right.set(y), 0);
+      int32_t equal = -1;
+      ASSERT_EQ(X509NameObjectCompare(left, right, &equal, nullptr), 0);
+      const auto b = NameView::of(View(y));
+      EXPECT_EQ(a->matches(*b), equal == 1) << test::toHex(x) << ' ' << test::toHex(y);
+      matching += a->matches(*b) ? 1 : 0;
+    }
+  }
+  EXPECT_GT(matching, names.size());
+}
+
+TEST(Names, EncodeSorts) {
+  const Octets odd =
+      fromHex("30 81 1C 31 1A 30 0A 06 03 55 04 0B 0C 03 61 62 63 30 0C 06 03 55 04 0A 1C 81 04 00 00 00 41");
+  const auto name = NameView::of(View(odd));
+  ASSERT_TRUE(name);
+  EXPECT_EQ(name->encode(),
+            fromHex("30 1C 31 1A 30 0A 06 03 55 04 0B 0C 03 61 62 63 30 0C 06 03 55 04 0A 1C 81 04 00 00 00 41"));
+  const Octets unsorted = test::writtenName("0C 01 62, 0C 01 61");
+  EXPECT_EQ((*NameView::of(View(unsorted))).encode(), test::writtenName("0C 01 61, 0C 01 62"));
+}
+
+// A set of attributes is sorted, not compared with each: the time limit of the test is the check.
+TEST(Names, ManyAttributes) {
+  Octets sets[2];
+  for (std::size_t i = 0; i < 200'000; ++i) {
+    for (const std::size_t which : {0u, 1u}) {
+      const std::string value = "xX"[which] + std::to_string(which == 0 ? i : 199'999 - i);
+      const Octets one = tlv(0x30, fromHex("06 03 55 04 03") + tlv(0x0C, Octets(value.begin(), value.end())));
+      sets[which].insert(sets[which].end(), one.begin(), one.end());
+    }
+  }
+  const Octets first = tlv(0x30, tlv(0x31, sets[0])), second = tlv(0x30, tlv(0x31, sets[1]));
+  EXPECT_TRUE((*NameView::of(View(first))).matches(*NameView::of(View(second))));
+}
+
+Octets directoryOf(const std::string &text) {
+  const std::map<std::string, std::string> kTypes = {{"C", "55 04 06"},
+                                                     {"O", "55 04 0A"},
+                                                     {"OU", "55 04 0B"},
+                                                     {"CN", "55 04 03"},
+                                                     {"E", "2A 86 48 86 F7 0D 01 09 01"}};
+  Octets rdns;
+  std::istringstream levels(text);
+  for (std::string level; std::getline(levels, level, '/');) {
+    Octets rdn;
+    std::istringstream attributes(level);
+    for (std::string each; std::getline(attributes, each, '+');) {
+      const std::size_t at = each.find('=');
+      const Octets value = tlv(0x0C, Octets(each.begin() + static_cast<std::ptrdiff_t>(at) + 1, each.end()));
+      rdn = rdn + tlv(0x30, tlv(0x06, fromHex(kTypes.at(each.substr(0, at)))) + value);
+    }
+    rdns = rdns + tlv(0x31, rdn);
+  }
+  return tlv(0x30, rdns);
+}
+
+// One GeneralName as data/permits.tsv writes it.
+Octets generalName(const std::string &written) {
+  if (written[0] == '#') return fromHex(written.substr(1));
+  const std::size_t colon = written.find(':');
+  const std::string kind = written.substr(0, colon), value = unescape(written.substr(colon + 1));
+  if (kind == "dns") return encode(dns(value));
+  if (kind == "mail") return encode(email(value));
+  if (kind == "uri") return encode(uri(value));
+  if (kind == "ip") return encode(ipFromText(value));
+  if (kind == "dir") return tlv(0xA4, directoryOf(value));
+  const std::string id = value.substr(0, value.find('='));
+  const Octets type = encode(*ObjectIdentifier::parse(id));
+  if (kind == "id") return tlv(0x88, Octets(type.begin() + 2, type.end()));
+  return tlv(0xA0, type + tlv(0xA0, fromHex(value.substr(id.size() + 1))));
+}
+
+Octets subtrees(uint8_t tag, const std::string &written) {
+  if (written.empty()) return {};
+  Octets all;
+  for (std::size_t at = 0; at < written.size();) {
+    const std::size_t end = std::min(written.find("; ", at), written.size());
+    std::string name = written.substr(at, end - at);
+    at = end + 2;
+    const std::string last = name.size() > 4 ? name.substr(name.size() - 4) : "";
+    const bool isMin = last == " min", isMax = last == " max";
+    if (isMin || isMax) name.resize(name.size() - 4);
+    all = all + tlv(0x30, generalName(name) + fromHex(isMin ? "80 01 01" : isMax ? "81 01 05" : ""));
+  }
+  return tlv(tag, all);
+}
+
+// A certificate with a subject and names after a blank each, as data/permits.tsv writes it.
+Octets certificateOf(const std::string &written) {
+  const std::size_t blank = written.find(' ', 5);
+  std::string names = written.substr(blank + 1);
+  Octets extensions;
+  if (names != "nosan") {
+    Octets all;
+    while (!names.empty()) {
+      const std::size_t end = names[0] == '#' ? names.size() : std::min(names.find(' '), names.size());
+      all = all + generalName(names.substr(0, end));
+      names.erase(0, end + 1);
+    }
+    extensions = tlv(0xA3, tlv(0x30, tlv(0x30, fromHex("06 03 55 1D 11") + tlv(0x04, tlv(0x30, all)))));
+  }
+  Octets inside, outside;
+  for (const Row &row : rowsAbout("base")) {
+    if (row.column(1) != "Certificate") continue;
+    Octets &part = row.column(2)[0] == '|' ? outside : inside;
+    part = part + (row.column(2) == "subject"      ? directoryOf(written.substr(5, blank - 5))
+                   : row.column(2) == "extensions" ? extensions
+                                                   : fromHex(row.column(3)));
+  }
+  return tlv(0x30, tlv(0x30, inside) + outside);
+}
+
+TEST(Permits, Table) {
+  const char *const kVerdicts[] = {"permitted", "excluded", "notPermitted", "unknown"};
+  const auto textOf = [&](const Permission &found) { return kVerdicts[static_cast<int>(found.verdict)]; };
+  const std::vector<Row> rows = test::rowsOf("data/permits.tsv");
+  EXPECT_GE(rows.size(), 120u);
+  for (const Row &row : rows) {
+    SCOPED_TRACE(row.place);
+    const Octets octets = tlv(0x30, subtrees(0xA0, row.column(0)) + subtrees(0xA1, row.column(1)));
+    const auto constraints = view<NameConstraintsView>(View(octets));
+    ASSERT_TRUE(constraints);
+    const std::string written = row.column(2);
+    const bool isCertificate = written.rfind("cert ", 0) == 0;
+    const Octets name = isCertificate ? certificateOf(written) : generalName(written);
+    const auto judged = [&](const auto &by, std::size_t most) {
+      if (!isCertificate) return permits(by, *view<GeneralNameView>(View(name)), most);
+      return permits(by, *view<CertificateView>(View(name)), most);
+    };
+    const Permission found = judged(*constraints, kMostComparisons);
+    EXPECT_EQ(textOf(found), row.column(3)) << found.why;
+    EXPECT_EQ(found.verdict == Permission::Verdict::unknown, found.why[0] != '\0');
+    EXPECT_EQ(static_cast<bool>(found), row.column(3) == "permitted");
+    if (const auto owned = read<NameConstraints>(View(octets))) {
+      EXPECT_EQ(textOf(judged(*owned, kMostComparisons)), row.column(3));
+    }
+    const bool isCompared = !row.column(0).empty() || !row.column(1).empty();
+    if (isCompared && !isCertificate) {
+      EXPECT_EQ(textOf(judged(*constraints, 0)), std::string("unknown"));
+    }
+  }
+  const Found<NameConstraintsView> absent,
+      faulty(Item<NameConstraintsView>::faulty({}, {Reason::Trailing, 1, 0, nullptr}), true);
+  EXPECT_TRUE(permits(absent, dns("a")));
+  EXPECT_FALSE(permits(faulty, dns("a")));
 }
 
 }  // namespace

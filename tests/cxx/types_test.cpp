@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "cxx/fields.hpp"
+#include "ketra/asn1/der.hpp"
 #include "ketra/c.hpp"
 #include "ketra/extensions.hpp"
 #include "ketra/names/identifiers.hpp"
@@ -235,6 +236,7 @@ bool isAccepted(const Octets &octets) {
     EXPECT_LE(offset, octets.size());
     EXPECT_NE(explain<T>(View(octets), each).find(" at offset " + std::to_string(offset) + " ("), std::string::npos);
   }
+  derFaults<T>(View(octets), [](const Fault &each) { EXPECT_EQ(each.code(), uint32_t{AsnError_NotDer}); });
   EXPECT_TRUE(static_cast<bool>(owned) == !fault || fault.code() == FaultCode_Segmented);
   return static_cast<bool>(owned);
 }

@@ -96,27 +96,10 @@ TEST(NameObject, Text) {
   }
 }
 
-// As name_matches.tsv writes it.
-Octets nameOf(const std::string &written) {
-  Octets rdns;
-  std::istringstream names(written);
-  for (std::string each; std::getline(names, each, '/');) {
-    Octets members;
-    std::istringstream attributes(each);
-    for (std::string member; std::getline(attributes, member, ',');) {
-      const std::size_t colon = member.find(':');
-      const std::string type = colon == std::string::npos ? "55 04 03" : member.substr(0, colon);
-      members = members + attribute(type, fromHex(member.substr(colon + 1)));
-    }
-    rdns = rdns + rdn(members);
-  }
-  return tlv(0x30, rdns);
-}
-
 TEST(NameObject, Compare) {
   for (const auto &row : rowsOf("runtime/name_matches.tsv")) {
-    const Name left(nameOf(row.at(0)));
-    const Name right(nameOf(row.at(1)));
+    const Name left(writtenName(row.at(0)));
+    const Name right(writtenName(row.at(1)));
     const int32_t expected = row.at(2) == "match" ? 1 : 0;
     int32_t equal = -1;
     int32_t reverse = -1;

@@ -18,6 +18,9 @@ inline std::string toHex(const Octets &octets) { return toHex(octets.data(), oct
 Octets operator+(Octets a, const Octets &b);
 Octets tlv(uint8_t tag, const Octets &content);  // in DER
 
+// A Name as runtime/name_matches.tsv writes it.
+Octets writtenName(const std::string &written);
+
 // The rows of tests/golden.tsv by name, and the octets of one, as toHex writes them.
 const std::map<std::string, std::string> &goldenRows();
 std::string golden(const std::string &name);

@@ -67,6 +67,22 @@ std::vector<Row> rowsOf(const std::string &path) {
   return rows;
 }
 
+Octets writtenName(const std::string &written) {
+  Octets rdns;
+  std::istringstream names(written);
+  for (std::string each; std::getline(names, each, '/');) {
+    Octets members;
+    std::istringstream attributes(each);
+    for (std::string member; std::getline(attributes, member, ',');) {
+      const std::size_t colon = member.find(':');
+      const std::string type = colon == std::string::npos ? "55 04 03" : member.substr(0, colon);
+      members = members + tlv(0x30, tlv(6, fromHex(type)) + fromHex(member.substr(colon + 1)));
+    }
+    rdns = rdns + tlv(0x31, members);
+  }
+  return tlv(0x30, rdns);
+}
+
 const std::map<std::string, std::string> &goldenRows() {
   static const std::map<std::string, std::string> rows = [] {
     std::map<std::string, std::string> read;

@@ -1,5 +1,5 @@
 /// @file
-/// Algorithms and public keys, by identifier and octets. Names of curves: types/curve_names.hpp.
+/// Algorithms and public keys, by identifier and octets. Names of curves: names/curves.hpp.
 #pragma once
 
 #include <cstddef>

@@ -106,6 +106,11 @@ inline bool checkName(const Tlv &tlv, Fault &fault) {
   return true;
 }
 
+// Whether the first list of relative distinguished names is the second, or begins with it.
+enum class Within : uint8_t { No, Yes, Same };
+Within compareRdns(const Range<RelativeDistinguishedNameView> &name,
+                   const Range<RelativeDistinguishedNameView> &subtree);
+
 // Keyword of an attribute type (RFC 4514 3, RFC 4519), or nothing.
 std::string_view keywordOf(View type);
 // One attribute value in the text form of RFC 4514 2.4.
@@ -146,6 +151,22 @@ class NameOf {
     return found;
   }
   bool empty() const { return rdns().empty(); }  ///< whether there are none
+
+  /// Whether the names are the same to RFC 5280 7.1: in each relative distinguished name the same attributes in any
+  /// order; strings of any type without regard to the case of ASCII letters, space at their ends and more than one
+  /// space between words; other values by octets. Allocates only for more than eight attributes in one.
+  template <class Other>
+  bool matches(const NameOf<Other> &other) const {
+    return detail::compareRdns(rdns(), other.rdns()) == detail::Within::Same;
+  }
+  /// Whether it begins with all relative distinguished names of the other, in the sense of matches().
+  template <class Other>
+  bool isWithin(const NameOf<Other> &subtree) const {
+    return detail::compareRdns(rdns(), subtree.rdns()) != detail::Within::No;
+  }
+  /// As DER: lengths in their shortest form, the attributes of each relative distinguished name in order (X.690 11.6).
+  /// Values of attributes stay as they are stored.
+  Octets encode() const;
 
   /// RFC 4514, least significant name first, in UTF-8: "CN=Steve,O=Example\, Inc.,C=GB".
   std::string text() const;
@@ -212,4 +233,5 @@ struct Leaf<NameOf<Form>> {
 
 }  // namespace ketra
 
+#include "ketra/types/name_match.hpp"
 #include "ketra/types/name_text.hpp"
