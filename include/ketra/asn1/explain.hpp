@@ -78,7 +78,9 @@ class Path {
       Tlv tlv;
       Fault fault;
       const bool isRead = nextMember<T>(in, tlv, fault);
-      if (isRead && !covers(begin, in.at) && !endsAt(in.at)) continue;
+      // Of a member without contents the place is its beginning: where the one before it ends.
+      const bool isNext = in.left() >= 2 && in.at[1] == 0;
+      if (isRead && !covers(begin, in.at) && (isNext || !endsAt(in.at))) continue;
       (text_ += '/') += std::to_string(number);
       if (isRead && matches<T>({}, tlv.identifier)) into<T>(tlv, {});
       return;

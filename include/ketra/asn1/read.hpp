@@ -458,6 +458,20 @@ class Range {
   View contents_;
 };
 
+namespace detail {
+
+// A good member of a list in either form, or null.
+template <class T>
+const T *goodMember(const T &member) {
+  return &member;
+}
+template <class T>
+const T *goodMember(const Item<T> &member) {
+  return member ? &*member : nullptr;
+}
+
+}  // namespace detail
+
 /// Views octets that are exactly one value. The result says whether the value itself is good; members of its lists are
 /// judged when they are reached, or all at once by firstFault().
 template <class T>

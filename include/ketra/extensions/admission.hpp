@@ -43,7 +43,7 @@ struct ProfessionInfoOf {
   std::optional<NamingAuthorityOf<Form>> namingAuthority{};
   ListOf<Form, DirectoryStringOf<Form>> professionItems{};
   std::optional<ListOf<Form, ObjectIdentifierOf<Form>>> professionOIDs{};
-  std::optional<PrintableStringOf<Form>> registrationNumber{};
+  std::optional<PrintableTextOf<Form>> registrationNumber{};
   std::optional<OctetStringOf<Form>> addProfessionInfo{};
 
   template <class Self, class Visitor>

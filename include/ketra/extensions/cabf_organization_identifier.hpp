@@ -22,10 +22,10 @@ struct CabfOrganizationIdentifierOf {
   static constexpr std::string_view name = "CABFOrganizationIdentifier";
   static constexpr OidLiteral oid = "2.23.140.3.1"_oid;
 
-  PrintableStringOf<Form> registrationSchemeIdentifier{};  ///< NTR, VAT or PSD
-  PrintableStringOf<Form> registrationCountry{};
+  PrintableTextOf<Form> registrationSchemeIdentifier{};  ///< NTR, VAT or PSD
+  PrintableTextOf<Form> registrationCountry{};
   std::optional<PrintableStringOf<Form>> registrationStateOrProvince{};
-  Utf8StringOf<Form> registrationReference{};
+  TextOf<Form> registrationReference{};
 
   /// As in the organizationIdentifier of a subject: "NTRUS+CA-27380834".
   std::string text() const {

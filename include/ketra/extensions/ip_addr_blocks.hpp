@@ -83,16 +83,6 @@ inline std::string textOfAddress(View bits, std::size_t count, bool fill, std::s
   return textOfIp({octets, size});
 }
 
-// A good member of a list in either form, or null.
-template <class T>
-const T *goodMember(const T &member) {
-  return &member;
-}
-template <class T>
-const T *goodMember(const Item<T> &member) {
-  return member ? &*member : nullptr;
-}
-
 }  // namespace detail
 
 // IPAddressFamily ::= SEQUENCE {                                 RFC 3779 2.2.3.2

@@ -44,7 +44,7 @@ struct MicrosoftCertTypeNameOf {
   std::variant<BmpStringOf<Form>, Utf8StringOf<Form>, MicrosoftTypeNameOf<Form>> choice{};  ///< whichever it is
 
   /// The name, however it is written.
-  std::string text() const {
+  std::string utf8() const {
     if (const auto *const bmp = std::get_if<0>(&choice)) return bmp->utf8();
     const auto *const utf8 = std::get_if<1>(&choice);
     return utf8 != nullptr ? utf8->utf8() : std::get_if<2>(&choice)->name.utf8();

@@ -63,10 +63,10 @@ template <class Form>
 struct CurrencyOf {
   static constexpr Shape shape = Shape::Choice;
 
-  std::variant<PrintableStringOf<Form>, IntegerOf<Form>> code{};  ///< whichever it is
+  std::variant<PrintableTextOf<Form>, IntegerOf<Form>> code{};  ///< whichever it is
 
   /// "EUR"; of a number the number.
-  std::string text() const {
+  std::string symbol() const {
     const auto *const letters = std::get_if<0>(&code);
     return letters != nullptr ? letters->utf8() : std::get_if<1>(&code)->text();
   }
@@ -99,7 +99,7 @@ struct MonetaryValueOf {
     } else if (digits != "0") {
       digits.append(static_cast<std::size_t>(zeros), '0');
     }
-    return digits + ' ' + currency.text();
+    return digits + ' ' + currency.symbol();
   }
 
   template <class Self, class Visitor>
@@ -116,8 +116,8 @@ static_assert(wellFormed<MonetaryValueView>());
 //     language  PrintableString (SIZE (2)) }
 template <class Form>
 struct PdsLocationOf {
-  Ia5StringOf<Form> url{};
-  PrintableStringOf<Form> language{};
+  Ia5TextOf<Form> url{};
+  PrintableTextOf<Form> language{};
 
   /// "https://a.example/pds.pdf (en)".
   std::string text() const { return url.utf8() + " (" + language.utf8() + ')'; }
@@ -137,7 +137,7 @@ static_assert(wellFormed<PdsLocationView>());
 template <class Form>
 struct RoleOfPspOf {
   ObjectIdentifierOf<Form> roleOfPspOid{};
-  Utf8StringOf<Form> roleOfPspName{};
+  TextOf<Form> roleOfPspName{};
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
@@ -155,8 +155,8 @@ static_assert(wellFormed<RoleOfPspView>());
 template <class Form>
 struct Psd2QcTypeOf {
   ListOf<Form, RoleOfPspOf<Form>> rolesOfPSP{};
-  Utf8StringOf<Form> nCAName{};
-  Utf8StringOf<Form> nCAId{};
+  TextOf<Form> nCAName{};
+  TextOf<Form> nCAId{};
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {
@@ -174,7 +174,7 @@ using QcPdsOf = ListOf<Form, PdsLocationOf<Form>>;
 template <class Form>
 using QcIdentifiersOf = ListOf<Form, ObjectIdentifierOf<Form>>;
 template <class Form>
-using QcCountriesOf = ListOf<Form, PrintableStringOf<Form>>;
+using QcCountriesOf = ListOf<Form, PrintableTextOf<Form>>;
 /// @}
 
 // QCStatement ::= SEQUENCE {                                     RFC 3739 3.2.6
@@ -207,7 +207,7 @@ struct QcStatementOf {
                      Defined<QcCountriesOf<Form>>{statement::qcCClegislation},
                      Defined<QcIdentifiersOf<Form>>{statement::qcIdentMethod},
                      Defined<QcCountriesOf<Form>>{statement::qcQSCDlegislation},
-                     Defined<Psd2QcTypeOf<Form>>{statement::psd2}, Defined<Utf8StringOf<Form>>{statement::tsa});
+                     Defined<Psd2QcTypeOf<Form>>{statement::psd2}, Defined<TextOf<Form>>{statement::tsa});
   }
 };
 using QcStatement = QcStatementOf<Owned>;       ///< owns what it holds

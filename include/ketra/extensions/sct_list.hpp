@@ -58,7 +58,7 @@ class SctOf {
     if (version() != 0 || !parse(octets(), fields, fault)) return std::nullopt;
     return fields;
   }
-  /// "2014-11-13T01:54:49.579Z log b0cc..., ECDSA with SHA-256".
+  /// "2014-11-13T01:54:49.579Z log b0cc... ECDSA with SHA-256".
   std::string text() const {
     static constexpr const char *kHashes[] = {"none", "MD5", "SHA-1", "SHA-224", "SHA-256", "SHA-384", "SHA-512"};
     static constexpr const char *kSignatures[] = {"anonymous", "RSA", "DSA", "ECDSA"};
@@ -67,11 +67,11 @@ class SctOf {
     const bool isTime = of->timestamp < static_cast<uint64_t>(detail::kTimeEnd) / 1000;
     std::string text = isTime ? timeText(Time(std::chrono::milliseconds(static_cast<int64_t>(of->timestamp))))
                               : std::to_string(of->timestamp) + " ms";
-    text += " log " + detail::hexOf(of->logId) + ", ";
+    text += " log " + detail::hexOf(of->logId) + ' ';
     text += of->signature < 4 ? kSignatures[of->signature] : "signature " + std::to_string(of->signature);
     text += " with ";
     text += of->hash < 7 ? kHashes[of->hash] : "hash " + std::to_string(of->hash);
-    if (!of->extensions.empty()) text += ", extensions " + detail::hexOf(of->extensions);
+    if (!of->extensions.empty()) text += " extensions " + detail::hexOf(of->extensions);
     return text;
   }
 

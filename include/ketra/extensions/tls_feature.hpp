@@ -2,6 +2,8 @@
 /// TLSFeature: what a TLS server with the certificate must do.
 #pragma once
 
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "ketra/asn1/oid.hpp"
@@ -18,6 +20,22 @@ struct TlsFeatureOf {
   static constexpr Shape shape = Shape::Is;
 
   ListOf<Form, IntegerOf<Form>> features{};  ///< of TLS extensions: 5 is status_request
+
+  /// "status_request", "status_request_v2"; numbers of other features.
+  std::string text() const {
+    std::string text;
+    for (const auto &member : features) {
+      const auto *const feature = detail::goodMember(member);
+      if (!text.empty()) text += ", ";
+      if (feature == nullptr) {
+        text += "(malformed)";
+      } else {
+        const int64_t number = feature->number().value_or(0);
+        text += number == 5 ? "status_request" : number == 17 ? "status_request_v2" : feature->text();
+      }
+    }
+    return text;
+  }
 
   template <class Self, class Visitor>
   KETRA_INLINE static constexpr bool describe(Self &self, Visitor &visit) {

@@ -250,7 +250,7 @@ struct Refusal {
       const uint8_t *const outside = isIa5 ? firstOutside(TextType::Ia5, value.content()) : nullptr;
       if (outside != nullptr) return fail(fault, Reason::Alphabet, outside, *outside);
     } else if constexpr (IsOneType<T>::value) {
-      const uint8_t *const outside = firstOutside(T::kTextType, value.octets());
+      const uint8_t *const outside = firstOutside(value.type(), value.octets());
       if (outside != nullptr) return fail(fault, Reason::Alphabet, outside, *outside);
     } else if constexpr (kIsDescribed<T>) {
       return T::describe(value, *this);

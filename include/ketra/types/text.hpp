@@ -290,7 +290,24 @@ struct BmpStringOf : detail::OneTypeOf<Form, TextType::Bmp> {
 };
 /// @}
 
+/// The same, but that any string type can be read, and stays what it is: where certificates are not as their standard
+/// has it.
+/// @{
+template <class Form>
+struct PrintableTextOf : detail::OneTypeOf<Form, TextType::Printable> {
+  using detail::OneTypeOf<Form, TextType::Printable>::OneTypeOf;
+};
+template <class Form>
+struct Ia5TextOf : detail::OneTypeOf<Form, TextType::Ia5> {
+  using detail::OneTypeOf<Form, TextType::Ia5>::OneTypeOf;
+};
+/// @}
+
 /// @cond
+template <class Form>
+struct Leaf<PrintableTextOf<Form>> : Leaf<TextOf<Form>> {};
+template <class Form>
+struct Leaf<Ia5TextOf<Form>> : Leaf<TextOf<Form>> {};
 template <class Form>
 struct Leaf<Utf8StringOf<Form>> : detail::OneTypeLeaf<Utf8StringOf<Form>> {};
 template <class Form>
