@@ -16,6 +16,7 @@ namespace ketra {
 
 /// What name constraints say of a name, or of all names of a certificate.
 struct Permission {
+  /// The answers.
   enum class Verdict : uint8_t {
     permitted,     ///< inside a permitted subtree of its kind, or there are none; and in no excluded one
     excluded,      ///< inside an excluded subtree
