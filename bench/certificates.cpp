@@ -9,14 +9,17 @@
 
 namespace bench {
 
-Octets extensionsIn(const std::string &file) {
+Octets certificateIn(const std::string &file) {
   std::ifstream in(file);
   const std::string text{std::istreambuf_iterator<char>(in), {}};
-  const ketra::pem::Blocks blocks(text);
-  const auto der = blocks.begin()->decode();
+  auto der = ketra::pem::Blocks(text).begin()->decode();
+  return der ? *std::move(der) : Octets();
+}
+
+Octets extensionsIn(const std::string &file) {
+  const Octets der = certificateIn(file);
   lean::Reader certificate, tbs, field;
-  if (!der || !lean::Reader(der->data(), der->size()).next(0x30, certificate) || !certificate.next(0x30, tbs))
-    return {};
+  if (!lean::Reader(der.data(), der.size()).next(0x30, certificate) || !certificate.next(0x30, tbs)) return {};
   for (uint8_t tag = 0; tag != 0xA3;) {
     if (!tbs.any(tag, field)) return {};
   }

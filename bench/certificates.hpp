@@ -7,7 +7,8 @@
 
 namespace bench {
 
-// The Extensions SEQUENCE of a certificate in a PEM file; empty when there is none.
+// The first certificate in a PEM file, and its Extensions SEQUENCE; empty when there is none.
+Octets certificateIn(const std::string &file);
 Octets extensionsIn(const std::string &file);
 
 // Reads those that the rows of the benchmark have, as many as `count` then tells; others are passed over.

@@ -6,6 +6,8 @@
 #include <variant>
 
 #include "ketra/extensions.hpp"
+#include "ketra/objects/certificate.hpp"
+#include "ketra/objects/crl.hpp"
 #include "operations.hpp"
 #include "roots.hpp"
 
@@ -48,6 +50,14 @@ struct Seen {
     const auto directory = name.directoryName();
     return directory && see(directory->rdns());
   }
+  template <class T>
+  KETRA_INLINE bool see(const ketra::Field<T> &field) {
+    const auto value = field.value();
+    return value && see(*value);
+  }
+  KETRA_INLINE bool see(const ketra::NameView &name) { return see(name.rdns()); }
+  KETRA_INLINE bool see(const ketra::BitsView &bits) { return octets(bits.octets()); }
+  KETRA_INLINE bool see(const ketra::EitherTime &time) { return see(time.time); }
   KETRA_INLINE bool see(const ketra::IntegerView &integer) {
     const std::optional<int64_t> number = integer.number();
     if (!number) return octets(integer.content());
@@ -152,6 +162,33 @@ std::size_t readRoots() {
   return all;
 }
 
+std::size_t seeExtensions(const ketra::ExtensionsView &extensions) {
+  std::size_t all = 0;
+  for (const auto &extension : extensions) {
+    if (!extension) continue;
+    const ketra::View id = extension->extnID.content(), octets = extension->extnValue.octets();
+    if (id.size() != 3 || id[0] != 0x55 || id[1] != 0x1D) continue;
+    all += withType(id[2], [octets]<class T>() { return seesAll<T>(octets); });
+  }
+  return all;
+}
+std::size_t seeCertificate(const Octets &octets) {
+  const auto certificate = ketra::view<ketra::CertificateView>(ketra::View(octets));
+  Seen seen;
+  if (!certificate || !seen.see(*certificate)) return 0;
+  benchmark::DoNotOptimize(seen.sum);
+  return seeExtensions(certificate->extensions());
+}
+std::size_t seeCrl(const Octets &octets) {
+  const auto crl = ketra::view<ketra::CrlView>(ketra::View(octets));
+  if (!crl) return 0;
+  Seen seen;
+  std::size_t count = 0;
+  for (const ketra::CrlEntry &entry : crl->entries()) count += entry && seen.see(*entry);
+  benchmark::DoNotOptimize(seen.sum);
+  return count;
+}
+
 }  // namespace
 
 void addKetraCpp() {
@@ -179,6 +216,7 @@ void addKetraCpp() {
   }
   addRoots("ketra view", readRoots<false>);
   addRoots("ketra read", readRoots<true>);
+  addObjects("ketra view", seeCertificate, seeCrl);
 }
 
 }  // namespace bench

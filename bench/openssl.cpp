@@ -236,9 +236,42 @@ std::size_t readRoots() {
   return all;
 }
 
+std::size_t seeCertificate(const Octets &octets) {
+  const unsigned char *at = octets.data();
+  X509 *certificate = d2i_X509(nullptr, &at, static_cast<long>(octets.size()));
+  std::size_t all = 0;
+  for (int i = 0; i < X509_get_ext_count(certificate); ++i) {
+    X509_EXTENSION *extension = X509_get_ext(certificate, i);
+    const ASN1_OBJECT *id = X509_EXTENSION_get_object(extension);
+    const unsigned char *arcs = OBJ_get0_data(id);
+    if (OBJ_length(id) != 3 || arcs[0] != 0x55 || arcs[1] != 0x1D || !hasRow(arcs[2])) continue;
+    void *value = X509V3_EXT_d2i(extension);
+    if (value != nullptr) ++all;
+    ASN1_item_free(static_cast<ASN1_VALUE *>(value), ASN1_ITEM_ptr(X509V3_EXT_get(extension)->it));
+  }
+  X509_free(certificate);
+  return all;
+}
+std::size_t seeCrl(const Octets &octets) {
+  const unsigned char *at = octets.data();
+  X509_CRL *crl = d2i_X509_CRL(nullptr, &at, static_cast<long>(octets.size()));
+  STACK_OF(X509_REVOKED) *entries = X509_CRL_get_REVOKED(crl);
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(sk_X509_REVOKED_num(entries)); ++i) {
+    const X509_REVOKED *entry = sk_X509_REVOKED_value(entries, static_cast<int>(i));
+    sink(X509_REVOKED_get0_serialNumber(entry));
+    sink(X509_REVOKED_get0_revocationDate(entry));
+    sink(X509_REVOKED_get0_extensions(entry));
+    ++count;
+  }
+  X509_CRL_free(crl);
+  return count;
+}
+
 }  // namespace
 
 void addOpenSsl() {
+  addObjects(BENCH_LIBRARY, seeCertificate, seeCrl);
   addRow("BasicConstraints", ASN1_ITEM_rptr(BASIC_CONSTRAINTS), der::basicConstraints(), basicConstraints);
   addRow("KeyUsage", ASN1_ITEM_rptr(ASN1_BIT_STRING), der::keyUsage(), [] { return bits({5, 6}); });
   addRow("SubjectKeyId", ASN1_ITEM_rptr(ASN1_OCTET_STRING), der::subjectKeyId(),

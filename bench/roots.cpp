@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <system_error>
 
@@ -11,21 +12,56 @@
 
 namespace bench {
 
+namespace {
+
+// get(file) of each file.
+template <class Get>
+std::vector<Octets> ofFiles(Get &&get) {
+  std::error_code absent;
+  std::vector<std::string> files;
+  for (const auto &entry : std::filesystem::directory_iterator("/usr/share/ca-certificates/mozilla", absent)) {
+    if (entry.is_regular_file()) files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  std::vector<Octets> all;
+  for (const std::string &file : files) {
+    if (Octets octets = get(file); !octets.empty()) all.push_back(std::move(octets));
+  }
+  return all;
+}
+
+}  // namespace
+
 const std::vector<Octets> &roots() {
-  static const std::vector<Octets> kRoots = [] {
-    std::error_code absent;
-    std::vector<std::string> files;
-    for (const auto &entry : std::filesystem::directory_iterator("/usr/share/ca-certificates/mozilla", absent)) {
-      if (entry.is_regular_file()) files.push_back(entry.path());
-    }
-    std::sort(files.begin(), files.end());
-    std::vector<Octets> all;
-    for (const std::string &file : files) {
-      if (Octets extensions = extensionsIn(file); !extensions.empty()) all.push_back(std::move(extensions));
-    }
-    return all;
-  }();
+  static const std::vector<Octets> kRoots = ofFiles(extensionsIn);
   return kRoots;
+}
+const std::vector<Octets> &certificates() {
+  static const std::vector<Octets> kCertificates = ofFiles(certificateIn);
+  return kCertificates;
+}
+
+void addObjects(const char *library, std::size_t (*seeCertificate)(const Octets &),
+                std::size_t (*seeCrl)(const Octets &)) {
+  constexpr std::size_t kEntries = 100'000;
+  const auto crl = std::make_shared<const Octets>(der::revocationList(kEntries));
+  add(
+      "CRL 100000", "read", library, [=] { return seeCrl(*crl) == kEntries; },
+      [=] { benchmark::DoNotOptimize(seeCrl(*crl)); }, kEntries);
+  if (certificates().empty()) return;
+  const auto seeAll = [=] {
+    std::size_t count = 0;
+    for (const Octets &certificate : certificates()) count += seeCertificate(certificate);
+    return count;
+  };
+  const auto check = [=] {
+    std::size_t count = 0;
+    for (const Octets &root : roots()) forEachExtension(root, [&](uint8_t, lean::View) { ++count; });
+    return seeAll() == count;
+  };
+  add(
+      "Certificate", "read", library, check, [=] { benchmark::DoNotOptimize(seeAll()); },
+      static_cast<double>(certificates().size()));
 }
 
 void addRoots(const char *library, std::size_t (*read)()) {

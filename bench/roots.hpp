@@ -9,8 +9,9 @@
 
 namespace bench {
 
-// The Extensions SEQUENCE of each; none when the package is not installed.
+// The Extensions SEQUENCE of each, and the certificates themselves; none when the package is not installed.
 const std::vector<Octets> &roots();
+const std::vector<Octets> &certificates();
 
 // Whether the rows have the extension 2.5.29.`id`.
 constexpr bool hasRow(unsigned id) {
@@ -28,6 +29,12 @@ void forEachExtension(const Octets &extensions, Visit &&visit) {
     if (extension.next(0x04, value) && isIdCe && hasRow(id[2])) visit(id[2], value.view());
   }
 }
+
+// Adds the rows of a library for whole certificates and a CRL of 100,000 entries: see(certificate) visits all fields
+// and the extensions, see(CRL) the serial number, date and extensions of each entry. They return how many extensions of
+// the rows there are, and how many entries.
+void addObjects(const char *library, std::size_t (*seeCertificate)(const Octets &),
+                std::size_t (*seeCrl)(const Octets &));
 
 // Adds the row of a library: read() must return how many of those it has read of all roots together.
 void addRoots(const char *library, std::size_t (*read)());

@@ -148,6 +148,17 @@ Octets nameConstraints(std::size_t size) {
 }
 Octets crlNumber() { return {0x02, 3, kCrlNumber >> 16, kCrlNumber >> 8 & 0xFF, kCrlNumber & 0xFF}; }
 Octets reasonCode() { return {0x0A, 1, kReason}; }
+Octets revocationList(std::size_t entries) {
+  const Octets algorithm = tlv(0x30, tlv(0x06, octets("\x2B\x65\x70"))), time = tlv(0x17, octets("260101000000Z"));
+  const Octets reason = tlv(0x30, {tlv(0x30, {tlv(0x06, octets("\x55\x1D\x15")), tlv(0x04, reasonCode())})});
+  const Octets revoked = list(0x30, 0, entries, [&](std::size_t i) {
+    Octets serial(16, 0x11);
+    for (std::size_t octet = 0; octet < 4; ++octet) serial[15 - octet] = static_cast<uint8_t>(i >> (8 * octet));
+    return tlv(0x30, {tlv(0x02, serial), time, i % 4 == 0 ? reason : Octets()});
+  });
+  const Octets tbs = tlv(0x30, {tlv(0x02, octets("\x01")), algorithm, tlv(0x30, Octets()), time, revoked});
+  return tlv(0x30, {tbs, algorithm, tlv(0x03, octets("\x01\x80"))});
+}
 Octets invalidityDate() { return tlv(0x18, octets(kDate)); }
 
 }  // namespace der

@@ -67,6 +67,7 @@ Octets issuingDistributionPoint();
 Octets nameConstraints(std::size_t size);  // half of them permitted, half excluded
 Octets crlNumber();
 Octets reasonCode();
+Octets revocationList(std::size_t entries);  // with serial numbers of 16 octets; each fourth has a reason
 Octets invalidityDate();
 }  // namespace der
 

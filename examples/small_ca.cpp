@@ -14,7 +14,7 @@
 #include "ketra/ketra.hpp"
 #include "ketra/openssl.hpp"
 
-using ketra::operator""_oid;
+using namespace ketra::literals;
 using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
 
 struct Party {

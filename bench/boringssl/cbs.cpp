@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "../operations.hpp"
+#include "../roots.hpp"
 
 namespace bench {
 namespace {
@@ -142,20 +143,23 @@ bool seeReasonCode(CBS in) {
   sum += reason;
   return true;
 }
-bool seeInvalidityDate(CBS in) {
+// GeneralizedTime of seven pairs of digits, UTCTime of six, and "Z".
+bool seeTime(CBS *in) {
   CBS time;
-  unsigned pairs[7];
+  unsigned pairs[7] = {};
   uint8_t octets[2], z = 0;
-  if (!CBS_get_asn1(&in, &time, CBS_ASN1_GENERALIZEDTIME) || CBS_len(&in) != 0 || CBS_len(&time) != 15) return false;
-  for (unsigned &pair : pairs) {
+  const bool isUtc = CBS_peek_asn1_tag(in, CBS_ASN1_UTCTIME) != 0;
+  if (!CBS_get_asn1(in, &time, isUtc ? CBS_ASN1_UTCTIME : CBS_ASN1_GENERALIZEDTIME)) return false;
+  for (unsigned *pair = pairs + (isUtc ? 1 : 0); pair != pairs + 7; ++pair) {
     if (!CBS_copy_bytes(&time, octets, 2)) return false;
     const unsigned tens = octets[0] - unsigned{'0'}, ones = octets[1] - unsigned{'0'};
     if (tens > 9 || ones > 9) return false;
-    sum += pair = tens * 10 + ones;
+    sum += *pair = tens * 10 + ones;
   }
-  return CBS_get_u8(&time, &z) && z == 'Z' && pairs[2] - 1 < 12 && pairs[3] - 1 < 31 && pairs[4] < 24 &&
-         pairs[5] < 60 && pairs[6] < 61;
+  return CBS_get_u8(&time, &z) && z == 'Z' && CBS_len(&time) == 0 && pairs[2] - 1 < 12 && pairs[3] - 1 < 31 &&
+         pairs[4] < 24 && pairs[5] < 60 && pairs[6] < 61;
 }
+bool seeInvalidityDate(CBS in) { return seeTime(&in) && CBS_len(&in) == 0; }
 bool seeExtKeyUsage(CBS in) {
   CBS purposes;
   if (!CBS_get_asn1(&in, &purposes, CBS_ASN1_SEQUENCE) || CBS_len(&in) != 0) return false;
@@ -249,9 +253,76 @@ void addRow(const std::string &row, const Octets &der, See seeAll) {
   });
 }
 
+bool seeAlgorithm(CBS *in) {
+  CBS members;
+  return CBS_get_asn1(in, &members, CBS_ASN1_SEQUENCE) && see(&members, CBS_ASN1_OBJECT) &&
+         (CBS_len(&members) == 0 || seeAny(&members)) && CBS_len(&members) == 0;
+}
+bool seeExtensionOfRow(uint8_t id, const CBS &value) {
+  switch (id) {
+    case 14: return seeSubjectKeyId(value);
+    case 15: return seeKeyUsage(value);
+    case 17: return seeSubjectAltName(value);
+    case 19: return seeBasicConstraints(value);
+    case 30: return seeNameConstraints(value);
+    case 31: return seeCrlDistributionPoints(value);
+    case 32: return seeCertPolicies(value);
+    case 33: return seePolicyMappings(value);
+    case 35: return seeAuthorityKeyId(value);
+    case 36: return seePolicyConstraints(value);
+    case 37: return seeExtKeyUsage(value);
+    default: return false;
+  }
+}
+bool seeExtensions(CBS list, std::size_t &count) {
+  CBS extension, id, value;
+  while (CBS_len(&list) > 0) {
+    const bool isRead = CBS_get_asn1(&list, &extension, CBS_ASN1_SEQUENCE) &&
+                        CBS_get_asn1(&extension, &id, CBS_ASN1_OBJECT) &&
+                        seeOptionalFlag(&extension, CBS_ASN1_BOOLEAN) &&
+                        CBS_get_asn1(&extension, &value, CBS_ASN1_OCTETSTRING) && CBS_len(&extension) == 0;
+    if (!isRead) return false;
+    const uint8_t *arcs = CBS_data(&id);
+    const bool isIdCe = CBS_len(&id) == 3 && arcs[0] == 0x55 && arcs[1] == 0x1D;
+    if (isIdCe && seeExtensionOfRow(arcs[2], value)) ++count;
+  }
+  return true;
+}
+std::size_t seeCertificate(const Octets &octets) {
+  CBS in, certificate, tbs, validity, key, explicitly, list;
+  std::size_t count = 0;
+  CBS_init(&in, octets.data(), octets.size());
+  const bool isRead =
+      CBS_get_asn1(&in, &certificate, CBS_ASN1_SEQUENCE) && CBS_get_asn1(&certificate, &tbs, CBS_ASN1_SEQUENCE) &&
+      seeOptional(&tbs, constructed(0)) && see(&tbs, CBS_ASN1_INTEGER) && seeAlgorithm(&tbs) && seeName(&tbs) &&
+      CBS_get_asn1(&tbs, &validity, CBS_ASN1_SEQUENCE) && seeTime(&validity) && seeTime(&validity) && seeName(&tbs) &&
+      CBS_get_asn1(&tbs, &key, CBS_ASN1_SEQUENCE) && seeAlgorithm(&key) && see(&key, CBS_ASN1_BITSTRING) &&
+      seeOptional(&tbs, context(1)) && seeOptional(&tbs, context(2)) &&
+      CBS_get_asn1(&tbs, &explicitly, constructed(3)) && CBS_get_asn1(&explicitly, &list, CBS_ASN1_SEQUENCE) &&
+      seeExtensions(list, count) && seeAlgorithm(&certificate) && see(&certificate, CBS_ASN1_BITSTRING);
+  benchmark::DoNotOptimize(sum);
+  return isRead ? count : 0;
+}
+std::size_t seeCrl(const Octets &octets) {
+  CBS in, crl, tbs, entries, entry, list;
+  std::size_t count = 0, reasons = 0;
+  CBS_init(&in, octets.data(), octets.size());
+  const bool isRead = CBS_get_asn1(&in, &crl, CBS_ASN1_SEQUENCE) && CBS_get_asn1(&crl, &tbs, CBS_ASN1_SEQUENCE) &&
+                      see(&tbs, CBS_ASN1_INTEGER) && seeAlgorithm(&tbs) && seeName(&tbs) && seeTime(&tbs) &&
+                      CBS_get_asn1(&tbs, &entries, CBS_ASN1_SEQUENCE);
+  while (isRead && CBS_len(&entries) > 0) {
+    if (!CBS_get_asn1(&entries, &entry, CBS_ASN1_SEQUENCE) || !see(&entry, CBS_ASN1_INTEGER) || !seeTime(&entry)) break;
+    if (CBS_len(&entry) > 0 && !(CBS_get_asn1(&entry, &list, CBS_ASN1_SEQUENCE) && seeExtensions(list, reasons))) break;
+    ++count;
+  }
+  benchmark::DoNotOptimize(sum);
+  return count;
+}
+
 }  // namespace
 
 void addCbs() {
+  addObjects("CBS", seeCertificate, seeCrl);
   addRow("BasicConstraints", der::basicConstraints(), seeBasicConstraints);
   addRow("KeyUsage", der::keyUsage(), seeKeyUsage);
   addRow("SubjectKeyId", der::subjectKeyId(), seeSubjectKeyId);

@@ -87,7 +87,7 @@ inline openssl::Handle<X509_EXTENSIONS> stackOf(const Extensions &extensions) {
   for (const auto &each : extensions) {
     auto extension = decodedBy<X509_EXTENSION>(d2i_X509_EXTENSION, each.octets());
     if (stack == nullptr || sk_X509_EXTENSION_push(stack.get(), extension.get()) == 0) throwOpenSsl("no memory");
-    extension.release();
+    static_cast<void>(extension.release());  // the stack has it now
   }
   return stack;
 }

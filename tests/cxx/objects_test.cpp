@@ -6,11 +6,11 @@
 #include "ketra/asn1/explain.hpp"
 #include "ketra/asn1/walk.hpp"
 #include "ketra/c.hpp"
+#include "ketra/names/curves.hpp"
 #include "ketra/objects/pem.hpp"
 #include "ketra/objects/permits.hpp"
 #include "ketra/objects/pkcs7.hpp"
 #include "ketra/objects/request.hpp"
-#include "ketra/names/curves.hpp"
 #include "support/support.h"
 
 std::size_t requestsForMemory();  // types_test.cpp
@@ -432,13 +432,24 @@ Octets certificateOf(const std::string &written) {
   std::string names = written.substr(blank + 1);
   Octets extensions;
   if (names != "nosan") {
-    Octets all;
+    Octets all, list;
+    const auto close = [&] {
+      list = list + tlv(0x30, fromHex("06 03 55 1D 11") + tlv(0x04, tlv(0x30, all))), all = {};
+    };
     while (!names.empty()) {
       const std::size_t end = names[0] == '#' ? names.size() : std::min(names.find(' '), names.size());
-      all = all + generalName(names.substr(0, end));
+      const std::string name = names.substr(0, end);
       names.erase(0, end + 1);
+      if (name == "&") {
+        close();
+      } else if (name == "!") {
+        list = list + fromHex("30 00");
+      } else {
+        all = all + generalName(name);
+      }
     }
-    extensions = tlv(0xA3, tlv(0x30, tlv(0x30, fromHex("06 03 55 1D 11") + tlv(0x04, tlv(0x30, all)))));
+    close();
+    extensions = tlv(0xA3, tlv(0x30, list));
   }
   Octets inside, outside;
   for (const Row &row : rowsAbout("base")) {

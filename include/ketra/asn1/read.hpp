@@ -347,11 +347,11 @@ class Item {
     if (fault_) std::abort();
     return value_;
   }
-  T operator*() && {
+  T operator*() && {  ///< the same
     if (fault_) std::abort();
     return value_;
   }
-  const T *operator->() const &KETRA_LIFETIMEBOUND { return &**this; }
+  const T *operator->() const &KETRA_LIFETIMEBOUND { return &**this; }  ///< the same
   /// @}
   /// What it points to would end with this temporary: name the item first.
   const T *operator->() && = delete;
@@ -386,7 +386,7 @@ class Item {
 template <class T, class Member>
 class Range {
  public:
-  constexpr Range() = default;
+  constexpr Range() = default;  ///< without members
   /// Of contents octets: members side by side.
   constexpr explicit Range(View contents) : contents_(contents) {}
 
@@ -446,7 +446,7 @@ class Range {
   /// The first member, and the end; reading happens here and at `++`.
   /// @{
   KETRA_INLINE Iterator begin() const { return Iterator(contents_); }
-  Iterator end() const { return {}; }
+  Iterator end() const { return {}; }  ///< the end
   /// @}
   bool empty() const { return contents_.empty(); }  ///< whether there are no members, not even faulty ones
   /// How many members there are, by their headers alone.

@@ -18,7 +18,8 @@ namespace ketra {
 // Validity ::= SEQUENCE {                                        RFC 5280 4.1.2.5
 //     notBefore  Time,
 //     notAfter   Time }
-/// The period of a certificate, each end of which can be faulty by itself.
+//
+// The period of a certificate, each end of which can be faulty by itself.
 struct ValidityView {
   Field<EitherTime> notBefore{};
   Field<EitherTime> notAfter{};
@@ -41,7 +42,8 @@ static_assert(wellFormed<ValidityView>());
 //     issuerUniqueID        [1] UniqueIdentifier OPTIONAL,
 //     subjectUniqueID       [2] UniqueIdentifier OPTIONAL,
 //     extensions            [3] EXPLICIT Extensions OPTIONAL }
-/// What is signed in a certificate.
+//
+// What is signed in a certificate.
 struct TbsCertificateView {
   using SignedPart = TbsCertificateView;  ///< it keeps its octets
 
@@ -76,7 +78,8 @@ static_assert(wellFormed<TbsCertificateView>());
 //     tbsCertificate      TBSCertificate,
 //     signatureAlgorithm  AlgorithmIdentifier,
 //     signatureValue      BIT STRING }
-/// A certificate. It can be read when its fields are there, in their order; each is judged when it is asked for.
+//
+// A certificate. It can be read when its fields are there, in their order; each is judged when it is asked for.
 struct CertificateView : TbsCertificateView {
   static constexpr std::string_view name = "Certificate";
 

@@ -16,11 +16,12 @@
 
 namespace ketra {
 
-// SEQUENCE {                                                     RFC 5280 5.1, in revokedCertificates
+// RevokedCertificate ::= SEQUENCE {                              RFC 5280 5.1
 //     userCertificate     CertificateSerialNumber,
 //     revocationDate      Time,
 //     crlEntryExtensions  Extensions OPTIONAL }
-/// An entry as it is encoded.
+//
+// An entry as it is encoded.
 struct RevokedCertificateView {
   Field<IntegerView> serialNumber{};   ///< userCertificate: `INTEGER`
   Field<EitherTime> revocationDate{};  ///< `Time`
@@ -93,7 +94,8 @@ class CrlEntries : public Range<RevokedCertificateView, CrlEntry> {
 //     nextUpdate           Time OPTIONAL,
 //     revokedCertificates  SEQUENCE OF SEQUENCE OPTIONAL,
 //     crlExtensions        [0] EXPLICIT Extensions OPTIONAL }
-/// What is signed in a CRL.
+//
+// What is signed in a CRL.
 struct TbsCertListView {
   using SignedPart = TbsCertListView;  ///< it keeps its octets
 
@@ -131,7 +133,8 @@ static_assert(wellFormed<TbsCertListView>());
 //     tbsCertList         TBSCertList,
 //     signatureAlgorithm  AlgorithmIdentifier,
 //     signatureValue      BIT STRING }
-/// A CRL. It can be read when its fields are there, in their order; each is judged when it is asked for.
+//
+// A CRL. It can be read when its fields are there, in their order; each is judged when it is asked for.
 struct CrlView : TbsCertListView {
   static constexpr std::string_view name = "CertificateList";
 

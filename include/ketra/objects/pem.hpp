@@ -174,7 +174,7 @@ inline Result<Octets> Block::decode() const {
 /// over.
 class Blocks {
  public:
-  explicit Blocks(std::string_view text) : text_(text) {}
+  explicit Blocks(std::string_view text) : text_(text) {}  ///< of this text, which must outlive them
 
   class Iterator {
    public:

@@ -16,6 +16,7 @@ namespace ketra {
 
 /// What name constraints say of a name, or of all names of a certificate.
 struct Permission {
+  /// The answers.
   enum class Verdict : uint8_t {
     permitted,     ///< inside a permitted subtree of its kind, or there are none; and in no excluded one
     excluded,      ///< inside an excluded subtree
@@ -291,6 +292,23 @@ class Permits {
   std::size_t left_;
 };
 
+// Unknown when it cannot be told which subjectAltName a certificate has.
+inline Permission doubtOfAltName(const Permits &permits, const ExtensionsView &extensions) {
+  const auto names = extensions.view<SubjectAltNameView>();
+  if (names.isFaulty()) return permits.unknown("the subjectAltName is malformed", names.fault());
+  std::size_t count = 0;
+  for (const auto &extension : extensions) {
+    const View id = extension ? extension->extnID.content() : beginningOf(extension.octets()).id;
+    if (id.empty()) {
+      return permits.unknown("an extension that could be a subjectAltName is malformed", extension.fault());
+    }
+    if (id == SubjectAltNameView::oid.content() && ++count > 1) {
+      return permits.unknown("the certificate has more than one subjectAltName");
+    }
+  }
+  return {};
+}
+
 }  // namespace detail
 
 /// How many comparisons of a name with a subtree a decision makes unless the caller says otherwise. Each takes time in
@@ -301,9 +319,8 @@ inline constexpr std::size_t kMostComparisons = 1'000'000;
 /// when constraints or name are malformed, when a subtree has a minimum or maximum, when names of the kind cannot be
 /// compared, and after `most` comparisons.
 ///
-/// - dNSName: the domain and all in it; the empty constraint has all hosts; a wildcard is inside when all that it
-/// stands
-///   for is, and excluded when any of it is.
+/// - dNSName: the domain and all in it; the empty constraint has all hosts; a wildcard is inside when all that
+///   it stands for is, and excluded when any of it is.
 /// - rfc822Name: one mailbox, all of a host, or with a dot in front all of the hosts in a domain.
 /// - uniformResourceIdentifier: the host, or with a dot in front all hosts in a domain. The URI must have a host.
 /// - iPAddress: a prefix; IPv4 is never inside IPv6, nor the other way round.
@@ -336,17 +353,8 @@ Permission permits(const NameConstraintsOf<Form> &constraints, const TbsCertific
   const auto subject = certificate.subject.value();
   if (!subject) return permits.unknown("the subject is malformed", subject.fault());
   const ExtensionsView extensions = certificate.extensions();
+  if (Permission doubt = detail::doubtOfAltName(permits, extensions); !doubt) return doubt;
   const auto names = extensions.template view<SubjectAltNameView>();
-  if (names.isFaulty()) return permits.unknown("the subjectAltName is malformed", names.fault());
-  std::size_t count = 0;
-  for (const auto &extension : extensions) {
-    if (!extension && detail::beginningOf(extension.octets()).id.empty()) {
-      return permits.unknown("an extension that could be a subjectAltName is malformed", extension.fault());
-    }
-    if (extension && extension->extnID == SubjectAltNameView::oid && ++count > 1) {
-      return permits.unknown("the certificate has more than one subjectAltName");
-    }
-  }
   if (!subject->empty() && !add(GeneralNameView::of(NameKind::directoryName, subject->stored()))) return result;
   if (names) {
     for (const auto &name : names->names) {

@@ -18,8 +18,9 @@ namespace ketra {
 //     certificates      [0] SET OF CertificateChoices OPTIONAL,
 //     crls              [1] SET OF RevocationInfoChoice OPTIONAL,
 //     signerInfos       SET OF SignerInfo }
-/// A SignedData. Members of certificates and crls that are none, attribute certificates and OCSP responses among them,
-/// are faulty in their place.
+//
+// A SignedData. Members of certificates and crls that are none, attribute certificates and OCSP responses among them,
+// are faulty in their place.
 struct SignedDataView {
   static constexpr std::string_view name = "SignedData";
 
@@ -43,7 +44,8 @@ static_assert(wellFormed<SignedDataView>());
 // ContentInfo ::= SEQUENCE {                                     RFC 5652 3
 //     contentType  OBJECT IDENTIFIER,
 //     content      [0] EXPLICIT ANY DEFINED BY contentType OPTIONAL }
-/// A PKCS #7 or CMS object.
+//
+// A PKCS #7 or CMS object.
 struct Pkcs7View {
   static constexpr std::string_view name = "ContentInfo";
 

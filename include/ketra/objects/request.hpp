@@ -29,7 +29,7 @@ bool isExtensionRequest(const Oid &type) {
 //     attributes     [0] SET OF Attribute }
 //
 // Requests without attributes leave the SET out in practice.
-/// What is signed in a request.
+// What is signed in a request.
 struct CertificationRequestInfoView {
   using SignedPart = CertificationRequestInfoView;  ///< it keeps its octets
 
@@ -78,8 +78,9 @@ static_assert(wellFormed<CertificationRequestInfoView>());
 //     certificationRequestInfo  CertificationRequestInfo,
 //     signatureAlgorithm        AlgorithmIdentifier,
 //     signature                 BIT STRING }
-/// A certificate request. It can be read when its fields are there, in their order; each is judged when it is asked
-/// for.
+//
+// A certificate request. It can be read when its fields are there, in their order; each is judged when it is asked
+// for.
 struct RequestView : CertificationRequestInfoView {
   static constexpr std::string_view name = "CertificationRequest";
 

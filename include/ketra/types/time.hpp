@@ -233,7 +233,8 @@ struct Leaf<Time> {
 // Time ::= CHOICE {                                              RFC 5280 4.1.2.5
 //     utcTime      UTCTime,
 //     generalTime  GeneralizedTime }
-/// The time of a certificate or CRL.
+//
+// The time of a certificate or CRL.
 struct EitherTime {
   Time time{};             ///< the point in time
   bool isUtcTime = false;  ///< which alternative it is
