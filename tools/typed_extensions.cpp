@@ -24,22 +24,22 @@ void addAbsent(Json &json) {
 template <class T>
 std::optional<Fields> fields(ketra::View value, Json &problem) {
   using V = typename ketra::detail::ViewedOf<T>::type;
-  FieldsBuilder builder(value, &ketra::placeOf<T>);
-  const ketra::Item<V> viewed = ketra::view<V>(value);
-  bool isShown = false;
-  // A view does not join strings that come in segments.
+  ketra::Item<V> viewed = ketra::view<V>(value);
+  ketra::Octets joined;
+  // A view does not join strings that come in segments: what is shown then is the value as it is written.
   if (ketra::firstFault(viewed).reason == ketra::Reason::Segmented) {
-    const ketra::Result<T> owned = ketra::read<T>(value);
-    isShown = static_cast<bool>(owned);
-    if (isShown) ketra::walk(*owned, builder);
-  }
-  if (!isShown) {
-    if (!viewed) {
-      problem = problemIn<T>(value, viewed.fault());
-      return std::nullopt;
+    if (const ketra::Result<T> owned = ketra::read<T>(value)) {
+      joined = ketra::encode(*owned);
+      value = joined;
+      viewed = ketra::view<V>(value);
     }
-    ketra::walk(*viewed, builder);
   }
+  if (!viewed) {
+    problem = problemIn<T>(value, viewed.fault());
+    return std::nullopt;
+  }
+  FieldsBuilder builder(value, &ketra::placeOf<T>);
+  ketra::walk(*viewed, builder);
   Fields fields = builder.take();
   addAbsent<T>(fields.json);
   return fields;

@@ -18,8 +18,9 @@
 #define KETRA_LIFETIMEBOUND
 #endif
 
-/// For the parts of readers: optimised builds inline them, so that a view costs as much as hand-written code.
-#if defined(__GNUC__) && defined(__OPTIMIZE__)
+/// For the parts of readers: builds that are optimised for speed inline them, so that a view costs as much as
+/// hand-written code.
+#if defined(__GNUC__) && defined(__OPTIMIZE__) && !defined(__OPTIMIZE_SIZE__)
 #define KETRA_INLINE [[gnu::always_inline]] inline
 #else
 #define KETRA_INLINE inline
