@@ -302,6 +302,9 @@ TEST(Types, LongListsTakeLittleMemory) {
   readLong<PolicyMappings>("30", "30 06 06 01 2A 06 01 2A");
   readLong<CertificatePolicies>("30", "30 03 06 01 2A");
   readLong<SubjectDirectoryAttributes>("30", "30 07 06 01 2A 31 02 05 00");
+  readLong<QcStatements>("30", "30 03 06 01 2A");
+  readLong<Admission>("30 30", "30 02 30 00");
+  readLong<Admission>("30 30 30 30", "30 02 30 00");
 }
 
 // Each is faulty by itself: nothing is remembered of them, and none ends the list.

@@ -452,10 +452,10 @@ class WellFormed {
  private:
   // Bits with names are read and written as one word.
   constexpr void addBit(int number) {
-    if (number < 0 || number > 31 || taken_[number] || isEnded_) {
+    if (number < 0 || number > 31 || isEnded_) {
       isRight_ = false;
     } else {
-      taken_[number] = true;
+      take(number);
     }
   }
 
@@ -474,7 +474,7 @@ class WellFormed {
   constexpr void add(As as) {
     judge<T>(as);
     if (optionals_++ == 0) {
-      for (bool &taken : taken_) taken = false;
+      for (uint32_t &taken : taken_) taken = 0;
     }
     take<T>(as);
   }
@@ -490,9 +490,12 @@ class WellFormed {
   }
   template <class T>
   constexpr void takeOctet(As as, int octet) {
-    if ((octet & ~0x20) == 0 || !matches<T>(as, static_cast<uint8_t>(octet))) return;
-    if (taken_[octet]) isRight_ = false;
-    taken_[octet] = true;
+    if ((octet & ~0x20) != 0 && matches<T>(as, static_cast<uint8_t>(octet))) take(octet);
+  }
+  constexpr void take(int number) {
+    const uint32_t bit = uint32_t{1} << number % 32;
+    if ((taken_[number / 32] & bit) != 0) isRight_ = false;
+    taken_[number / 32] |= bit;
   }
 
   template <class T>
@@ -505,7 +508,7 @@ class WellFormed {
   }
 
   Shape shape_;
-  bool taken_[256] = {};  // octets with which the optional components before may begin; or the bits
+  uint32_t taken_[8] = {};  // octets with which the optional components before may begin; or the bits
   int optionals_ = 0;
   bool isEnded_ = false;
   bool isRight_ = true;

@@ -263,7 +263,12 @@ struct Leaf<GeneralNameOf<Form>> {
     switch (value.kind_) {
       case NameKind::otherName: isRight = detail::judge<kOwning, OtherNameOf<Form>>(tlv, fault); break;
       case NameKind::x400Address: isRight = detail::judge<kOwning, OrAddressOf<Form>>(tlv, fault); break;
-      case NameKind::ediPartyName: isRight = detail::judge<kOwning, EdiPartyNameOf<Form>>(tlv, fault); break;
+      case NameKind::ediPartyName:
+        isRight = detail::judge<false, EdiPartyNameView>(tlv, fault);
+        if constexpr (kOwning) {
+          if (fault.reason == Reason::Segmented) return readJoined(tlv, value, fault);
+        }
+        break;
       case NameKind::directoryName: {
         NameOf<Viewed> name;
         isRight = detail::readTagged<false>(tlv, name, explicitly(4), fault);
@@ -274,6 +279,18 @@ struct Leaf<GeneralNameOf<Form>> {
     }
     if (!isRight) return false;
     value.content_ = detail::contentAs<Form>(content);
+    value.isJudged_ = true;
+    return true;
+  }
+  // An ediPartyName with strings in segments: the contents octets are those of one without.
+  static bool readJoined(const Tlv &tlv, Value &value, Fault &fault) {
+    EdiPartyName name;
+    fault = {};
+    if (!detail::readContents<true>(tlv, name, {}, fault)) return false;
+    const Octets encoding = encode(name);
+    Tlv joined;
+    if (!detail::readOnly(View(encoding), joined, fault)) return false;
+    value.content_ = detail::contentAs<Form>(joined.contents());
     value.isJudged_ = true;
     return true;
   }

@@ -28,6 +28,14 @@ enum class TextType : uint8_t {
 
 namespace detail {
 
+// Bits for the tag numbers of string types: of all above, and of those of DirectoryString. A loop over them would take
+// the compiler long in each wellFormed().
+constexpr uint32_t bitOf(TextType type) { return uint32_t{1} << static_cast<unsigned>(type); }
+inline constexpr uint32_t kDirectoryTags = bitOf(TextType::Utf8) | bitOf(TextType::Printable) |
+                                           bitOf(TextType::Teletex) | bitOf(TextType::Universal) | bitOf(TextType::Bmp);
+inline constexpr uint32_t kTextTags =
+    kDirectoryTags | bitOf(TextType::Numeric) | bitOf(TextType::Ia5) | bitOf(TextType::Visible);
+
 // The next character of UTF-8 (RFC 3629); false where there is none.
 inline bool nextUtf8(Reader &in, uint32_t &character) {
   const uint8_t first = *in.at;
@@ -168,10 +176,7 @@ struct Leaf<TextOf<Form>> {
   static constexpr uint8_t identifier = 0;
   static constexpr bool inSegments = true;
   static constexpr bool matches(uint8_t octet) {
-    for (const int tag : {12, 18, 19, 20, 22, 26, 28, 30}) {
-      if ((octet & ~0x20) == tag) return true;
-    }
-    return false;
+    return octet < 0x40 && (detail::kTextTags >> (octet & 0x1F) & 1) != 0;
   }
   static bool read(const Tlv &tlv, Value &value, Fault &) {
     value = Value(static_cast<TextType>(tlv.identifier & 0x1F), tlv.contents());
@@ -195,10 +200,7 @@ template <class Form>
 struct Leaf<DirectoryStringOf<Form>> : Leaf<TextOf<Form>> {
   using Value = DirectoryStringOf<Form>;
   static constexpr bool matches(uint8_t octet) {
-    for (const int tag : {12, 19, 20, 28, 30}) {
-      if ((octet & ~0x20) == tag) return true;
-    }
-    return false;
+    return octet < 0x40 && (detail::kDirectoryTags >> (octet & 0x1F) & 1) != 0;
   }
   static bool read(const Tlv &tlv, Value &value, Fault &fault) {
     Leaf<TextOf<Form>>::read(tlv, value, fault);
