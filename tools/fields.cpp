@@ -62,8 +62,8 @@ void FieldsBuilder::leave() {
     Json json{{"text", *done.text}};
     if (done.json.is_object()) json.update(done.json);
     done.json = std::move(json);
-  } else if (done.group == Group::Choice && open_.back().json.is_object()) {
-    return open_.back().json.update(done.json);
+  } else if (done.name != nullptr && std::string_view(done.name) == "distributionPoint") {
+    return open_.back().json.update(done.json);  // of a point: the name of its name
   } else if (done.group == Group::Is && done.json.size() == 1) {
     Json member = std::move(done.json.begin().value());
     done.json = std::move(member);

@@ -1,6 +1,6 @@
 // The fields of a value as JSON, from which the text form is rendered too: whatever the type, by its description.
 //   SEQUENCE             an object; a component is called as in its ASN.1
-//   CHOICE               in an object the alternative alone, otherwise an object with it
+//   CHOICE               an object with the alternative
 //   SEQUENCE OF, SET OF  an array
 //   named bits           an array of the names of those that are set
 //   INTEGER              a number of at most 64 bits, otherwise text; serial numbers are hexadecimal digits
