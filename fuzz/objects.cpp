@@ -84,7 +84,8 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size) {
   fuzz::each<ketra::Pkcs7View>(octets);
   fuzz::certificate(octets);
   fuzz::crl(octets);
-  if (const auto request = ketra::view<ketra::RequestView>(octets)) (*request).extensions().find(ketra::SubjectAltName::oid);
+  if (const auto request = ketra::view<ketra::RequestView>(octets))
+    (*request).extensions().find(ketra::SubjectAltName::oid);
   if (const auto pkcs7 = ketra::view<ketra::Pkcs7View>(octets)) (*pkcs7).certificates(), (*pkcs7).crls();
   return 0;
 }
