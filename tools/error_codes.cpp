@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "ketra/asn1/fault.hpp"
 #include "ketra/contracts/attributes.h"
 #include "ketra/contracts/certificate.h"
 #include "ketra/ketra_errors.h"
@@ -24,6 +25,8 @@ constexpr Row kRuntime[] = {ASN_RUNTIME_ERROR_LIST(RUNTIME) ASN_POOL_ERROR_LIST(
                                 ASN_MUTIL_ERROR_LIST(RUNTIME) KETRA_CERTIFICATE_ERROR_LIST(RUNTIME)
                                     X509_NAME_ERROR_LIST(RUNTIME) X509_ATTRIBUTES_ERROR_LIST(RUNTIME)};
 
+constexpr Row kFaults[] = {KETRA_FAULT_CODE_LIST(RUNTIME)};
+
 }  // namespace
 
 int main() {
@@ -37,4 +40,9 @@ int main() {
   }
   std::puts("\n## Of the runtime\n\n| Code | Name | Meaning |\n|---|---|---|");
   for (const Row &row : kRuntime) std::printf("| 0x%08X | `%s` | %s |\n", row.code, row.name, row.meaning);
+  std::puts(
+      "\n## Of the C++ library\n\n"
+      "`Fault::code()` is one of these, or one of `AsnError_...` above.\n\n"
+      "| Code | Name | Meaning |\n|---|---|---|");
+  for (const Row &row : kFaults) std::printf("| 0x%08X | `%s` | %s |\n", row.code, row.name, row.meaning);
 }

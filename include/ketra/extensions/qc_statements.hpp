@@ -181,7 +181,7 @@ using QcCountriesOf = ListOf<Form, PrintableTextOf<Form>>;
 //     statementId    OBJECT IDENTIFIER,
 //     statementInfo  ANY DEFINED BY statementId OPTIONAL }
 //
-// What is malformed in statementInfo is no fault of the extension.
+// A malformed statementInfo does not make the extension faulty.
 template <class Form>
 struct QcStatementOf {
   ObjectIdentifierOf<Form> statementId{};
