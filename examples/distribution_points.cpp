@@ -1,4 +1,5 @@
 // Says where the CRL of a CA is, and for which names the CA may issue.
+#include <exception>
 #include <iostream>
 
 #include "ketra/ketra.hpp"
@@ -19,7 +20,7 @@ int main() try {
   const auto points = extensions.get<ketra::CrlDistributionPoints>();
   const auto subtrees = extensions.get<ketra::NameConstraints>();
   std::cout << points->points.size() << " point, " << subtrees->permittedSubtrees->size() << " subtrees\n";
-} catch (const ketra::Error &error) {
+} catch (const std::exception &error) {
   std::cerr << error.what() << "\n";
   return 1;
 }

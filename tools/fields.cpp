@@ -114,7 +114,7 @@ void FieldsBuilder::fault(const char *name, ketra::View octets, const ketra::Fau
 
 void FieldsBuilder::put(const char *name, Json value) {
   Json &parent = open_.back().json;
-  if (parent.is_array()) {
+  if (name == nullptr) {
     parent.push_back(std::move(value));
   } else {
     parent[keyOf(name)] = std::move(value);
