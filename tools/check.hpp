@@ -5,7 +5,7 @@
 
 namespace tool {
 
-// Takes every typed extension through get and set and reports what comes out differently; for a summary, counts only.
+// Reads and writes every typed extension and reports what comes out differently; for a summary, counts only.
 // Returns the exit status.
 int check(BatchReader &reader, bool isSummary, const Run &run);
 
